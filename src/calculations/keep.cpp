@@ -1,0 +1,1 @@
+#include "zymcore/platform/PlistValue.h"

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace zym {
+
+/// Texts in UTF-8. Bytes that aren't UTF-8 count as one U+FFFD for each of the longest stretches
+/// that could have begun a character; none of these operations fails on them.
+
+// By the rules of Unicode and of no particular language.
+[[nodiscard]] std::string uppercaseString(std::string_view text);
+[[nodiscard]] std::string lowercaseString(std::string_view text);
+
+/// Exact, byte by byte; true for an empty `other`.
+[[nodiscard]] inline bool containsString(std::string_view text, std::string_view other) noexcept {
+  return text.find(other) != std::string_view::npos;
+}
+
+[[nodiscard]] bool isASCII(std::string_view text) noexcept;
+[[nodiscard]] bool isUTF8(std::string_view text) noexcept;
+/// The text without the bytes that aren't UTF-8.
+[[nodiscard]] std::string stringByDroppingInvalidUTF8(std::string_view text);
+
+/// How many UTF-16 units the text has.
+[[nodiscard]] std::size_t UTF16Length(std::string_view text) noexcept;
+[[nodiscard]] std::u16string UTF16String(std::string_view text);
+/// Half a surrogate pair counts as U+FFFD.
+[[nodiscard]] std::string stringWithUTF16(std::u16string_view units);
+
+[[nodiscard]] std::u32string UTF32String(std::string_view text);
+
+}  // namespace zym

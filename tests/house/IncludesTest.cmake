@@ -57,7 +57,7 @@ endforeach()
 
 file(GLOB files RELATIVE "${SOURCE}" "${SOURCE}/app/*.h" "${SOURCE}/app/*.cpp")
 foreach(file IN LISTS files)
-  check_includes("${file}" "\"zymcore/[a-z]+/[A-Za-z0-9+]+\\.h\"|\"[A-Za-z]+\\.h\"|${app_may}")
+  check_includes("${file}" "\"zymcore/[a-z]+/[A-Za-z0-9+]+\\.h\"|\"app/[A-Za-z]+\\.h\"|${app_may}")
 endforeach()
 
 if(faults)

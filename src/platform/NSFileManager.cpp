@@ -22,6 +22,7 @@ struct Meaning {
 };
 constexpr Meaning meanings[] = {
     {ENOENT, NSFileNoSuchFileError},
+    {ENOTDIR, NSFileNoSuchFileError},
     {EACCES, NSFileReadNoPermissionError},
     {EPERM, NSFileReadNoPermissionError},
     {EEXIST, NSFileWriteFileExistsError},

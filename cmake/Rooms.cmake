@@ -13,6 +13,8 @@ function(zym_room name)
   add_library(zym_${name} OBJECT ${sources})
   target_include_directories(zym_${name} PUBLIC "$<BUILD_INTERFACE:${view}>")
   target_compile_features(zym_${name} PUBLIC cxx_std_20)
+  # Every processor shall give the same last digit.
+  target_compile_options(zym_${name} PRIVATE -ffp-contract=off)
   set_target_properties(zym_${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_link_libraries(zym_${name} PRIVATE ${ROOM_LIBRARIES} zym_warnings)
   foreach(room IN LISTS ROOM_USES)

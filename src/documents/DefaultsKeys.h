@@ -6,8 +6,8 @@
 /// values for them: what the host leaves out reads as 0.
 namespace zym::keys {
 
-inline constexpr KeyName BoilingPoint{"Boiling Point"};  // °C; below 20 counts as 100
-inline constexpr KeyName HopFormula{"HopFormula"};       // position in `words::hopFormulas`
+inline constexpr KeyName BoilingPoint{"Boiling Point"};         // °C; below 20 counts as 100
+inline constexpr KeyName HopFormula{"HopFormula"};              // position in `words::hopFormulas`
 inline constexpr KeyName BeerColorFormula{"BeerColorFormula"};  // in `words::beerColorFormulas`
 inline constexpr KeyName PelletHopAdjustment{"PelletHopAdjustment"};              // factors of the
 inline constexpr KeyName BaggedHopAdjustment{"BaggedHopAdjustment"};              // utilisation

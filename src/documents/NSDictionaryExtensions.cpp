@@ -7,7 +7,7 @@
 #include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/platform/NSException.h"
 #include "zymcore/platform/NSNotFound.h"
-#include "zymcore/platform/NSStringUtilities.h"
+#include "zymcore/platform/NSString.h"
 #include "zymcore/platform/NumberText.h"
 
 namespace zym {
@@ -38,10 +38,10 @@ void removeBlanksFromOwnKeys(PlistDictionary& tree) {
 
 // What a text becomes in the store, or absent when it is fit as it is.
 std::optional<std::string> corrected(const std::string& text) {
-  if (text.size() > longestText && lengthInUTF16(text) > longestText) {
+  if (text.size() > longestText && UTF16Length(text) > longestText) {
     return Localized_String(corruptionWarning, "NSDictionaryExtensions.correctForSerialization");
   }
-  if (!isValidUTF8(text)) return stringByRepairingUTF8(text);
+  if (!isUTF8(text)) return stringByDroppingInvalidUTF8(text);
   return std::nullopt;
 }
 
@@ -89,8 +89,12 @@ bool correct(PlistArray& tree) {
 
 }  // namespace
 
-PlistDictionary duplicate(const PlistDictionary& tree) { return tree; }
-PlistArray duplicate(const PlistArray& tree) { return tree; }
+PlistDictionary duplicate(const PlistDictionary& tree) {
+  return tree;
+}
+PlistArray duplicate(const PlistArray& tree) {
+  return tree;
+}
 
 std::int64_t indexOfObjectWithUUID(const PlistArray& records, std::string_view uuid) {
   for (std::size_t i = 0; i < records.size(); ++i) {
@@ -133,7 +137,11 @@ void removeSpacesInKeysOfObject(PlistValue* tree) {
   }
 }
 
-void correctForSerialization(PlistDictionary& tree) { correct(tree); }
-void correctForSerialization(PlistArray& tree) { correct(tree); }
+void correctForSerialization(PlistDictionary& tree) {
+  correct(tree);
+}
+void correctForSerialization(PlistArray& tree) {
+  correct(tree);
+}
 
 }  // namespace zym

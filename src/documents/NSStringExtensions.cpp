@@ -5,7 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "zymcore/platform/NSStringUtilities.h"
+#include "zymcore/platform/CommonDigest.h"
+#include "zymcore/platform/NSString.h"
+#include "zymcore/platform/NSUUID.h"
 #include "zymcore/platform/NumberText.h"
 
 namespace zym {
@@ -28,12 +30,24 @@ std::string replacingAll(std::string_view text, char character, std::string_view
   return result;
 }
 
+constexpr char uppercaseASCII(char c) noexcept {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 // Two UTF-16 units side by side in a word.
 using LetterPair = std::uint32_t;
 
-void appendLetterPairs(std::string_view text, std::u16string& units,
-                       std::vector<LetterPair>& pairs) {
-  uppercaseUTF16String(text, units);
+void uppercase(std::string_view text, std::u16string& units) {
+  if (!isASCII(text)) {
+    units = UTF16String(uppercaseString(text));
+    return;
+  }
+  units.resize(text.size());
+  std::transform(text.begin(), text.end(), units.begin(), uppercaseASCII);
+}
+
+void takeLetterPairs(std::string_view text, std::u16string& units, std::vector<LetterPair>& pairs) {
+  uppercase(text, units);
   pairs.clear();
   for (std::size_t i = 1; i < units.size(); ++i) {
     if (units[i - 1] == u' ' || units[i] == u' ') continue;
@@ -62,12 +76,21 @@ std::size_t takeOut(LetterPair pair, std::vector<LetterPair>& pairs) {
 
 }  // namespace
 
-std::string uuid() { return randomUUIDString(); }
+std::string uuid() {
+  return NSUUID::UUIDString();
+}
 
-bool boolFromString(std::string_view text) noexcept { return floatValue(text) > 0.2F; }
+bool boolFromString(std::string_view text) noexcept {
+  return floatValue(text) > 0.2F;
+}
 
 bool containsSubstring(std::string_view text, std::optional<std::string_view> other) {
-  return other && uppercaseString(text).find(uppercaseString(*other)) != std::string::npos;
+  if (!other || other->empty()) return false;
+  if (!isASCII(text) || !isASCII(*other)) {
+    return containsString(uppercaseString(text), uppercaseString(*other));
+  }
+  const auto isSame = [](char a, char b) { return uppercaseASCII(a) == uppercaseASCII(b); };
+  return std::search(text.begin(), text.end(), other->begin(), other->end(), isSame) != text.end();
 }
 
 double similarityWithString(std::string_view text, std::string_view other) {
@@ -75,8 +98,8 @@ double similarityWithString(std::string_view text, std::string_view other) {
   thread_local std::u16string units;
   thread_local std::vector<LetterPair> pairs;
   thread_local std::vector<LetterPair> otherPairs;
-  appendLetterPairs(text, units, pairs);
-  appendLetterPairs(other, units, otherPairs);
+  takeLetterPairs(text, units, pairs);
+  takeLetterPairs(other, units, otherPairs);
 
   const std::size_t total = pairs.size() + otherPairs.size();
   if (total == 0) return std::numeric_limits<double>::quiet_NaN();
@@ -89,9 +112,13 @@ std::string trimWhiteSpace(std::string_view text) {
   return std::string(withoutTrailingWhiteSpace(withoutLeadingWhiteSpace(text)));
 }
 
-std::string stringByAppendingColon(std::string_view text) { return std::string(text) + ":"; }
+std::string stringByAppendingColon(std::string_view text) {
+  return std::string(text) + ":";
+}
 
-bool isEmptyString(std::string_view text) noexcept { return text.empty(); }
+bool isEmptyString(std::string_view text) noexcept {
+  return text.empty();
+}
 
 std::string stringWithLastCharacterRemoved(std::string_view text) {
   while (!text.empty() && isContinuation(text.back())) text.remove_suffix(1);
@@ -99,14 +126,18 @@ std::string stringWithLastCharacterRemoved(std::string_view text) {
   return std::string(text);
 }
 
-bool isLastCharacterPlusSign(std::string_view text) noexcept { return text.ends_with('+'); }
+bool isLastCharacterPlusSign(std::string_view text) noexcept {
+  return text.ends_with('+');
+}
 
 std::string stringWithTrailingPlusSignRemovedIfPresent(std::string_view text) {
   if (isLastCharacterPlusSign(text)) text.remove_suffix(1);
   return std::string(text);
 }
 
-bool isEqualTo(std::string_view text, std::string_view other) noexcept { return text == other; }
+bool isEqualTo(std::string_view text, std::string_view other) noexcept {
+  return text == other;
+}
 
 std::string stringFormattedForHTML(std::string_view text) {
   return replacingAll(text, '\n', "&nbsp;<br>");
@@ -129,7 +160,15 @@ std::string encodeForXML(std::string_view text) {
   return result;
 }
 
-std::string md5HexHash(std::string_view text) { return md5HexString(text); }
+std::string md5HexHash(std::string_view text) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string hash;
+  for (const std::uint8_t byte : CC_MD5(text)) {
+    hash += digits[byte >> 4U];
+    hash += digits[byte & 0xFU];
+  }
+  return hash;
+}
 
 void indentXMLBy(std::string& text, int indentation) {
   text += '\n';
@@ -150,10 +189,9 @@ NSAttributedString prependWithImage(std::string_view text, const NSImage& image)
 
 NSAttributedString prependWithImage_withSize(std::string_view text, const NSImage& image,
                                              NSSize size) {
-  NSAttributedString styled;
-  styled.append(image.size() == size ? image : image.imageResizedTo(size));
-  styled.append(" " + std::string(text));
-  return styled;
+  const NSImage sized =
+      image.size() == size ? image : image.imageResizedTo(size.width, size.height);
+  return NSAttributedString({sized, std::string(" ").append(text)});
 }
 
 NSAttributedString prependWithImage_width_height(std::string_view text, const NSImage& image,

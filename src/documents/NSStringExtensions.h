@@ -18,7 +18,8 @@ namespace zym {
 /// True when the number of the text, in single precision, is greater than 0.2.
 [[nodiscard]] bool boolFromString(std::string_view text) noexcept;
 
-/// Whether `text` contains `other`, whatever the case of either; false when there is no `other`.
+/// Whether `text` contains `other`, whatever the case of either; false when `other` is absent
+/// or empty.
 [[nodiscard]] bool containsSubstring(std::string_view text, std::optional<std::string_view> other);
 
 /// How alike two texts are by the pairs of adjacent letters they share, whatever their case: 0 when

@@ -27,7 +27,8 @@ void prepare(PlistValue& value) {
 }
 
 void process(PlistValue& value) {
-  if (PlistDictionary* dictionary = value.editDictionary()) processAfterDeserialization(*dictionary);
+  if (PlistDictionary* dictionary = value.editDictionary())
+    processAfterDeserialization(*dictionary);
   if (PlistArray* array = value.editArray()) processAfterDeserialization(*array);
 }
 
@@ -58,9 +59,13 @@ NSData dataFromJSONData(std::string_view text) {
   return dataFromBase64String(withoutMarkers(text, dataMarker));
 }
 
-std::string base64EncodedString(const NSData& data) { return NewBase64Encode(data.bytes(), true); }
+std::string base64EncodedString(const NSData& data) {
+  return NewBase64Encode(data.bytes(), true);
+}
 
-NSData dataFromBase64String(std::string_view text) { return NSData(NewBase64Decode(text)); }
+NSData dataFromBase64String(std::string_view text) {
+  return NSData(NewBase64Decode(text));
+}
 
 void prepareForSerialization(PlistDictionary& tree) {
   for (std::size_t i = 0; i < tree.size(); ++i) {

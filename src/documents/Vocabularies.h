@@ -107,9 +107,8 @@ inline constexpr std::string_view PrimedWithSugar = "Primed With Sugar";
 inline constexpr std::string_view PrimedWithHoney = "Primed With Honey";
 inline constexpr std::string_view PrimedWithDME = "Primed With DME";
 inline constexpr std::string_view ForceCarbonated = "Force Carbonated";
-inline constexpr std::string_view carbonations[] = {Nothing,         KrausenedWithWort,
-                                                    PrimedWithSugar, PrimedWithHoney,
-                                                    PrimedWithDME,   ForceCarbonated};
+inline constexpr std::string_view carbonations[] = {
+    Nothing, KrausenedWithWort, PrimedWithSugar, PrimedWithHoney, PrimedWithDME, ForceCarbonated};
 
 inline constexpr std::string_view LageredFor4Weeks = "Lagered for 4 weeks";
 inline constexpr std::string_view conditionings[] = {

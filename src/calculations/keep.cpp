@@ -1,1 +1,0 @@
-#include "zymcore/platform/PlistValue.h"

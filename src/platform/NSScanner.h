@@ -33,16 +33,17 @@ class NSScanner {
   std::optional<double> scanDouble();
 
  private:
-  [[nodiscard]] char32_t characterAt(std::size_t position) const noexcept;
-  [[nodiscard]] std::size_t afterWhiteSpace() const noexcept;
-  [[nodiscard]] std::size_t afterSign(std::size_t position, bool& isNegative) const;
-  [[nodiscard]] std::size_t afterDigits(std::size_t position, std::string& digits) const;
+  // Each answers the place behind what it read, and adds that to the number in ASCII.
+  [[nodiscard]] std::size_t afterSign(std::size_t position, std::string& number) const;
+  [[nodiscard]] std::size_t afterDigits(std::size_t position, std::string& number) const;
   [[nodiscard]] std::size_t afterExponent(std::size_t position, std::string& number) const;
+  [[nodiscard]] std::size_t afterWhiteSpace() const noexcept;
+  [[nodiscard]] bool startsWithSeparator(std::size_t position) const noexcept;
 
   std::u32string text_;
   std::size_t position_ = 0;
   std::u32string decimalSeparator_;
-  std::u32string minusSign_;
+  std::u32string minusSigns_;
 };
 
 }  // namespace zym

@@ -64,19 +64,19 @@ class NSUserDefaults {
   bool synchronize();
 
  private:
-  template <class Read>
-  auto withMerged(Read read) const;
-  void readIfNeeded() const;
-  bool exchangeWithDisk() const;
-  [[nodiscard]] std::string persistentFile() const;
-  void publish() const;
+  /// All layers in one, as this thread may look at them until its next call.
+  [[nodiscard]] const PlistDictionary& current() const;
   void change(KeyName key, std::optional<PlistValue> value);
+  // These want the lock.
+  bool exchangeWithDisk() const;
+  void publish() const;
+  [[nodiscard]] std::string persistentFile() const;
 
   mutable std::mutex mutex_;
-  mutable std::atomic<std::uint64_t> version_{0};  // 0: nothing read yet
+  mutable std::atomic<std::uint64_t> version_{0};  // of `merged_`; 0 before the first read
   mutable PlistDictionary merged_;
   mutable PlistDictionary persistent_;
-  mutable std::map<std::string, std::optional<PlistValue>, std::less<>> unwritten_;
+  mutable std::map<std::string, std::optional<PlistValue>> unwritten_;  // absent: to be removed
   PlistDictionary registered_;
   PlistDictionary arguments_;
   std::optional<std::string> chosenFile_;

@@ -40,9 +40,9 @@ struct PlistDictionary::Storage : CowStorage {
     return notFound;
   }
 
-  void append(KeyName key, PlistValue value) {
-    entries.push_back({PlistKey(key), std::move(value)});
+  void append(PlistKey key, PlistValue value) {
     hashes.push_back(key.hash());
+    entries.push_back({std::move(key), std::move(value)});
     if (index) {
       index->emplace(entries.back().key.text(), entries.size() - 1);
     } else {
@@ -155,10 +155,27 @@ void PlistDictionary::set(KeyName key, PlistValue value) {
   Storage& storage = storage_.writable();
   const std::size_t position = storage.positionOf(key);
   if (position == Storage::notFound) {
-    storage.append(key, std::move(value));
+    storage.append(PlistKey(key), std::move(value));
   } else {
     storage.entries[position].value = std::move(value);
   }
+}
+
+void PlistDictionary::set(PlistKey key, PlistValue value) {
+  Storage& storage = storage_.writable();
+  const std::size_t position = storage.positionOf(key);
+  if (position == Storage::notFound) {
+    storage.append(std::move(key), std::move(value));
+  } else {
+    storage.entries[position].value = std::move(value);
+  }
+}
+
+void PlistDictionary::reserve(std::size_t count) {
+  if (count == 0) return;
+  Storage& storage = storage_.writable();
+  storage.hashes.reserve(count);
+  storage.entries.reserve(count);
 }
 
 void PlistDictionary::setNumber(KeyName key, double number) {

@@ -61,6 +61,9 @@ class PlistDictionary {
   // Writing first takes storage of its own.
 
   void set(KeyName key, PlistValue value);
+  void set(PlistKey key, PlistValue value);
+  /// Takes the memory for that many entries at once.
+  void reserve(std::size_t count);
   /// Stores the number as text with six decimals ("%f").
   void setNumber(KeyName key, double number);
   /// Sets the value, or removes the key when there is none.

@@ -1,0 +1,256 @@
+#include "zymcore/platform/NSJSONSerialization.h"
+
+#include <rapidjson/error/en.h>
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/reader.h>
+#include <unicode/ucnv.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+
+#include "zymcore/platform/NSString.h"
+#include "zymcore/platform/PlistBuilder.h"
+
+namespace zym {
+namespace {
+
+constexpr std::int64_t readCorruptError = 3840;
+constexpr std::int64_t writeError = 3851;
+
+std::nullopt_t refuse(NSError* error, std::int64_t code, std::string description) {
+  fail(error, NSCocoaErrorDomain, code, std::move(description));
+  return std::nullopt;
+}
+
+// What the reader meets, handed on to the builder. Null is the one value a tree has no kind for.
+class Handler {
+ public:
+  explicit Handler(PlistBuilder& builder) noexcept : builder_(builder) {}
+
+  bool Null() {
+    if (builder_.isInDictionary()) builder_.dropKey();
+    return true;
+  }
+  bool Bool(bool flag) { return builder_.addValue(flag); }
+  bool Int(int number) { return builder_.addValue(number); }
+  bool Uint(unsigned number) { return builder_.addValue(number); }
+  bool Int64(std::int64_t number) { return builder_.addValue(number); }
+  bool Uint64(std::uint64_t number) {
+    constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
+    return number > largest ? builder_.addValue(static_cast<double>(number))
+                            : builder_.addValue(number);
+  }
+  bool Double(double number) { return builder_.addValue(number); }
+  bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }
+  bool String(const char* text, rapidjson::SizeType length, bool) {
+    return builder_.addValue(std::string(text, length));
+  }
+  bool StartObject() { return builder_.beginDictionary(); }
+  bool Key(const char* text, rapidjson::SizeType length, bool) {
+    builder_.addKey(KeyName(std::string_view(text, length)));
+    return true;
+  }
+  bool EndObject(rapidjson::SizeType) { return end(); }
+  bool StartArray() { return builder_.beginArray(); }
+  bool EndArray(rapidjson::SizeType) { return end(); }
+
+ private:
+  bool end() {
+    builder_.end();
+    return true;
+  }
+
+  PlistBuilder& builder_;
+};
+
+std::string place(std::string_view text, std::size_t offset) {
+  const std::string_view before = text.substr(0, offset);
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const std::size_t lineStart = before.rfind('\n') + 1;
+  return "line " + std::to_string(line) + ", column " +
+         std::to_string(UTF16Length(before.substr(lineStart)) + 1) + ": ";
+}
+
+// By its mark or else by the zero bytes around its first character, which is always ASCII.
+const char* wideEncodingOf(std::string_view data) noexcept {
+  struct Pattern {
+    std::string_view start;  // x for any byte but zero
+    const char* encoding;
+  };
+  using namespace std::string_view_literals;
+  constexpr Pattern patterns[] = {
+      {"\0\0\xFE\xFF"sv, "UTF-32BE"}, {"\xFF\xFE\0\0"sv, "UTF-32LE"}, {"\xFE\xFF"sv, "UTF-16BE"},
+      {"\xFF\xFE"sv, "UTF-16LE"},     {"\0\0\0x"sv, "UTF-32BE"},      {"x\0\0\0"sv, "UTF-32LE"},
+      {"\0x"sv, "UTF-16BE"},          {"x\0"sv, "UTF-16LE"},
+  };
+  for (const Pattern& pattern : patterns) {
+    const bool fits = data.size() >= pattern.start.size() &&
+                      std::equal(pattern.start.begin(), pattern.start.end(), data.begin(),
+                                 [](char p, char d) { return p == 'x' ? d != 0 : p == d; });
+    if (fits) return pattern.encoding;
+  }
+  return nullptr;
+}
+
+std::optional<std::string> convertedToUTF8(std::string_view data, const char* encoding) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open(encoding, &status),
+                                                                     &ucnv_close);
+  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+  const auto convert = [&](char* into, std::int32_t room) {
+    return ucnv_toAlgorithmic(UCNV_UTF8, converter.get(), into, room, data.data(),
+                              static_cast<std::int32_t>(data.size()), &status);
+  };
+  const std::int32_t length = convert(nullptr, 0);
+  if (status != U_BUFFER_OVERFLOW_ERROR) return std::nullopt;
+  status = U_ZERO_ERROR;
+  std::string text(static_cast<std::size_t>(length), '\0');
+  convert(text.data(), length);
+  if (U_FAILURE(status)) return std::nullopt;
+  return text;
+}
+
+std::optional<PlistValue> read(std::string_view text, NSError* error) {
+  constexpr unsigned flags = rapidjson::kParseIterativeFlag |
+                             rapidjson::kParseValidateEncodingFlag |
+                             rapidjson::kParseFullPrecisionFlag;
+  PlistBuilder builder(NSJSONSerialization::mostValues, NSJSONSerialization::mostLevels);
+  Handler handler(builder);
+  rapidjson::MemoryStream stream(text.data(), text.size());
+  rapidjson::Reader reader;
+  const rapidjson::ParseResult result = reader.Parse<flags>(stream, handler);
+
+  if (result.Code() == rapidjson::kParseErrorTermination) {
+    return refuse(error, readCorruptError, place(text, result.Offset()) + builder.refusal());
+  }
+  if (result.IsError()) {
+    return refuse(error, readCorruptError,
+                  place(text, result.Offset()) + rapidjson::GetParseError_En(result.Code()));
+  }
+  if (stream.Tell() != text.size()) {
+    return refuse(error, readCorruptError, place(text, stream.Tell()) + "a zero byte");
+  }
+  std::optional<PlistValue> root = builder.takeRoot();
+  if (!root || (!root->dictionary() && !root->array())) {
+    return refuse(error, readCorruptError, "neither an object nor an array at the top level");
+  }
+  return root;
+}
+
+// What a value holds that JSON can't carry; null when nothing.
+const char* flawOf(const PlistValue& value, std::size_t levelsLeft) {
+  constexpr const char* notUTF8 = "text that isn't UTF-8";
+  switch (value.kind()) {
+    case PlistValue::Kind::Dictionary:
+      if (levelsLeft == 0) return "containers nested too deep";
+      for (const PlistEntry& entry : *value.dictionary()) {
+        if (!isUTF8(entry.key.text())) return notUTF8;
+        if (const char* flaw = flawOf(entry.value, levelsLeft - 1)) return flaw;
+      }
+      return nullptr;
+    case PlistValue::Kind::Array:
+      if (levelsLeft == 0) return "containers nested too deep";
+      for (const PlistValue& element : *value.array()) {
+        if (const char* flaw = flawOf(element, levelsLeft - 1)) return flaw;
+      }
+      return nullptr;
+    case PlistValue::Kind::String:
+      return isUTF8(*value.string()) ? nullptr : notUTF8;
+    case PlistValue::Kind::Real:
+      return std::isfinite(*value.real()) ? nullptr : "a number that is infinite or none";
+    case PlistValue::Kind::Date:
+      return "a date";
+    case PlistValue::Kind::Data:
+      return "binary data";
+    default:
+      return nullptr;
+  }
+}
+
+const char* flawOfObject(const PlistValue& object) {
+  if (!object.dictionary() && !object.array()) {
+    return "neither a dictionary nor an array at the top level";
+  }
+  return flawOf(object, NSJSONSerialization::mostLevels);
+}
+
+template <class Writer>
+void write(const PlistValue& value, Writer& writer) {
+  const auto size = [](std::string_view text) {
+    return static_cast<rapidjson::SizeType>(text.size());
+  };
+  switch (value.kind()) {
+    case PlistValue::Kind::Dictionary:
+      writer.StartObject();
+      for (const PlistEntry& entry : *value.dictionary()) {
+        const std::string_view key = entry.key.text();
+        writer.Key(key.data(), size(key));
+        write(entry.value, writer);
+      }
+      writer.EndObject();
+      break;
+    case PlistValue::Kind::Array:
+      writer.StartArray();
+      for (const PlistValue& element : *value.array()) write(element, writer);
+      writer.EndArray();
+      break;
+    case PlistValue::Kind::String:
+      writer.String(value.string()->data(), size(*value.string()));
+      break;
+    case PlistValue::Kind::Integer:
+      writer.Int64(*value.integer());
+      break;
+    case PlistValue::Kind::Real:
+      writer.Double(*value.real());
+      break;
+    case PlistValue::Kind::Boolean:
+      writer.Bool(*value.boolean());
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace
+
+std::optional<PlistValue> NSJSONSerialization::JSONObjectWithData_options(std::string_view data,
+                                                                          NSJSONReadingOptions,
+                                                                          NSError* error) {
+  if (data.size() > mostBytes) return refuse(error, readCorruptError, "too many bytes");
+  constexpr std::string_view byteOrderMark = "\uFEFF";
+  if (data.starts_with(byteOrderMark)) {
+    return read(data.substr(byteOrderMark.size()), error);
+  }
+  if (const char* encoding = wideEncodingOf(data)) {
+    const std::optional<std::string> text = convertedToUTF8(data, encoding);
+    if (!text) return refuse(error, readCorruptError, std::string("invalid ") + encoding);
+    const bool isMarked = text->starts_with(byteOrderMark);
+    return read(std::string_view(*text).substr(isMarked ? byteOrderMark.size() : 0), error);
+  }
+  return read(data, error);
+}
+
+std::optional<std::string> NSJSONSerialization::dataWithJSONObject_options(
+    const PlistValue& object, NSJSONWritingOptions options, NSError* error) {
+  if (const char* flaw = flawOfObject(object)) {
+    return refuse(error, writeError, std::string("JSON can't carry ") + flaw);
+  }
+  rapidjson::StringBuffer buffer;
+  if (options & NSJSONWritingPrettyPrinted) {
+    rapidjson::PrettyWriter<rapidjson::StringBuffer> writer(buffer);
+    writer.SetIndent(' ', 2);
+    write(object, writer);
+  } else {
+    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+    write(object, writer);
+  }
+  return std::string(buffer.GetString(), buffer.GetSize());
+}
+
+bool NSJSONSerialization::isValidJSONObject(const PlistValue& object) {
+  return !flawOfObject(object);
+}
+
+}  // namespace zym

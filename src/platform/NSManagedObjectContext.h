@@ -25,7 +25,7 @@ enum NSManagedObjectContextConcurrencyType {
 /// Posted after a save that wrote something, with the context as object. The user info holds under
 /// the keys below the texts (`NSManagedObjectID::URIRepresentation`) of the objects concerned.
 inline constexpr const char* NSManagedObjectContextDidSaveNotification =
-    "NSManagingContextDidSaveChangesNotification";
+    "NSManagedObjectContextDidSaveNotification";
 inline constexpr KeyName NSInsertedObjectsKey{"inserted"};
 inline constexpr KeyName NSUpdatedObjectsKey{"updated"};
 inline constexpr KeyName NSDeletedObjectsKey{"deleted"};

@@ -24,7 +24,7 @@ class NSRunLoop {
 
   // Running: on the main thread only, also from inside a callback.
 
-  /// Handles events until that moment, and at least those that are due now.
+  /// Handles events until that moment; one turn at least.
   void runUntilDate(NSDate limit);
   /// Waits for one turn with an event in it, at most until that moment. False when none came.
   [[nodiscard]] bool runModeBeforeDate(NSDate limit);
@@ -43,16 +43,17 @@ class NSRunLoop {
   /// Calls the block when the callback that is running now has returned to the loop, before any
   /// other event; a nested loop counts. Main thread only.
   void performAtEndOfTurn(std::function<void()> block);
-  /// How many callbacks of the loop are running now, each but the first inside a nested loop. 0
+  /// How many callbacks of the loop are running now, each but the first inside a nested loop; 0
   /// outside of it. Main thread only.
   [[nodiscard]] int depth() const noexcept;
+
+  struct State;
 
  private:
   NSRunLoop();
   ~NSRunLoop() = default;
 
   friend class NSTimer;
-  struct State;
   std::shared_ptr<State> state_;
 };
 

@@ -69,8 +69,7 @@ class NSUndoManager {
   /// `NSUndoManagerDidUndoChangeNotification`. Nothing when there is nothing to undo. Throws
   /// `NSInternalInconsistencyException` inside nested groups and inside an undo or redo.
   void undo();
-  /// The same the other way, with `NSUndoManagerDidRedoChangeNotification`. Throws
-  /// `NSInternalInconsistencyException` while a group other than the one by event is open.
+  /// The same the other way, with `NSUndoManagerDidRedoChangeNotification`.
   void redo();
 
   /// Forgets all steps, and what open groups hold. Those groups stay open, for their ends to match,

@@ -110,7 +110,9 @@ std::optional<PlistValue> dateFromText(std::string_view text) {
   const std::chrono::year_month_day date(std::chrono::year{year},
                                          std::chrono::month(static_cast<unsigned>(month)),
                                          std::chrono::day(static_cast<unsigned>(day)));
-  if (!read || !date.ok() || hour > 23 || minute > 59 || second > 60) return std::nullopt;
+  if (!read || year < 1 || !date.ok() || hour > 23 || minute > 59 || second > 59) {
+    return std::nullopt;
+  }
   const std::chrono::sys_seconds moment = std::chrono::sys_days(date) + std::chrono::hours(hour) +
                                           std::chrono::minutes(minute) +
                                           std::chrono::seconds(second);

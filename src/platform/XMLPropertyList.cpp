@@ -274,6 +274,15 @@ void noteError(void* reader, xmlErrorPtr problem) {
   static_cast<Reader*>(reader)->refuse(std::string(trimmed(message)));
 }
 
+// The parser keeps a document of its own for the entities it meets.
+struct FreeParser {
+  void operator()(xmlParserCtxtPtr context) const noexcept {
+    xmlFreeDoc(context->myDoc);
+    context->myDoc = nullptr;
+    xmlFreeParserCtxt(context);
+  }
+};
+
 xmlSAXHandler handlers() noexcept {
   xmlSAXHandler table{};
   table.initialized = XML_SAX2_MAGIC;
@@ -454,8 +463,8 @@ std::optional<PlistValue> XMLPropertyList::read(std::string_view bytes, NSError*
 
   static const bool isReady = (xmlInitParser(), true);
   (void)isReady;
-  const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(
-      xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())), &xmlFreeParserCtxt);
+  const std::unique_ptr<xmlParserCtxt, FreeParser> context(
+      xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
   if (!context) return refuse("out of memory");
   Reader reader(context.get());
   *context->sax = handlers();

@@ -109,6 +109,11 @@ PlistDictionary ZYMCachingModel::createItem() {
 }
 
 std::optional<PlistDictionary> ZYMCachingModel::duplicateItemWithUUID(std::string_view uuid) {
+  return duplicate_changing(uuid, [](PlistDictionary&) {});
+}
+
+std::optional<PlistDictionary> ZYMCachingModel::duplicate_changing(
+    std::string_view uuid, const std::function<void(PlistDictionary&)>& change) {
   ZYMRecordEntity* object = onlyObjectWithUUID(uuid);
   if (!object) return std::nullopt;
   PlistDictionary copy = duplicate(object->dictionaryRepresentation().value_or(PlistDictionary()));
@@ -117,6 +122,7 @@ std::optional<PlistDictionary> ZYMCachingModel::duplicateItemWithUUID(std::strin
            std::string(copy.stringValue(nameKeyInRecords_)) + "-" +
                Localized_String("copy", "(copy of file) ZYMCachingModel.duplicateItemWithUUID"));
   copy.set(keys::DateLastModified, NSDate::date());
+  change(copy);
   insertItem(copy, "Duplicate Item", "ZYMCachingModel.duplicateItemWithUUID");
   return copy;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -87,6 +88,9 @@ class ZYMCachingModel {
   using Objects = std::vector<NSManagedObject*>;
   [[nodiscard]] Objects objectsSortedOnName() const;
   [[nodiscard]] ZYMRecordEntity* onlyObjectWithUUID(std::string_view uuid) const;
+  /// `duplicateItemWithUUID`, with a last change to the copy before it is stored.
+  std::optional<PlistDictionary> duplicate_changing(
+      std::string_view uuid, const std::function<void(PlistDictionary&)>& change);
   /// Stores a record as a new object, as one undo step of that name, and saves.
   void insertItem(PlistDictionary& item, std::string_view actionName, std::string_view comment);
 

@@ -71,6 +71,14 @@ class ZYMCoreDataModel {
   /// `CoreDataModelReloadNowNotification` and `CoreDataModelFirstRunNotification`.
   [[nodiscard]] NSManagedObjectContext* mainObjectContext();
 
+  /// Fills the libraries with the seed data of the main bundle, whatever was there before: eight
+  /// property lists, each with a "Version" that is remembered in the user defaults. What is missing
+  /// or no property list adds nothing and counts as not installed. Main thread.
+  void installInitialState();
+  /// The same for the seed files whose "Version" differs from the one installed last, older ones
+  /// included. A brewer's changes to a seed record are lost by that, all other records stay.
+  void checkVersionsAndUpdateIfNecessary();
+
   /// A timed save that waits, if the host has scheduled one. A save cancels it.
   void setSaveTimer(const std::shared_ptr<NSTimer>& timer) { saveTimer_ = timer; }
   [[nodiscard]] std::shared_ptr<NSTimer> saveTimer() const { return saveTimer_.lock(); }

@@ -86,7 +86,7 @@ std::string dayLine(const PlistDictionary& batch) {
   for (const Day& day : days) {
     const std::string date = dayAt(batch, day.key);
     if (date.empty()) continue;
-    line += (line.empty() ? "" : ", ") + label(day.name) + " " + date;
+    line.append(line.empty() ? "" : "; ").append(label(day.name)).append(" ").append(date);
   }
   return line;
 }

@@ -69,8 +69,8 @@ TEST_F(Formulas, TemperatureAndGravityUnits) {
 
 TEST_F(Formulas, UnitsAreTrimmedFromNumbers) {
   constexpr std::pair<const char*, const char*> texts[] = {
-      {"", "0.0"},   {"5.5 kg", "5.5"}, {"+5kg", "+5"},    {"1,5", "1"},
-      {"12", "12"},  {"kg 5", ""},      {"-1.2e3", "-1.2"}, {"1-2+3.4", "1-2+3.4"}};
+      {"", "0.0"},  {"5.5 kg", "5.5"}, {"+5kg", "+5"},     {"1,5", "1"},
+      {"12", "12"}, {"kg 5", ""},      {"-1.2e3", "-1.2"}, {"1-2+3.4", "1-2+3.4"}};
   for (const auto& [text, head] : texts) EXPECT_EQ(Convert::trimUnitFromNumber(text), head);
 }
 
@@ -91,9 +91,9 @@ TEST_F(Formulas, MaltAndBeerColour) {
   EXPECT_NEAR(Calculations::convertEBCtoLovibond(0), 0.76 / 1.3546, 1e-12);
   rc::check([](std::uint16_t tenths) {
     const double lovibond = 0.6 + tenths / 10.0;
-    RC_ASSERT(std::fabs(Calculations::convertEBCtoLovibond(
-                            Calculations::convertLovibondtoEBC(lovibond)) -
-                        lovibond) < 1e-9 * lovibond);
+    RC_ASSERT(
+        std::fabs(Calculations::convertEBCtoLovibond(Calculations::convertLovibondtoEBC(lovibond)) -
+                  lovibond) < 1e-9 * lovibond);
   });
 }
 
@@ -101,16 +101,17 @@ TEST_F(Formulas, BeerColourFromMaltColourUnits) {
   EXPECT_NEAR(Calculations::beerColorForMCU_withFormula(10, 0), 7.24, 0.005);
   EXPECT_DOUBLE_EQ(Calculations::beerColorForMCU_withFormula(10, 1), 10.4);
   EXPECT_DOUBLE_EQ(Calculations::beerColorForMCU_withFormula(10, 2), 7.7);
-  for (const std::int64_t noFormula : {std::int64_t{3}, std::int64_t{4}, std::int64_t{-1}, NSNotFound}) {
+  for (const std::int64_t noFormula :
+       {std::int64_t{3}, std::int64_t{4}, std::int64_t{-1}, NSNotFound}) {
     EXPECT_EQ(Calculations::beerColorForMCU_withFormula(10, noFormula), 0);
   }
 }
 
 TEST_F(Formulas, ColourOnAScreen) {
   constexpr std::pair<double, const char*> colours[] = {
-      {0, "c5e8f8"},  {0.1, "c5e8f8"}, {0.11, "fafa3c"}, {2, "fafa3c"},  {7, "dcb63a"},
-      {12, "be7339"}, {12.5, "ba6e38"}, {22, "482727"},   {22.5, "432626"}, {40, "000000"},
-      {1e300, "000000"}};
+      {0, "c5e8f8"},    {0.1, "c5e8f8"}, {0.11, "fafa3c"}, {2, "fafa3c"},
+      {7, "dcb63a"},    {12, "be7339"},  {12.5, "ba6e38"}, {22, "482727"},
+      {22.5, "432626"}, {40, "000000"},  {1e300, "000000"}};
   for (const auto& [srm, hex] : colours) {
     EXPECT_EQ(hexRepresentation(Calculations::colourForBeerWithSRM(srm)), hex) << srm;
   }
@@ -126,13 +127,13 @@ TEST_F(Formulas, TinsethUtilisation) {
 
 TEST_F(Formulas, StepsOfDanielsAndGaretz) {
   constexpr std::pair<double, double> daniels[] = {
-      {0, .05},   {9.99, .05}, {10, .12}, {19.99, .12}, {20, .15},    {30, .19},
-      {44.9, .19}, {45, .22},  {60, .24}, {74.9, .24},  {75, .27},    {600, .27}};
+      {0, .05},    {9.99, .05}, {10, .12}, {19.99, .12}, {20, .15}, {30, .19},
+      {44.9, .19}, {45, .22},   {60, .24}, {74.9, .24},  {75, .27}, {600, .27}};
   for (const auto& [minutes, step] : daniels) {
     EXPECT_DOUBLE_EQ(utilisation(1.05, minutes, Daniels), step) << minutes;
   }
   constexpr std::pair<double, double> garetz[] = {
-      {10.9, 0},  {11, .02}, {15.9, .02}, {16, .05}, {21, .08}, {26, .11}, {31, .14}, {36, .16},
+      {10.9, 0}, {11, .02}, {15.9, .02}, {16, .05},   {21, .08}, {26, .11}, {31, .14}, {36, .16},
       {41, .18}, {46, .19}, {51, .20},   {60.9, .20}, {61, .21}, {71, .22}, {81, .23}, {1e9, .23}};
   for (const auto& [minutes, step] : garetz) {
     EXPECT_DOUBLE_EQ(utilisation(1.05, minutes, Garetz), step) << minutes;

@@ -42,7 +42,9 @@ std::string store(const PlistValue& text) {
   return Transformer::convertForStorage(&text);
 }
 
-enum { US, British, Metric };
+constexpr int US = 0;
+constexpr int British = 1;
+constexpr int Metric = 2;
 
 class ValueTransformers : public testing::WithDefaults {
  protected:
@@ -254,11 +256,13 @@ TEST_F(ValueTransformers, Percentages) {
 }
 
 TEST_F(ValueTransformers, Dates) {
-  const PlistValue date = NSDate::dateWithTimeIntervalSince1970(1767348000);  // 2026-01-02 10:00 UTC
+  const PlistValue date =
+      NSDate::dateWithTimeIntervalSince1970(1767348000);  // 2026-01-02 10:00 UTC
   const std::string shown = ZYMDateValueTransformer::convertForDisplay(&date);
   EXPECT_EQ(shown, "Jan 2, 2026");
   const PlistValue text = shown;
-  EXPECT_EQ(show<ZYMDateValueTransformer>(ZYMDateValueTransformer::convertForStorage(&text)), shown);
+  EXPECT_EQ(show<ZYMDateValueTransformer>(ZYMDateValueTransformer::convertForStorage(&text)),
+            shown);
   EXPECT_EQ(show<ZYMDateValueTransformer>("2026-01-02"), "");
   const PlistValue nonsense = "soon";
   const NSDate before = NSDate::date();

@@ -1,7 +1,6 @@
-#include "zymcore/documents/NSDictionaryExtensions.h"
-
 #include <gtest/gtest.h>
 
+#include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/platform/NSException.h"
 #include "zymcore/platform/NSNotFound.h"
@@ -20,13 +19,14 @@ TEST(NSDictionaryExtensions, CorrectionTurnsNumbersInDictionariesIntoText) {
       {KeyName{"date"}, NSDate::dateWithTimeIntervalSince1970(5)},
       {KeyName{"data"}, NSData("\xff")}};
   correctForSerialization(tree);
-  EXPECT_EQ(tree, (PlistDictionary{
-                      {a, "2.000000"},
-                      {b, PlistDictionary{{a, "1.000000"},
-                                          {b, PlistArray{2, "2", PlistDictionary{{a, "72.300003"}}}}}},
-                      {KeyName{"text"}, "1.000"},
-                      {KeyName{"date"}, NSDate::dateWithTimeIntervalSince1970(5)},
-                      {KeyName{"data"}, NSData("\xff")}}));
+  EXPECT_EQ(tree,
+            (PlistDictionary{
+                {a, "2.000000"},
+                {b, PlistDictionary{{a, "1.000000"},
+                                    {b, PlistArray{2, "2", PlistDictionary{{a, "72.300003"}}}}}},
+                {KeyName{"text"}, "1.000"},
+                {KeyName{"date"}, NSDate::dateWithTimeIntervalSince1970(5)},
+                {KeyName{"data"}, NSData("\xff")}}));
 }
 
 TEST(NSDictionaryExtensions, CorrectionReplacesTextTooLongToBeTrue) {
@@ -37,8 +37,8 @@ TEST(NSDictionaryExtensions, CorrectionReplacesTextTooLongToBeTrue) {
   correctForSerialization(tree);
   EXPECT_EQ(tree.stringValue(a), longest);
   EXPECT_EQ(tree.stringValue(KeyName{"wide"}), wide);
-  EXPECT_TRUE(tree.stringValue(b).starts_with(
-      "*Possible Corruption Detected. Text removed. Contact "));
+  EXPECT_TRUE(
+      tree.stringValue(b).starts_with("*Possible Corruption Detected. Text removed. Contact "));
   EXPECT_TRUE(tree.stringValue(b).ends_with(" for more info.*"));
 }
 
@@ -61,16 +61,18 @@ TEST(NSDictionaryExtensions, BlanksLeaveTheKeysAtEveryDepth) {
       {KeyName{"  "}, "2"},
       {KeyName{"Same"}, "old"},
       {KeyName{"Sa me"}, "new"},
-      {KeyName{"Rows"}, PlistArray{PlistDictionary{{KeyName{"a b"}, PlistDictionary{{KeyName{" c"}, 1}}}},
-                                   "left as is"}}};
+      {KeyName{"Rows"},
+       PlistArray{PlistDictionary{{KeyName{"a b"}, PlistDictionary{{KeyName{" c"}, 1}}}},
+                  "left as is"}}};
   removeSpacesInKeys(tree);
-  EXPECT_EQ(tree, (PlistDictionary{
-                      {KeyName{"WortVolume"}, "1"},
-                      {KeyName{""}, "2"},
-                      {KeyName{"Same"}, "new"},
-                      {KeyName{"Rows"},
-                       PlistArray{PlistDictionary{{KeyName{"ab"}, PlistDictionary{{KeyName{"c"}, 1}}}},
-                                  "left as is"}}}));
+  EXPECT_EQ(tree,
+            (PlistDictionary{
+                {KeyName{"WortVolume"}, "1"},
+                {KeyName{""}, "2"},
+                {KeyName{"Same"}, "new"},
+                {KeyName{"Rows"},
+                 PlistArray{PlistDictionary{{KeyName{"ab"}, PlistDictionary{{KeyName{"c"}, 1}}}},
+                            "left as is"}}}));
 }
 
 TEST(NSDictionaryExtensions, BlanksOfAHundredThousandKeys) {

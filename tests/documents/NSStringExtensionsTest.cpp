@@ -1,5 +1,3 @@
-#include "zymcore/documents/NSStringExtensions.h"
-
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
@@ -7,12 +5,13 @@
 #include <regex>
 #include <set>
 
+#include "zymcore/documents/NSStringExtensions.h"
+
 namespace zym {
 namespace {
 
 TEST(NSStringExtensions, UUIDsAreCanonicalUpperCaseAndNew) {
-  const std::regex canonical(
-      "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
+  const std::regex canonical("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
   std::set<std::string> seen;
   for (int i = 0; i < 100; ++i) {
     const std::string fresh = uuid();
@@ -25,7 +24,8 @@ TEST(NSStringExtensions, BooleansAreTrueAboveOneFifthInSinglePrecision) {
   for (const char* text : {"1", "1.000000", "0.25", "0.2000001", " 1", "+1", "7 days", "1e3"}) {
     EXPECT_TRUE(boolFromString(text)) << text;
   }
-  for (const char* text : {"0", "", "No", "Yes", "true", "0.2", "0.20000000001", "-1", "nan", "inf"}) {
+  for (const char* text :
+       {"0", "", "No", "Yes", "true", "0.2", "0.20000000001", "-1", "nan", "inf"}) {
     EXPECT_FALSE(boolFromString(text)) << text;
   }
 }

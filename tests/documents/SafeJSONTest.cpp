@@ -1,9 +1,8 @@
-#include "zymcore/documents/SafeJSON.h"
-
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
 #include "zymcore/documents/Base64.h"
+#include "zymcore/documents/SafeJSON.h"
 
 namespace zym {
 namespace {
@@ -11,7 +10,9 @@ namespace {
 const KeyName a{"a"};
 const KeyName b{"b"};
 
-NSData bytes(std::size_t count) { return NSData(std::string(count, '\0')); }
+NSData bytes(std::size_t count) {
+  return NSData(std::string(count, '\0'));
+}
 
 TEST(SafeJSON, DatesAndDataTravelAsMarkedText) {
   const NSDate date = NSDate::dateWithTimeIntervalSince1970(1234567890.125);
@@ -24,16 +25,15 @@ TEST(SafeJSON, DatesAndDataTravelAsMarkedText) {
   NSError error;
   const auto json = safeDataWithJSONObject_options(tree, 0, &error);
   ASSERT_TRUE(json) << error.localizedDescription;
-  EXPECT_EQ(*json,
-            R"({"a":"//Date:1234567890.125000","b":[{"a":"//Data:YmVlcg==",)"
-            R"("b":"//Date:1234567890.125000"},"//Data:YWxl"]})");
+  EXPECT_EQ(*json, R"({"a":"//Date:1234567890.125000","b":[{"a":"//Data:YmVlcg==",)"
+                   R"("b":"//Date:1234567890.125000"},"//Data:YWxl"]})");
   EXPECT_EQ(safeJSONObjectWithData_options(*json, 0), PlistValue(tree));
 }
 
 TEST(SafeJSON, ADateDirectlyInAnArrayHasNoForm) {
   NSError error;
-  EXPECT_FALSE(safeDataWithJSONObject_options(
-      PlistDictionary{{a, PlistArray{NSDate::date()}}}, 0, &error));
+  EXPECT_FALSE(
+      safeDataWithJSONObject_options(PlistDictionary{{a, PlistArray{NSDate::date()}}}, 0, &error));
   EXPECT_FALSE(error.domain.empty());
 
   const auto tree = safeJSONObjectWithData_options(R"({"a":["//Date:5"]})", 0);
@@ -48,9 +48,9 @@ TEST(SafeJSON, MarkersCountAnywhere) {
   const auto since1970 = &NSDate::dateWithTimeIntervalSince1970;
   for (const Case& c : {Case{"//Date:abc", since1970(0)}, Case{"//Date:", since1970(0)},
                         Case{"see //Date:5", since1970(0)}, Case{"12//Date:34", since1970(1234)},
-                        Case{"//Date://Date:5", since1970(5)}, Case{"//Date:5//Data:TQ==", since1970(5)},
-                        Case{"T//Data:Q==", NSData("M")}, Case{"//date:5", "//date:5"},
-                        Case{"/Date:5", "/Date:5"}, Case{"", ""}}) {
+                        Case{"//Date://Date:5", since1970(5)},
+                        Case{"//Date:5//Data:TQ==", since1970(5)}, Case{"T//Data:Q==", NSData("M")},
+                        Case{"//date:5", "//date:5"}, Case{"/Date:5", "/Date:5"}, Case{"", ""}}) {
     PlistDictionary tree{{a, c.text}};
     processAfterDeserialization(tree);
     EXPECT_EQ(*tree.find(a), c.value) << c.text;
@@ -85,9 +85,8 @@ TEST(Base64, LinesBreakBetweenFortyEightBytesAndNotAfterThem) {
 // RFC 4648.
 TEST(Base64, KnownTexts) {
   constexpr std::pair<const char*, const char*> known[] = {
-      {"f", "Zg=="},         {"fo", "Zm8="},         {"foo", "Zm9v"},
-      {"foob", "Zm9vYg=="},  {"fooba", "Zm9vYmE="},  {"foobar", "Zm9vYmFy"},
-      {"\xfb\xff", "+/8="}};
+      {"f", "Zg=="},         {"fo", "Zm8="},         {"foo", "Zm9v"},     {"foob", "Zm9vYg=="},
+      {"fooba", "Zm9vYmE="}, {"foobar", "Zm9vYmFy"}, {"\xfb\xff", "+/8="}};
   for (const auto& [plain, text] : known) {
     EXPECT_EQ(base64EncodedString(NSData(plain)), text);
     EXPECT_EQ(dataFromBase64String(text), NSData(plain));

@@ -147,9 +147,10 @@ Table mashTable(const PlistDictionary& recipe) {
 }  // namespace
 
 void writeRecipe(Sheet& sheet, const PlistDictionary& recipe) {
-  sheet.title(textAt(recipe, keys::RecipeTitle));
-  sheet.remark(wordAt(recipe, keys::MashType) + ", " + percentAt(recipe, keys::MashEfficiency) +
-               " " + label("mash efficiency") + ", " + minutesAt(recipe, keys::BoilDuration) + " " +
+  sheet.title(titleAt(recipe, keys::RecipeTitle));
+  const std::string type = wordAt(recipe, keys::MashType);
+  sheet.remark((type.empty() ? "" : type + ", ") + percentAt(recipe, keys::MashEfficiency) + " " +
+               label("mash efficiency") + ", " + minutesAt(recipe, keys::BoilDuration) + " " +
                label("boil"));
   sheet.section(label("Prediction"), predictionTable(recipe));
   sheet.section(label("Volumes"), volumeTable(recipe));

@@ -184,8 +184,8 @@ TEST_F(RecipeRecalculation, ColouringsColourOutsideTheFormula) {
   }
   set(keys::BeerColorFormula, 0);
   const PlistDictionary recipe = with({{keys::FermentableIngredients, fermentables}});
-  EXPECT_EQ(row(recipe, keys::FermentableIngredients, 0).stringValue(keys::MCUPercentage),
-            "100.000000");
+  EXPECT_NEAR(row(recipe, keys::FermentableIngredients, 0).doubleValue(keys::MCUPercentage), 100,
+              1e-4);
   EXPECT_GT(row(recipe, keys::FermentableIngredients, 1).doubleValue(keys::MCUPercentage), 0);
   EXPECT_EQ(row(recipe, keys::FermentableIngredients, 1).stringValue(keys::Percentage), "0.497512");
   EXPECT_NEAR(row(recipe, keys::FermentableIngredients, 0).doubleValue(keys::ColorForAdditionInSRM),

@@ -200,7 +200,7 @@ TEST_F(ValueTransformers, Colours) {
          {keys::ColorUnit, 1, store<BeerColor>, "19.7", "10.000000"},
          {keys::ColorUnit, 1, store<MaltColor>, "60 ˚L", "60.000000"},
          {keys::ColorUnit, 1, store<MaltColor>, "60 Lov", "60.000000"},
-         {keys::ColorUnit, 1, store<MaltColor>, "60 srm", "23.044739"},
+         {keys::ColorUnit, 1, store<MaltColor>, "60 srm", "23.045071"},
          {keys::ColorUnit, 2, store<MaltColor>, "60", "-1.000000"}});
 }
 

@@ -1,7 +1,6 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
-
-#include <regex>
 
 #include "zymcore/platform/CommonDigest.h"
 #include "zymcore/platform/NSString.h"
@@ -85,9 +84,9 @@ TEST(CommonDigest, IsTheMD5) {
 }
 
 TEST(NSUUID, IsRandomAndUpperCase) {
-  const std::regex canonical("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
   const std::string first = NSUUID::UUIDString();
-  EXPECT_TRUE(std::regex_match(first, canonical)) << first;
+  EXPECT_THAT(first, testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-"
+                                           "[0-9A-F]{12}"));
   EXPECT_NE(NSUUID::UUIDString(), first);
 }
 

@@ -14,6 +14,7 @@ namespace zym {
 namespace {
 
 using testing::HasSubstr;
+using namespace std::string_literals;
 
 constexpr std::string_view head =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -124,6 +125,8 @@ TEST(XMLPropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {
       {plist("<real>-</real>"), "no value in <real>"},
       {plist("<date>2026-02-30T00:00:00Z</date>"), "no value in <date>"},
       {plist("<date>yesterday</date>"), "no value in <date>"},
+      {plist("<date>0000-01-01T00:00:00Z</date>"), "no value in <date>"},
+      {plist("<date>2026-01-01T24:00:00Z</date>"), "no value in <date>"},
       {plist("<string>&unknown;</string>"), "line 2: Entity 'unknown' not defined"},
       {plist("<string>\xFF</string>"), "line 2: Input is not proper UTF-8"},
       {"<!DOCTYPE plist [<!ENTITY a 'x'>]><plist><string>&a;</string></plist>", "entity"},
@@ -164,7 +167,7 @@ TEST(XMLPropertyList, BoundsLevelsAndValues) {
 }
 
 TEST(XMLPropertyList, LeavesOutOnlyWhatXMLHasNoFormFor) {
-  const PlistDictionary awkward{{KeyName("a\x01z"), std::string("x\0\x1By\xFFz\uFFFE\t\r\n", 14)}};
+  const PlistDictionary awkward{{KeyName("a\x01z"), "x\0\x1By\xFFz\uFFFE\t\r\n"s}};
   EXPECT_EQ(XMLPropertyList::read(XMLPropertyList::write(awkward).value()),
             PlistValue(PlistDictionary{{KeyName("az"), "xyz\t\r\n"}}));
 }

@@ -20,6 +20,8 @@ namespace zym {
 
 [[nodiscard]] bool isASCII(std::string_view text) noexcept;
 [[nodiscard]] bool isUTF8(std::string_view text) noexcept;
+/// How many bytes there are before the first that isn't UTF-8.
+[[nodiscard]] std::size_t lengthOfValidUTF8(std::string_view text) noexcept;
 /// The text without the bytes that aren't UTF-8.
 [[nodiscard]] std::string stringByDroppingInvalidUTF8(std::string_view text);
 

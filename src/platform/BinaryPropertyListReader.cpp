@@ -259,16 +259,19 @@ class Reader {
 
   [[nodiscard]] std::optional<PlistValue> dictionary(const Object& found, std::size_t level) {
     if (!isContainer(found, found.count * 2, level)) return std::nullopt;
-    PlistDictionary entries;
-    entries.reserve(found.count);
+    std::vector<PlistKey> names;
+    std::vector<PlistValue> values;
+    names.reserve(found.count);
+    values.reserve(found.count);
     for (std::size_t i = 0; i < found.count; ++i) {
       const PlistKey* const name = key(reference(found, i));
       if (!name) return std::nullopt;
       std::optional<PlistValue> content = member(found, found.count + i, level);
       if (!content) return std::nullopt;
-      entries.set(*name, std::move(*content));
+      names.push_back(*name);
+      values.push_back(std::move(*content));
     }
-    return PlistValue(std::move(entries));
+    return PlistValue(PlistDictionary(names, values));
   }
 
   /// A key that many dictionaries share is read once.

@@ -1,17 +1,21 @@
 #include "zymcore/platform/NSPropertyListSerialization.h"
 
+#include "zymcore/platform/BinaryPropertyList.h"
 #include "zymcore/platform/XMLPropertyList.h"
 
 namespace zym {
 
 std::optional<PlistValue> NSPropertyListSerialization::propertyListWithData(std::string_view data,
                                                                             NSError* error) {
-  return XMLPropertyList::read(data, error);
+  return BinaryPropertyList::isBinary(data) ? BinaryPropertyList::read(data, error)
+                                            : XMLPropertyList::read(data, error);
 }
 
 std::optional<std::string> NSPropertyListSerialization::dataWithPropertyList_format(
-    const PlistValue& propertyList, NSPropertyListFormat, NSError* error) {
-  return XMLPropertyList::write(propertyList, error);
+    const PlistValue& propertyList, NSPropertyListFormat format, NSError* error) {
+  return format == NSPropertyListFormat::BinaryFormat_v1_0
+             ? BinaryPropertyList::write(propertyList, error)
+             : XMLPropertyList::write(propertyList, error);
 }
 
 }  // namespace zym

@@ -21,9 +21,8 @@ struct Meaning {
   std::int64_t code;
 };
 constexpr Meaning meanings[] = {
-    {ENOENT, NSFileNoSuchFileError},
-    {EACCES, NSFileReadNoPermissionError},
-    {EPERM, NSFileReadNoPermissionError},
+    {ENOENT, NSFileNoSuchFileError},       {ENOTDIR, NSFileNoSuchFileError},
+    {EACCES, NSFileReadNoPermissionError}, {EPERM, NSFileReadNoPermissionError},
     {EEXIST, NSFileWriteFileExistsError},
 };
 

@@ -113,12 +113,18 @@ std::optional<std::string> convertedToUTF8(std::string_view data, const char* en
 }
 
 std::optional<PlistValue> read(std::string_view text, NSError* error) {
-  constexpr unsigned flags = rapidjson::kParseIterativeFlag |
-                             rapidjson::kParseValidateEncodingFlag |
+  const std::size_t valid = lengthOfValidUTF8(text);
+  if (valid != text.size()) {
+    return refuse(error, readCorruptError, place(text, valid) + "bytes that aren't UTF-8");
+  }
+  // The reader undoes the escapes where they stand.
+  std::string scratch(text);
+
+  constexpr unsigned flags = rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag |
                              rapidjson::kParseFullPrecisionFlag;
   PlistBuilder builder(NSJSONSerialization::mostValues, NSJSONSerialization::mostLevels);
   Handler handler(builder);
-  rapidjson::MemoryStream stream(text.data(), text.size());
+  rapidjson::InsituStringStream stream(scratch.data());
   rapidjson::Reader reader;
   const rapidjson::ParseResult result = reader.Parse<flags>(stream, handler);
 

@@ -81,10 +81,20 @@ bool isASCII(std::string_view text) noexcept {
 }
 
 bool isUTF8(std::string_view text) noexcept {
-  bool valid = true;
-  forEachCharacter(text.substr(lengthOfASCIIPrefix(text)),
-                   [&](UChar32 character, std::size_t, std::size_t) { valid &= character >= 0; });
-  return valid;
+  return lengthOfValidUTF8(text) == text.size();
+}
+
+std::size_t lengthOfValidUTF8(std::string_view text) noexcept {
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  std::size_t at = 0;
+  while ((at += lengthOfASCIIPrefix(text.substr(at))) < text.size()) {
+    std::size_t next = at;
+    UChar32 character;
+    U8_NEXT(bytes, next, text.size(), character);
+    if (character < 0) break;
+    at = next;
+  }
+  return at;
 }
 
 std::string stringByDroppingInvalidUTF8(std::string_view text) {

@@ -9,7 +9,7 @@ namespace zym {
 /// Texts in UTF-8. Bytes that aren't UTF-8 count as one U+FFFD for each of the longest stretches
 /// that could have begun a character; none of these operations fails on them.
 
-// By the rules of Unicode and of no particular language.
+// By the rules of Unicode and of no particular language. Bytes that aren't UTF-8 stay.
 [[nodiscard]] std::string uppercaseString(std::string_view text);
 [[nodiscard]] std::string lowercaseString(std::string_view text);
 
@@ -20,6 +20,8 @@ namespace zym {
 
 [[nodiscard]] bool isASCII(std::string_view text) noexcept;
 [[nodiscard]] bool isUTF8(std::string_view text) noexcept;
+/// How many bytes there are before the first that isn't UTF-8.
+[[nodiscard]] std::size_t lengthOfValidUTF8(std::string_view text) noexcept;
 /// The text without the bytes that aren't UTF-8.
 [[nodiscard]] std::string stringByDroppingInvalidUTF8(std::string_view text);
 

@@ -1,6 +1,7 @@
 #include "zymcore/platform/PlistBuilder.h"
 
 #include <iterator>
+#include <span>
 
 namespace zym {
 
@@ -13,21 +14,17 @@ bool PlistBuilder::begin(bool isDictionary) {
 void PlistBuilder::end() {
   const Frame frame = frames_.back();
   frames_.pop_back();
-  const auto firstValue = values_.begin() + static_cast<std::ptrdiff_t>(frame.firstValue);
+  const std::span values(values_.data() + frame.firstValue, values_.size() - frame.firstValue);
+  PlistValue container = PlistArray();
   if (frame.isDictionary) {
-    PlistDictionary dictionary;
-    dictionary.reserve(values_.size() - frame.firstValue);
-    for (std::size_t i = frame.firstValue; i < values_.size(); ++i) {
-      dictionary.set(keys_[frame.firstKey + i - frame.firstValue], std::move(values_[i]));
-    }
+    container = PlistDictionary({keys_.data() + frame.firstKey, values.size()}, values);
     keys_.erase(keys_.begin() + static_cast<std::ptrdiff_t>(frame.firstKey), keys_.end());
-    values_.erase(firstValue, values_.end());
-    values_.emplace_back(std::move(dictionary));
   } else {
-    PlistArray array({std::make_move_iterator(firstValue), std::make_move_iterator(values_.end())});
-    values_.erase(firstValue, values_.end());
-    values_.emplace_back(std::move(array));
+    container = PlistArray(
+        {std::make_move_iterator(values.begin()), std::make_move_iterator(values.end())});
   }
+  values_.erase(values_.begin() + static_cast<std::ptrdiff_t>(frame.firstValue), values_.end());
+  values_.push_back(std::move(container));
 }
 
 const char* PlistBuilder::refusal() const noexcept {

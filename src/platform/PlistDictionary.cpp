@@ -11,42 +11,52 @@
 
 namespace zym {
 
-// Hashes lie apart from the entries: a look-up scans them alone, and 60 of them are four cache
-// lines. A dictionary too large to scan, which no document has but a hostile one may, gets an
-// index.
+// One byte of each key's hash lies apart from the entries: a look-up scans these alone, and 60 of
+// them are one cache line. A dictionary too large to scan, which no document has but a hostile one
+// may, gets an index.
 struct PlistDictionary::Storage : CowStorage {
   static constexpr std::size_t mostScanned = 256;
-  static constexpr std::size_t notFound = static_cast<std::size_t>(-1);
+  static constexpr std::size_t notFound = std::string::npos;
 
-  std::vector<std::uint32_t> hashes;
+  std::string tags;
   std::vector<PlistEntry> entries;
   std::unique_ptr<std::map<std::string_view, std::size_t>> index;
 
   Storage() = default;
-  Storage(const Storage& other) : CowStorage(other), hashes(other.hashes), entries(other.entries) {
+  Storage(const Storage& other) : CowStorage(other), tags(other.tags), entries(other.entries) {
     indexIfLarge();
   }
+
+  static char tagOf(KeyName key) noexcept { return static_cast<char>(key.hash() >> 24U); }
 
   [[nodiscard]] std::size_t positionOf(KeyName key) const noexcept {
     if (index) {
       const auto found = index->find(key.text());
       return found == index->end() ? notFound : found->second;
     }
-    const std::uint32_t* const first = hashes.data();
-    const std::size_t count = hashes.size();
-    for (std::size_t i = 0; i < count; ++i) {
-      if (first[i] == key.hash() && entries[i].key.text() == key.text()) return i;
+    std::size_t position = tags.find(tagOf(key));
+    while (position != notFound && !isAt(position, key)) {
+      position = tags.find(tagOf(key), position + 1);
     }
-    return notFound;
+    return position;
   }
 
-  void append(PlistKey key, PlistValue value) {
-    hashes.push_back(key.hash());
+  void append(PlistKey&& key, PlistValue&& value) {
+    tags.push_back(tagOf(key));
     entries.push_back({std::move(key), std::move(value)});
     if (index) {
       index->emplace(entries.back().key.text(), entries.size() - 1);
     } else {
       indexIfLarge();
+    }
+  }
+
+  void set(PlistKey&& key, PlistValue&& value) {
+    const std::size_t position = positionOf(key);
+    if (position == notFound) {
+      append(std::move(key), std::move(value));
+    } else {
+      entries[position].value = std::move(value);
     }
   }
 
@@ -57,17 +67,22 @@ struct PlistDictionary::Storage : CowStorage {
       if (position + 1 != entries.size()) {
         (*index)[entries.back().key.text()] = position;
         std::swap(entries[position], entries.back());
-        hashes[position] = hashes.back();
+        tags[position] = tags.back();
       }
       entries.pop_back();
-      hashes.pop_back();
+      tags.pop_back();
       return;
     }
     entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(position));
-    hashes.erase(hashes.begin() + static_cast<std::ptrdiff_t>(position));
+    tags.erase(position, 1);
   }
 
  private:
+  [[nodiscard]] bool isAt(std::size_t position, KeyName key) const noexcept {
+    const PlistKey& there = entries[position].key;
+    return there.hash() == key.hash() && there.text() == key.text();
+  }
+
   void indexIfLarge() {
     if (entries.size() <= mostScanned) return;
     index = std::make_unique<std::map<std::string_view, std::size_t>>();
@@ -84,6 +99,16 @@ PlistDictionary::~PlistDictionary() = default;
 
 PlistDictionary::PlistDictionary(std::initializer_list<std::pair<KeyName, PlistValue>> entries) {
   for (const auto& [key, value] : entries) set(key, value);
+}
+
+PlistDictionary::PlistDictionary(std::span<PlistKey> keys, std::span<PlistValue> values) {
+  if (keys.empty()) return;
+  Storage& storage = storage_.writable();
+  storage.tags.reserve(keys.size());
+  storage.entries.reserve(keys.size());
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    storage.set(std::move(keys[i]), std::move(values[i]));
+  }
 }
 
 std::size_t PlistDictionary::size() const noexcept {
@@ -159,23 +184,6 @@ void PlistDictionary::set(KeyName key, PlistValue value) {
   } else {
     storage.entries[position].value = std::move(value);
   }
-}
-
-void PlistDictionary::set(PlistKey key, PlistValue value) {
-  Storage& storage = storage_.writable();
-  const std::size_t position = storage.positionOf(key);
-  if (position == Storage::notFound) {
-    storage.append(std::move(key), std::move(value));
-  } else {
-    storage.entries[position].value = std::move(value);
-  }
-}
-
-void PlistDictionary::reserve(std::size_t count) {
-  if (count == 0) return;
-  Storage& storage = storage_.writable();
-  storage.hashes.reserve(count);
-  storage.entries.reserve(count);
 }
 
 void PlistDictionary::setNumber(KeyName key, double number) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,6 +25,8 @@ class PlistDictionary {
  public:
   PlistDictionary() noexcept;
   PlistDictionary(std::initializer_list<std::pair<KeyName, PlistValue>> entries);
+  /// Moves the keys, and the value at the same place for each. Of equal keys the last wins.
+  PlistDictionary(std::span<PlistKey> keys, std::span<PlistValue> values);
   PlistDictionary(const PlistDictionary&) noexcept;
   PlistDictionary(PlistDictionary&&) noexcept;
   PlistDictionary& operator=(const PlistDictionary&) noexcept;
@@ -61,9 +64,6 @@ class PlistDictionary {
   // Writing first takes storage of its own.
 
   void set(KeyName key, PlistValue value);
-  void set(PlistKey key, PlistValue value);
-  /// Takes the memory for that many entries at once.
-  void reserve(std::size_t count);
   /// Stores the number as text with six decimals ("%f").
   void setNumber(KeyName key, double number);
   /// Sets the value, or removes the key when there is none.

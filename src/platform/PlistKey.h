@@ -1,7 +1,11 @@
 #pragma once
 
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace zym {
 
@@ -22,10 +26,36 @@ class KeyName {
   constexpr KeyName(std::string_view text, std::uint32_t hash) noexcept
       : text_(text), hash_(hash) {}
 
+  // Eight bytes at a time, the last eight overlapping those before: keys are hashed as a document
+  // is read. A compiler sees one load in each of these sums.
+  static constexpr std::uint64_t load(const char* at, std::size_t count) noexcept {
+    std::uint64_t word = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      word |= std::uint64_t{static_cast<unsigned char>(at[i])} << (8 * i);
+    }
+    return word;
+  }
+  static constexpr std::uint64_t load8(const char* at) noexcept { return load(at, 8); }
+  static constexpr std::uint64_t load4(const char* at) noexcept { return load(at, 4); }
+
   static constexpr std::uint32_t hashOf(std::string_view text) noexcept {
-    std::uint32_t hash = 2166136261U;
-    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-    return hash;
+    constexpr std::uint64_t factor = 0x9E3779B97F4A7C15U;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    std::uint64_t hash = text.size();
+    const auto mix = [&](std::uint64_t word) {
+      hash = (hash ^ word) * factor;
+      hash ^= hash >> 32U;
+    };
+    if (text.size() >= 8) {
+      for (; end - at > 8; at += 8) mix(load8(at));
+      mix(load8(end - 8));
+    } else if (text.size() >= 4) {
+      mix(load4(at) | load4(end - 4) << 32U);
+    } else {
+      mix(load(at, text.size()));
+    }
+    return static_cast<std::uint32_t>(hash);
   }
 
   std::string_view text_;
@@ -37,23 +67,38 @@ class KeyName {
 /// with keys without end costs its own memory and leaves none behind.
 class PlistKey {
  public:
-  explicit PlistKey(KeyName name);
-  PlistKey(const PlistKey& other) noexcept;
-  PlistKey(PlistKey&& other) noexcept;
-  PlistKey& operator=(PlistKey other) noexcept;
-  ~PlistKey();
+  explicit PlistKey(KeyName name) : text_(interned(name)) {
+    if (!text_) text_ = new Text{std::string(name.text()), name.hash(), false};
+  }
+  PlistKey(const PlistKey& other) noexcept : text_(other.text_) {
+    if (text_ && !text_->immortal) text_->holders.fetch_add(1, std::memory_order_relaxed);
+  }
+  PlistKey(PlistKey&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
+  PlistKey& operator=(PlistKey other) noexcept {
+    std::swap(text_, other.text_);
+    return *this;
+  }
+  ~PlistKey() {
+    if (text_ && !text_->immortal) release();
+  }
 
-  [[nodiscard]] std::string_view text() const noexcept;
-  [[nodiscard]] std::uint32_t hash() const noexcept;
+  [[nodiscard]] std::string_view text() const noexcept { return text_->text; }
+  [[nodiscard]] std::uint32_t hash() const noexcept { return text_->hash; }
   [[nodiscard]] KeyName name() const noexcept { return {text(), hash()}; }
 
   // NOLINTNEXTLINE(google-explicit-constructor): a key that is held names itself.
   operator KeyName() const noexcept { return name(); }
 
  private:
-  struct Text;
+  struct Text {
+    std::string text;
+    std::uint32_t hash;
+    bool immortal;
+    std::atomic<std::uint32_t> holders{1};
+  };
+
   static Text* interned(KeyName name);
-  static Text* allocate(KeyName name, bool immortal);
+  void release() noexcept;
 
   Text* text_;
 };

@@ -110,7 +110,9 @@ std::optional<PlistValue> dateFromText(std::string_view text) {
   const std::chrono::year_month_day date(std::chrono::year{year},
                                          std::chrono::month(static_cast<unsigned>(month)),
                                          std::chrono::day(static_cast<unsigned>(day)));
-  if (!read || !date.ok() || hour > 23 || minute > 59 || second > 60) return std::nullopt;
+  if (!read || year < 1 || !date.ok() || hour > 23 || minute > 59 || second > 59) {
+    return std::nullopt;
+  }
   const std::chrono::sys_seconds moment = std::chrono::sys_days(date) + std::chrono::hours(hour) +
                                           std::chrono::minutes(minute) +
                                           std::chrono::seconds(second);
@@ -271,6 +273,15 @@ void noteError(void* reader, xmlErrorPtr problem) {
   std::string_view message = problem->message ? problem->message : "malformed XML";
   static_cast<Reader*>(reader)->refuse(std::string(trimmed(message)));
 }
+
+// The parser keeps a document of its own for the entities it meets.
+struct FreeParser {
+  void operator()(xmlParserCtxtPtr context) const noexcept {
+    xmlFreeDoc(context->myDoc);
+    context->myDoc = nullptr;
+    xmlFreeParserCtxt(context);
+  }
+};
 
 xmlSAXHandler handlers() noexcept {
   xmlSAXHandler table{};
@@ -452,8 +463,8 @@ std::optional<PlistValue> XMLPropertyList::read(std::string_view bytes, NSError*
 
   static const bool isReady = (xmlInitParser(), true);
   (void)isReady;
-  const std::unique_ptr<xmlParserCtxt, decltype(&xmlFreeParserCtxt)> context(
-      xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())), &xmlFreeParserCtxt);
+  const std::unique_ptr<xmlParserCtxt, FreeParser> context(
+      xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
   if (!context) return refuse("out of memory");
   Reader reader(context.get());
   *context->sax = handlers();

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zym::host {
+
+/// Registers an initial value for every user default that the library leaves to its host.
+void registerInitialDefaults();
+
+/// Sets user defaults for this run from texts of the form KEY=VALUE, "Locale=de_DE" among them.
+/// Throws `UsageError` for an unknown key or a value that the key can't have.
+void setDefaultsForThisRun(const std::vector<std::string>& assignments);
+
+/// The keys, what they mean and their initial values, for the help text.
+[[nodiscard]] std::string defaultsHelp();
+
+}  // namespace zym::host

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+namespace zym {
+
+/// A folder that goes with the test.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() : path_((std::filesystem::temp_directory_path() / "zymcore.XXXXXX").string()) {
+    if (!::mkdtemp(path_.data())) throw std::runtime_error("no temporary folder");
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder() {
+    std::error_code none;
+    std::filesystem::remove_all(path_, none);
+  }
+
+  [[nodiscard]] const std::string& path() const noexcept { return path_; }
+  [[nodiscard]] std::string operator/(std::string_view name) const {
+    return std::string(path_).append("/").append(name);
+  }
+
+ private:
+  std::string path_;
+};
+
+inline void putFile(const std::string& path, std::string_view bytes) {
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+[[nodiscard]] inline std::string bytesOf(const std::string& path) {
+  std::ostringstream bytes;
+  bytes << std::ifstream(path, std::ios::binary).rdbuf();
+  return bytes.str();
+}
+
+}  // namespace zym

@@ -7,6 +7,7 @@
 #include "support/TemporaryFolder.h"
 #include "zymcore/platform/NSBundle.h"
 #include "zymcore/platform/NSNotificationCenter.h"
+#include "zymcore/platform/NSRunLoop.h"
 #include "zymcore/platform/NSUndoManager.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 
@@ -29,6 +30,9 @@ class WithStore : public WithDefaults {
   static ZYMCoreDataModel& model() { return ZYMCoreDataModel::sharedInstance(); }
   static NSManagedObjectContext& context() { return *model().mainObjectContext(); }
   static NSUndoManager& undoManager() { return *context().undoManager(); }
+
+  /// Ends the turn of the run loop, and with it the undo step of all that was done in it.
+  static void endTurn() { NSRunLoop::mainRunLoop().runUntilDate(NSDate::date()); }
 
   const TemporaryFolder folder;
 

@@ -81,14 +81,13 @@ Table comparison(const Outcome (&rows)[Count], const PlistDictionary& recipe,
   return table;
 }
 
-std::string dayLine(const PlistDictionary& batch) {
-  std::string line;
+Table dayTable(const PlistDictionary& batch) {
+  Table table({{"", Cells::Texts}, {"", Cells::Texts}});
   for (const Day& day : days) {
     const std::string date = dayAt(batch, day.key);
-    if (date.empty()) continue;
-    line += (line.empty() ? "" : ", ") + label(day.name) + " " + date;
+    if (!date.empty()) table.addRow({label(day.name), date});
   }
-  return line;
+  return table;
 }
 
 PlistDictionary dictionaryAt(const PlistDictionary& document, KeyName key) {
@@ -103,8 +102,7 @@ void writeBatch(Sheet& sheet, const PlistDictionary& batch) {
   ZYMBeerCalculations::recalculateBeerRecipe(recipe);
   const PlistDictionary actuals = dictionaryAt(batch, keys::Actuals);
 
-  sheet.title(textAt(batch, keys::BatchTitle));
-  sheet.remark(dayLine(batch));
+  sheet.title(titleAt(batch, keys::BatchTitle));
   sheet.section(label("Outcome"), comparison(outcomes, recipe, actuals));
   sheet.section(label("Volumes"), comparison(volumes, recipe, actuals));
 
@@ -114,6 +112,7 @@ void writeBatch(Sheet& sheet, const PlistDictionary& batch) {
   sheet.section(label("Mash and sparge"), mash);
 
   writeAdditions(sheet, recipe);
+  sheet.section(label("Days"), dayTable(batch));
   for (const Day& note : notes) sheet.section(label(note.name), textAt(batch, note.key));
 }
 

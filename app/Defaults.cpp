@@ -145,12 +145,14 @@ std::string defaultsHelp() {
     text.append("  ").append(padded(key, 27)).append(meaning).append("\n");
   };
   for (const Default& one : defaults) {
-    const std::string initial = one.words.empty()
-                                    ? shortestNumberText(one.initial)
-                                    : std::string(one.words[static_cast<std::size_t>(one.initial)]);
     std::string meaning(one.meaning);
-    if (!one.words.empty()) meaning += ": " + choices(one.words);
-    line(one.key.text(), meaning + " [" + initial + "]");
+    if (one.words.empty()) {
+      meaning.append(" [").append(shortestNumberText(one.initial));
+    } else {
+      meaning.append(": ").append(choices(one.words)).append(" [");
+      meaning.append(one.words[static_cast<std::size_t>(one.initial)]);
+    }
+    line(one.key.text(), meaning + "]");
   }
   line(localeKey, "language and form of numbers, such as de_DE [the environment's]");
   return text;

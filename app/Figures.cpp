@@ -22,6 +22,7 @@ namespace zym::host {
 namespace {
 
 constexpr std::size_t nameWidth = 32;
+constexpr std::size_t titleWidth = 80;
 
 template <class Transformer>
 std::string shown(const PlistDictionary& document, KeyName key) {
@@ -92,6 +93,10 @@ std::string percent(double number) {
 
 std::string nameAt(const PlistDictionary& document, KeyName key) {
   return shortened(textAt(document, key), nameWidth);
+}
+std::string titleAt(const PlistDictionary& document, KeyName key) {
+  const std::string title = shortened(textAt(document, key), titleWidth);
+  return displayWidth(title) > 0 ? title : label("Untitled");
 }
 std::string textAt(const PlistDictionary& document, KeyName key) {
   return printable(document.stringValue(key));

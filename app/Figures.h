@@ -30,6 +30,8 @@ namespace zym::host {
 
 /// The text on one line, at most a column wide.
 [[nodiscard]] std::string nameAt(const PlistDictionary& document, KeyName key);
+/// A title for a sheet, also where the document has none.
+[[nodiscard]] std::string titleAt(const PlistDictionary& document, KeyName key);
 /// The text on one line, whatever its length.
 [[nodiscard]] std::string textAt(const PlistDictionary& document, KeyName key);
 /// A word of a vocabulary, in the user's language.

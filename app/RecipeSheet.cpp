@@ -79,20 +79,19 @@ double sum(const PlistDictionary& recipe, KeyName rows, KeyName key) {
 Table fermentableTable(const PlistDictionary& recipe) {
   Table table({{"", Cells::Texts},
                {label("Amount"), Cells::Quantities},
-               {label("Of grist"), Cells::Quantities},
-               {label("Of extract"), Cells::Quantities},
-               {label("Malt colour"), Cells::Quantities},
-               {label("Of colour"), Cells::Quantities},
-               {label("In the beer"), Cells::Quantities},
+               {label("Grist"), Cells::Quantities},
+               {label("Extract"), Cells::Quantities},
+               {label("Colour"), Cells::Quantities},
+               {label("Malt"), Cells::Quantities},
                {label("When"), Cells::Texts}});
   const double points = sum(recipe, keys::FermentableIngredients, keys::GravityPointsForAddition);
   for (const PlistDictionary& row : recipe.rows(keys::FermentableIngredients)) {
     const double share =
         points > 0 ? row.doubleValue(keys::GravityPointsForAddition) / points * 100 : 0;
     table.addRow({nameAt(row, keys::Ingredient), weightAt(row, keys::Amount),
-                  percentAt(row, keys::Percentage), percent(share), maltColorAt(row, keys::Color),
-                  percentAt(row, keys::MCUPercentage),
-                  beerColorAt(row, keys::ColorForAdditionInSRM), wordAt(row, keys::When)});
+                  percentAt(row, keys::Percentage), percent(share),
+                  percentAt(row, keys::MCUPercentage), maltColorAt(row, keys::Color),
+                  wordAt(row, keys::When)});
   }
   return table;
 }
@@ -148,9 +147,10 @@ Table mashTable(const PlistDictionary& recipe) {
 }  // namespace
 
 void writeRecipe(Sheet& sheet, const PlistDictionary& recipe) {
-  sheet.title(textAt(recipe, keys::RecipeTitle));
-  sheet.remark(wordAt(recipe, keys::MashType) + ", " + percentAt(recipe, keys::MashEfficiency) +
-               " " + label("mash efficiency") + ", " + minutesAt(recipe, keys::BoilDuration) + " " +
+  sheet.title(titleAt(recipe, keys::RecipeTitle));
+  const std::string type = wordAt(recipe, keys::MashType);
+  sheet.remark((type.empty() ? "" : type + ", ") + percentAt(recipe, keys::MashEfficiency) + " " +
+               label("mash efficiency") + ", " + minutesAt(recipe, keys::BoilDuration) + " " +
                label("boil"));
   sheet.section(label("Prediction"), predictionTable(recipe));
   sheet.section(label("Volumes"), volumeTable(recipe));

@@ -40,7 +40,7 @@ std::vector<std::string> alignedQuantities(const std::vector<std::string_view>& 
   for (const std::string_view cell : cells) {
     const auto [number, unit] = split(cell);
     std::string text = padded("", indent) + blanksUpTo(numberWidth, number) + std::string(number);
-    if (unitWidth > 0) text += " " + padded(unit, unitWidth);
+    if (unitWidth > 0) text.append(" ").append(padded(unit, unitWidth));
     aligned.push_back(std::move(text));
   }
   return aligned;

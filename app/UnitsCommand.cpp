@@ -89,10 +89,7 @@ void addUnitsCommand(CLI::App& program) {
   CLI::App* const command = program.add_subcommand(
       "units", "Show how a text that you type is read into storage and shown again.");
   command->add_option("KIND", options->kind, "One of " + kindNames())->required();
-  command
-      ->add_option("TEXT", options->text,
-                   "A number, with a unit or without; put -- before one that starts with a minus")
-      ->required();
+  command->add_option("TEXT", options->text, "A number, with a unit or without")->required();
   command
       ->add_option("--default", options->defaults,
                    "Set a user default for this run; may be repeated")

@@ -22,4 +22,7 @@ inline constexpr KeyName GravityUnits{"GravityUnits"};        // 0 SG, 1 Plato
 inline constexpr KeyName ColorUnit{"ColorUnit"};              // 0 SRM or Lovibond, 1 EBC
 inline constexpr KeyName TemperatureUnit{"TemperatureUnit"};  // 0 Celsius, 1 Fahrenheit
 
+inline constexpr KeyName UUIDForDefaultProfile{
+    "UUIDForDefaultProfile"};  // the profile of new recipes
+
 }  // namespace zym::keys

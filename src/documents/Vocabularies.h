@@ -133,6 +133,12 @@ inline constexpr std::string_view CommercialPack = "Commercial Pack";
 inline constexpr std::string_view Slurry = "Slurry";
 inline constexpr std::string_view yeastAmountTypes[] = {CommercialPack, Slurry};
 
+// Types of ingredient in stock and orders.
+inline constexpr std::string_view Fermentable = "Fermentable";
+inline constexpr std::string_view Hop = "Hop";
+inline constexpr std::string_view Yeast = "Yeast";
+inline constexpr std::string_view Other = "Other";
+
 // The formulas that the user defaults choose from; the position is the code.
 inline constexpr std::string_view hopFormulas[] = {"Tinseth", "Daniels", "Rager", "Garetz"};
 inline constexpr std::string_view beerColorFormulas[] = {"Morey", "Daniels", "Mosher", "Viggiano"};

@@ -106,8 +106,6 @@ class Reader {
   }
 
   [[nodiscard]] std::optional<PlistValue> value(std::size_t number, std::size_t level) {
-    if (valuesLeft_ == 0) return refuse("it holds too many values");
-    --valuesLeft_;
     const std::optional<Object> found = object(number);
     if (!found) return std::nullopt;
     switch (found->kind) {
@@ -225,6 +223,7 @@ class Reader {
     return static_cast<std::size_t>(bigEndian(at, referenceSize_));
   }
 
+  // All members are counted before the first takes memory.
   [[nodiscard]] bool isContainer(const Object& found, std::size_t references, std::size_t level) {
     if (level >= BinaryPropertyList::mostLevels) {
       problem_ = "it is nested too deeply, or an object holds itself";
@@ -233,6 +232,7 @@ class Reader {
     } else if (!isContent(found.payload, references * referenceSize_)) {
       problem_ = "an array or dictionary is cut off";
     } else {
+      valuesLeft_ -= references;
       return true;
     }
     return false;
@@ -259,15 +259,19 @@ class Reader {
 
   [[nodiscard]] std::optional<PlistValue> dictionary(const Object& found, std::size_t level) {
     if (!isContainer(found, found.count * 2, level)) return std::nullopt;
-    PlistDictionary entries;
+    std::vector<PlistKey> names;
+    std::vector<PlistValue> values;
+    names.reserve(found.count);
+    values.reserve(found.count);
     for (std::size_t i = 0; i < found.count; ++i) {
       const PlistKey* const name = key(reference(found, i));
       if (!name) return std::nullopt;
       std::optional<PlistValue> content = member(found, found.count + i, level);
       if (!content) return std::nullopt;
-      entries.set(*name, std::move(*content));
+      names.push_back(*name);
+      values.push_back(std::move(*content));
     }
-    return PlistValue(std::move(entries));
+    return PlistValue(PlistDictionary(names, values));
   }
 
   /// A key that many dictionaries share is read once.

@@ -6,12 +6,15 @@ namespace zym {
 
 // Codes of the errors in `NSCocoaErrorDomain`.
 
+inline constexpr std::int64_t NSFileNoSuchFileError = 4;
 inline constexpr std::int64_t NSFileReadUnknownError = 256;
 inline constexpr std::int64_t NSFileReadNoPermissionError = 257;
 inline constexpr std::int64_t NSFileReadCorruptFileError = 259;
 inline constexpr std::int64_t NSFileReadNoSuchFileError = 260;
+inline constexpr std::int64_t NSFileReadTooLargeError = 263;
 inline constexpr std::int64_t NSFileWriteUnknownError = 512;
 inline constexpr std::int64_t NSFileWriteNoPermissionError = 513;
+inline constexpr std::int64_t NSFileWriteFileExistsError = 516;
 inline constexpr std::int64_t NSFileWriteOutOfSpaceError = 640;
 
 inline constexpr std::int64_t NSPropertyListReadCorruptError = 3840;

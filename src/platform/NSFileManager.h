@@ -7,16 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "zymcore/platform/NSCocoaErrors.h"
 #include "zymcore/platform/NSError.h"
 
 namespace zym {
-
-inline constexpr std::int64_t NSFileNoSuchFileError = 4;
-inline constexpr std::int64_t NSFileReadUnknownError = 256;
-inline constexpr std::int64_t NSFileReadNoPermissionError = 257;
-inline constexpr std::int64_t NSFileReadTooLargeError = 263;
-inline constexpr std::int64_t NSFileWriteUnknownError = 512;
-inline constexpr std::int64_t NSFileWriteFileExistsError = 516;
 
 /// Files and folders. Paths are UTF-8. Where an operation fails it answers so, with an error in
 /// `NSCocoaErrorDomain` that names the path and the reason. Any thread.

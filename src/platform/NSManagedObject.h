@@ -15,6 +15,10 @@ namespace zym {
 
 class NSManagedObject;
 class NSManagedObjectContext;
+class ObjectGraph;
+
+/// Thrown where a value is asked for and the store, though open, can't be read any more.
+inline constexpr const char* NSObjectInaccessibleException = "NSObjectInaccessibleException";
 
 /// What a context makes an object from; only contexts make them.
 struct NSManagedObjectSeed {
@@ -26,8 +30,9 @@ struct NSManagedObjectSeed {
 /// context, which owns it and keeps it, deleted or not, for as long as it lives itself. Values are
 /// read from the store when the first of them is asked for.
 ///
-/// A key that the entity lacks, and a value of a kind that its attribute doesn't accept, throw
-/// `NSInvalidArgumentException`. An object belongs to the thread of its context.
+/// A key that the entity lacks, a value of a kind that its attribute doesn't accept, and an object
+/// of another entity or context than a relationship leads to throw `NSInvalidArgumentException`. An
+/// object belongs to the thread of its context.
 class NSManagedObject {
  public:
   explicit NSManagedObject(const NSManagedObjectSeed& seed);
@@ -43,8 +48,8 @@ class NSManagedObject {
   [[nodiscard]] bool isInserted() const noexcept { return alive_ && !stored_; }
   /// Changed since the last save.
   [[nodiscard]] bool isUpdated() const noexcept { return alive_ && stored_ && dirty_; }
-  /// Deleted in this context, or found to be gone from the store. Its values are absent and it
-  /// takes no new ones (`NSInternalInconsistencyException`).
+  /// Deleted in this context, or found to be gone from the store. Its attributes can be read as
+  /// long as they are known, its relationships are empty, and setting anything changes nothing.
   [[nodiscard]] bool isDeleted() const noexcept { return !alive_; }
 
   // Attributes, by key or by `NSEntityDescription::attributeIndex`.
@@ -77,8 +82,8 @@ class NSManagedObject {
   void setObject_forKey(NSManagedObject* object, KeyName relationship);
 
   /// The objects at the other end: a set, saved ones in the order of their rows, those that came
-  /// since after them. It lasts as long as a value does.
-  [[nodiscard]] const std::vector<NSManagedObject*>& objectsForKey(KeyName relationship) const;
+  /// since after them.
+  [[nodiscard]] std::vector<NSManagedObject*> objectsForKey(KeyName relationship) const;
   void setObjects_forKey(const std::vector<NSManagedObject*>& objects, KeyName relationship);
   /// Adding what is there already, and removing what isn't, changes nothing.
   void addObject_forKey(NSManagedObject& object, KeyName relationship);
@@ -87,6 +92,8 @@ class NSManagedObject {
  private:
   friend class ObjectGraph;
   struct Values;
+
+  [[nodiscard]] ObjectGraph& graph() const noexcept;
 
   NSManagedObjectContext& context_;
   NSManagedObjectID id_;

@@ -73,10 +73,10 @@ class NSManagedObjectContext {
   /// `NSInvalidArgumentException` for an entity or key that the model lacks.
   [[nodiscard]] std::optional<std::vector<NSManagedObject*>> executeFetchRequest(
       const NSFetchRequest& request, NSError* error = nullptr);
-  /// Only those attributes of the records found, without making objects of them.
+  /// Only those properties of the records found, without making objects of them: attributes, and
+  /// for a relationship to many how many objects it holds.
   [[nodiscard]] std::optional<NSFetchedProperties> propertiesForFetchRequest(
-      const NSFetchRequest& request, const std::vector<KeyName>& attributes,
-      NSError* error = nullptr);
+      const NSFetchRequest& request, const std::vector<KeyName>& keys, NSError* error = nullptr);
   [[nodiscard]] std::optional<std::size_t> countForFetchRequest(const NSFetchRequest& request,
                                                                 NSError* error = nullptr);
   /// The object with that identity, or null when there is none.

@@ -34,9 +34,9 @@ class NSManagedObjectModel {
  public:
   using Factory = std::function<std::unique_ptr<NSManagedObject>(const NSManagedObjectSeed&)>;
 
-  // What a model has at most.
+  // What a model has at most, and an entity of attributes and of relationships.
   static constexpr std::size_t mostEntities = 256;
-  static constexpr std::size_t mostProperties = 256;
+  static constexpr std::size_t mostProperties = 64;
 
   /// The model in the property list at that place, of either form. Absent, with an error, when
   /// there is none or it is no model.
@@ -78,6 +78,8 @@ class NSManagedObjectModel {
 
  private:
   NSManagedObjectModel() = default;
+  void take(const PlistDictionary& description);
+  void resolve(const NSEntityDescription& entity, NSRelationshipDescription& relationship) const;
 
   std::string version_;
   std::vector<NSEntityDescription> entities_;

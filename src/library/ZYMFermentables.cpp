@@ -1,0 +1,28 @@
+#include "zymcore/library/ZYMFermentables.h"
+
+#include "zymcore/documents/RecordKeys.h"
+
+namespace zym {
+namespace {
+
+constexpr ZYMFlatLibrary::Default defaults[] = {
+    {keys::Ingredient, "New Ingredient", "ZYMFermentables.prepareNewItem"},
+    {keys::Extract, "75.000000"},
+    {keys::Moisture, "0.000000"},
+    {keys::Color, "0.000000"},
+    {keys::IsGrain, "1"},
+    {keys::MustBeMashed, "1"},
+    {keys::Description, ""},
+};
+
+}  // namespace
+
+ZYMFermentables& ZYMFermentables::sharedInstance() {
+  static auto* instance = new ZYMFermentables();
+  return *instance;
+}
+
+ZYMFermentables::ZYMFermentables()
+    : ZYMFlatLibrary("ZYMFermentableEntity", keys::Ingredient, defaults) {}
+
+}  // namespace zym

@@ -1,0 +1,23 @@
+#include "zymcore/library/ZYMHops.h"
+
+#include "zymcore/documents/RecordKeys.h"
+
+namespace zym {
+namespace {
+
+constexpr ZYMFlatLibrary::Default defaults[] = {
+    {keys::Variety, "New Hop", "ZYMHops.prepareNewItem"},
+    {keys::Alpha, "0.000000"},
+    {keys::Description, ""},
+};
+
+}  // namespace
+
+ZYMHops& ZYMHops::sharedInstance() {
+  static auto* instance = new ZYMHops();
+  return *instance;
+}
+
+ZYMHops::ZYMHops() : ZYMFlatLibrary("ZYMHopEntity", keys::Variety, defaults) {}
+
+}  // namespace zym

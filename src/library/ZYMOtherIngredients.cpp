@@ -1,0 +1,23 @@
+#include "zymcore/library/ZYMOtherIngredients.h"
+
+#include "zymcore/documents/RecordKeys.h"
+
+namespace zym {
+namespace {
+
+constexpr ZYMFlatLibrary::Default defaults[] = {
+    {keys::Ingredient, "New Ingredient", "ZYMOtherIngredients.prepareNewItem"},
+    {keys::Description, ""},
+};
+
+}  // namespace
+
+ZYMOtherIngredients& ZYMOtherIngredients::sharedInstance() {
+  static auto* instance = new ZYMOtherIngredients();
+  return *instance;
+}
+
+ZYMOtherIngredients::ZYMOtherIngredients()
+    : ZYMFlatLibrary("ZYMOtherIngredientEntity", keys::Ingredient, defaults) {}
+
+}  // namespace zym

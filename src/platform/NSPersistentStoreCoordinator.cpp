@@ -1,0 +1,58 @@
+#include "zymcore/platform/NSPersistentStoreCoordinator.h"
+
+#include <utility>
+
+#include "zymcore/platform/NSCocoaErrors.h"
+#include "zymcore/platform/NSException.h"
+#include "zymcore/platform/SQLiteStore.h"
+
+namespace zym {
+
+NSPersistentStoreCoordinator::NSPersistentStoreCoordinator(
+    std::shared_ptr<const NSManagedObjectModel> model)
+    : model_(std::move(model)) {}
+
+NSPersistentStoreCoordinator::~NSPersistentStoreCoordinator() = default;
+
+std::optional<PlistDictionary> NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
+    std::string_view type, const std::filesystem::path& url, NSError* error) {
+  if (type != NSSQLiteStoreType) {
+    fail(error, NSCocoaErrorDomain, NSPersistentStoreInvalidTypeError,
+         "A store of that type has no metadata.");
+    return std::nullopt;
+  }
+  try {
+    return SQLiteStore::metadataAt(url);
+  } catch (const StoreFailure& failure) {
+    if (error) *error = failure.error;
+    return std::nullopt;
+  }
+}
+
+bool NSPersistentStoreCoordinator::addPersistentStoreWithType_configuration_URL_options(
+    std::string_view type, const std::optional<std::string>& configuration,
+    const std::filesystem::path& url, const PlistDictionary& options, NSError* error) {
+  if (store_) {
+    throw NSException(NSInternalInconsistencyException, "the coordinator has its store already");
+  }
+  if (configuration || (type != NSSQLiteStoreType && type != NSInMemoryStoreType)) {
+    return fail(error, NSCocoaErrorDomain, NSPersistentStoreInvalidTypeError,
+                "There are no stores of that type or configuration.");
+  }
+  SQLiteStore::Options opening;
+  opening.migrates = options.boolValue(NSMigratePersistentStoresAutomaticallyOption) &&
+                     options.boolValue(NSInferMappingModelAutomaticallyOption);
+  if (options.contains(NSPersistentStoreTimeoutOption)) {
+    opening.secondsToWait = options.doubleValue(NSPersistentStoreTimeoutOption);
+  }
+  try {
+    store_ = type == NSSQLiteStoreType ? SQLiteStore::open(url, model_, opening)
+                                       : SQLiteStore::openInMemory(model_);
+    return true;
+  } catch (const StoreFailure& failure) {
+    if (error) *error = failure.error;
+    return false;
+  }
+}
+
+}  // namespace zym

@@ -1,0 +1,255 @@
+#include "zymcore/store/ZYMCachingModel.h"
+
+#include <algorithm>
+#include <array>
+
+#include "zymcore/documents/NSDictionaryExtensions.h"
+#include "zymcore/documents/NSStringExtensions.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/platform/NSException.h"
+#include "zymcore/platform/NSManagedObjectContext.h"
+#include "zymcore/platform/NSNotFound.h"
+#include "zymcore/store/EntityKeys.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
+#include "zymcore/store/ZYMEntityFetch.h"
+#include "zymcore/store/ZYMLibraryRegistry.h"
+#include "zymcore/store/ZYMUndoGroup.h"
+
+namespace zym {
+namespace {
+
+constexpr std::array<std::string_view, 4> ingredientEntities = {
+    "ZYMFermentableEntity", "ZYMHopEntity", "ZYMOtherIngredientEntity", "ZYMYeastEntity"};
+constexpr std::string_view supplierEntity = "ZYMSupplierEntity";
+
+NSManagedObjectContext& mainContext() {
+  return *ZYMCoreDataModel::sharedInstance().mainObjectContext();
+}
+
+[[noreturn]] void mustBeOverridden(const char* operation) {
+  throw NSException(NSInternalInconsistencyException,
+                    std::string(operation) + " MUST be overridden");
+}
+
+std::optional<std::string> uuidOf(const ZYMCachingModel::ItemReference& item) {
+  if (const auto* summary = std::get_if<ZYMSummary>(&item)) return summary->uuid;
+  const PlistValue& value = std::get<PlistValue>(item);
+  const PlistDictionary* record = value.dictionary();
+  const std::string* uuid = record ? record->string(keys::UUID) : value.string();
+  return uuid ? std::optional(*uuid) : std::nullopt;
+}
+
+bool holdsAll(const PlistDictionary& record, const PlistDictionary& keysAndValues) {
+  return std::all_of(keysAndValues.begin(), keysAndValues.end(), [&](const PlistEntry& entry) {
+    const PlistValue* value = record.find(entry.key);
+    return value && *value == entry.value;
+  });
+}
+
+std::string_view textOf(const PlistValue& element, const std::optional<KeyName>& key) {
+  const PlistDictionary* record = element.dictionary();
+  if (key) return record ? record->stringValue(*key) : std::string_view();
+  return element.string() ? std::string_view(*element.string()) : std::string_view();
+}
+
+}  // namespace
+
+std::string_view ZYMCachingModel::entityClass() const {
+  mustBeOverridden("entityClass");
+}
+
+void ZYMCachingModel::prepareNewItem(PlistDictionary& /*item*/) {
+  mustBeOverridden("prepareNewItem");
+}
+
+bool ZYMCachingModel::isIngredient() const {
+  return std::find(ingredientEntities.begin(), ingredientEntities.end(), entityClass()) !=
+         ingredientEntities.end();
+}
+
+ZYMCachingModel::Objects ZYMCachingModel::objectsSortedOnName() const {
+  return ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
+             entityClass(), nullptr, std::nullopt, NSSortDescriptor(attributes::name, true))
+      .value_or(Objects());
+}
+
+ZYMRecordEntity* ZYMCachingModel::onlyObjectWithUUID(std::string_view uuid) const {
+  return static_cast<ZYMRecordEntity*>(
+      ZYMEntityFetch::onlyObjectWithUUID(entityClass(), nullptr, uuid));
+}
+
+ZYMRecordEntity& ZYMCachingModel::insertObject() const {
+  return static_cast<ZYMRecordEntity&>(
+      *mainContext().insertNewObjectForEntityForName(entityClass()));
+}
+
+void ZYMCachingModel::insertItem(PlistDictionary& item, std::string_view actionName,
+                                 std::string_view comment) {
+  ZYMUndoGroup group;
+  insertObject().updateWithDictionaryRepresentation(item);
+  group.closeAndSave(actionName, comment);
+}
+
+std::optional<PlistDictionary> ZYMCachingModel::itemWithUUID(std::string_view uuid) {
+  return itemWithUUID_withContext(uuid, mainContext());
+}
+
+std::optional<PlistDictionary> ZYMCachingModel::itemWithUUID_withContext(
+    std::string_view uuid, NSManagedObjectContext& context) {
+  NSManagedObject* object = ZYMEntityFetch::onlyObjectWithUUID(entityClass(), &context, uuid);
+  return object ? static_cast<ZYMRecordEntity*>(object)->dictionaryRepresentation() : std::nullopt;
+}
+
+PlistDictionary ZYMCachingModel::createItem() {
+  PlistDictionary item{{keys::UUID, uuid()}, {keys::DateLastModified, NSDate::date()}};
+  prepareNewItem(item);
+  insertItem(item, "Add Item", "ZYMCachingModel.createItem");
+  return item;
+}
+
+std::optional<PlistDictionary> ZYMCachingModel::duplicateItemWithUUID(std::string_view uuid) {
+  return duplicate_changing(uuid, [](PlistDictionary&) {});
+}
+
+std::optional<PlistDictionary> ZYMCachingModel::duplicate_changing(
+    std::string_view uuid, const std::function<void(PlistDictionary&)>& change) {
+  ZYMRecordEntity* object = onlyObjectWithUUID(uuid);
+  if (!object) return std::nullopt;
+  PlistDictionary copy = duplicate(object->dictionaryRepresentation().value_or(PlistDictionary()));
+  copy.set(keys::UUID, zym::uuid());
+  copy.set(nameKeyInRecords_,
+           std::string(copy.stringValue(nameKeyInRecords_)) + "-" +
+               Localized_String("copy", "(copy of file) ZYMCachingModel.duplicateItemWithUUID"));
+  copy.set(keys::DateLastModified, NSDate::date());
+  change(copy);
+  insertItem(copy, "Duplicate Item", "ZYMCachingModel.duplicateItemWithUUID");
+  return copy;
+}
+
+void ZYMCachingModel::updateItem(PlistDictionary& item) {
+  const std::string* uuid = item.string(keys::UUID);
+  ZYMRecordEntity* object = uuid ? onlyObjectWithUUID(*uuid) : nullptr;
+  if (!object || object->dictionaryRepresentation() == item) return;
+  ZYMUndoGroup group;
+  item.set(keys::DateLastModified, NSDate::date());
+  object->updateWithDictionaryRepresentation(item);
+  group.closeAndSave("Edit Item", "ZYMCachingModel.updateItem");
+}
+
+void ZYMCachingModel::removeItemWithUUID(const std::optional<std::string>& uuid) {
+  ZYMRecordEntity* object = uuid ? onlyObjectWithUUID(*uuid) : nullptr;
+  if (!object) return;
+  ZYMUndoGroup group;
+  const ZYMLibraryRegistry& registry = ZYMLibraryRegistry::sharedInstance();
+  if (isIngredient()) registry.removeOrderItemsForIngredientWithUUID(uuid);
+  if (entityClass() == supplierEntity) registry.removeOrdersForSupplierUUID(uuid);
+  mainContext().deleteObject(*object);
+  group.closeAndSave("Delete Item", "ZYMCachingModel.removeItemWithUUID");
+}
+
+void ZYMCachingModel::removeItems(const std::vector<ItemReference>& items) {
+  const auto* firstRow = items.empty() ? nullptr : std::get_if<ZYMSummary>(&items.front());
+  const std::optional<std::string> uuidForOrders =
+      firstRow ? std::optional(firstRow->uuid) : std::nullopt;
+
+  ZYMUndoGroup group;
+  for (const ItemReference& item : items) {
+    const std::optional<std::string> uuid = uuidOf(item);
+    ZYMRecordEntity* object = uuid ? onlyObjectWithUUID(*uuid) : nullptr;
+    if (!object) continue;
+    if (isIngredient()) {
+      ZYMLibraryRegistry::sharedInstance().removeOrderItemsForIngredientWithUUID(uuidForOrders);
+    }
+    mainContext().deleteObject(*object);
+  }
+  group.closeAndSave("Delete Items", "ZYMCachingModel.removeItems");
+}
+
+std::vector<ZYMSummary> ZYMCachingModel::summariesforAllItems() {
+  std::vector<ZYMSummary> rows;
+  for (NSManagedObject* object : objectsSortedOnName()) {
+    auto* item = static_cast<ZYMEntity*>(object);
+    if (!item->name()) item->setName("");
+    rows.push_back({item->name().value_or(""), item->uuid().value_or(""), 0});
+  }
+  return rows;
+}
+
+PlistArray ZYMCachingModel::allItems() {
+  return dictionaryRepresentationOfEntityArray(objectsSortedOnName());
+}
+
+PlistDictionary ZYMCachingModel::firstIngredient() {
+  const PlistArray items = allItems();
+  PlistDictionary first = items.empty() ? createItem() : *items.find(0)->dictionary();
+  if (!first.contains(nameKeyInRecords_)) first.set(nameKeyInRecords_, "");
+  return first;
+}
+
+std::int64_t ZYMCachingModel::indexOfMostSimilarObjectToString_inArray_forKey(
+    std::string_view text, const PlistArray* array, const std::optional<KeyName>& key) {
+  if (!array) return NSNotFound;
+  double best = -1.0;
+  std::int64_t bestIndex = -1;
+  std::int64_t index = 0;
+  for (const PlistValue& element : *array) {
+    const std::string_view other = textOf(element, key);
+    double score = similarityWithString(text, other);
+    if (score > 0.99 && isEqualTo(text, other)) score = 1.1;
+    if (score > best) {
+      best = score;
+      bestIndex = index;
+    }
+    ++index;
+  }
+  return bestIndex;
+}
+
+PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingKeysAndValues(
+    std::string_view text, const PlistDictionary* keysAndValues) {
+  PlistArray candidates = allItems();
+  if (keysAndValues) {
+    PlistArray matching;
+    for (const PlistValue& item : candidates) {
+      if (holdsAll(*item.dictionary(), *keysAndValues)) matching.append(item);
+    }
+    if (!matching.empty()) candidates = matching;
+  }
+  const std::int64_t index =
+      indexOfMostSimilarObjectToString_inArray_forKey(text, &candidates, nameKeyInRecords_);
+  if (index < 0) {
+    throw NSException(NSRangeException,
+                      "index -1 beyond bounds for array of " + std::to_string(candidates.size()));
+  }
+  return *candidates.find(static_cast<std::size_t>(index))->dictionary();
+}
+
+void ZYMCachingModel::addItemsFromArray(const PlistArray& items) {
+  bool added = false;
+  for (const PlistValue& item : items) {
+    const PlistDictionary* record = item.dictionary();
+    const std::string* uuid = record ? record->string(keys::UUID) : nullptr;
+    if (!uuid) continue;
+    const ZYMEntityFetch::Objects found =
+        ZYMEntityFetch::objectsInContext_matchingKey_andValue_sortedOnKey(
+            entityClass(), nullptr, attributes::uuid, *uuid, std::nullopt);
+    if (!found || found->size() > 1) continue;
+    ZYMRecordEntity& object =
+        found->empty() ? insertObject() : *static_cast<ZYMRecordEntity*>(found->front());
+    PlistDictionary copy = *record;
+    copy.set(keys::DateLastModified, NSDate::date());
+    object.updateWithDictionaryRepresentation(copy);
+    added = true;
+  }
+  if (added) ZYMCoreDataModel::sharedInstance().save();
+}
+
+void ZYMCachingModel::addItemsFromDictionary(const PlistDictionary& items) {
+  std::vector<PlistValue> records;
+  records.reserve(items.size());
+  for (const PlistEntry& entry : items) records.push_back(entry.value);
+  addItemsFromArray(PlistArray(std::move(records)));
+}
+
+}  // namespace zym

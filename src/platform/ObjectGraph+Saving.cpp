@@ -71,6 +71,7 @@ PlistDictionary ObjectGraph::save() {
   for (const NSManagedObject* const object : saving.inserted) insertRow(saving, *object);
   for (const NSManagedObject* const object : saving.updated) updateRow(saving, *object);
   for (const NSManagedObject* const object : saving.deleted) deleteRow(saving, *object);
+  for (const NSManagedObject* const object : saving.deleted) deleteTraces(saving, *object);
   writePairs(saving);
   transaction.commit();
   finish(saving);
@@ -193,25 +194,27 @@ void ObjectGraph::writeDocuments(const Saving& saving, const NSManagedObject& ob
   }
 }
 
-// With what belongs to the row, and what others may have related to it since it was read.
 void ObjectGraph::deleteRow(const Saving& saving, const NSManagedObject& object) const {
   const StoreSchema::EntityTable& table = store().schema().table(object.entity());
+  SQLiteStatement remove = saving.database.statement("DELETE FROM " + table.name +
+                                                     " WHERE _key = ? AND _version = ?");
+  remove.add(object.id_.key);
+  remove.add(object.version_);
+  remove.run();
+  if (saving.database.changes() != 0) return;
+  SQLiteStatement query = saving.database.statement(table.byKey);
+  query.add(object.id_.key);
+  if (query.step()) conflict(object);
+}
+
+// What belonged to the row, and what others may have related to it since it was read.
+void ObjectGraph::deleteTraces(const Saving& saving, const NSManagedObject& object) const {
   const auto run = [&](const std::string& sql) {
     SQLiteStatement statement = saving.database.statement(sql);
     statement.add(object.id_.key);
     statement.run();
   };
-  SQLiteStatement remove =
-      saving.database.statement("DELETE FROM " + table.name + " WHERE _key = ? AND _version = ?");
-  remove.add(object.id_.key);
-  remove.add(object.version_);
-  remove.run();
-  if (saving.database.changes() == 0) {
-    SQLiteStatement query = saving.database.statement(table.byKey);
-    query.add(object.id_.key);
-    if (query.step()) conflict(object);
-  }
-  for (const std::string& documents : table.documentTables) {
+  for (const std::string& documents : store().schema().table(object.entity()).documentTables) {
     if (!documents.empty()) run("DELETE FROM " + documents + " WHERE _key = ?");
   }
   for (const NSRelationshipDescription& relationship : object.entity().relationships()) {

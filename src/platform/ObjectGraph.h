@@ -160,6 +160,7 @@ class ObjectGraph {
   void insertRow(const Saving& saving, const NSManagedObject& object) const;
   void updateRow(const Saving& saving, const NSManagedObject& object) const;
   void deleteRow(const Saving& saving, const NSManagedObject& object) const;
+  void deleteTraces(const Saving& saving, const NSManagedObject& object) const;
   void writeDocuments(const Saving& saving, const NSManagedObject& object) const;
   void writePairs(const Saving& saving) const;
   void finish(const Saving& saving);

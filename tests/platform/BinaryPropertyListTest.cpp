@@ -239,7 +239,8 @@ PlistValue tree(int depth) {
     default: {
       PlistDictionary dictionary;
       for (int i = *rc::gen::inRange(0, 20); i > 0; --i) {
-        dictionary.set(KeyName(std::string("k").append(std::to_string(*rc::gen::inRange(0, 30)))), tree(depth - 1));
+        dictionary.set(KeyName(std::string("k").append(std::to_string(*rc::gen::inRange(0, 30)))),
+                       tree(depth - 1));
       }
       return dictionary;
     }

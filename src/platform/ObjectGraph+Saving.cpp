@@ -71,7 +71,7 @@ PlistDictionary ObjectGraph::save() {
   for (const NSManagedObject* const object : saving.inserted) insertRow(saving, *object);
   for (const NSManagedObject* const object : saving.updated) updateRow(saving, *object);
   for (const NSManagedObject* const object : saving.deleted) deleteRow(saving, *object);
-  for (const NSManagedObject* const object : saving.deleted) unrelateRow(saving, *object);
+  for (const NSManagedObject* const object : saving.deleted) deleteTraces(saving, *object);
   writePairs(saving);
   transaction.commit();
   finish(saving);
@@ -194,45 +194,38 @@ void ObjectGraph::writeDocuments(const Saving& saving, const NSManagedObject& ob
   }
 }
 
-void ObjectGraph::runForKey(const Saving& saving, const std::string& sql,
-                            const NSManagedObject& object) {
-  SQLiteStatement statement = saving.database.statement(sql);
-  statement.add(object.id_.key);
-  statement.run();
-}
-
 void ObjectGraph::deleteRow(const Saving& saving, const NSManagedObject& object) const {
   const StoreSchema::EntityTable& table = store().schema().table(object.entity());
-  SQLiteStatement remove =
-      saving.database.statement("DELETE FROM " + table.name + " WHERE _key = ? AND _version = ?");
+  SQLiteStatement remove = saving.database.statement("DELETE FROM " + table.name +
+                                                     " WHERE _key = ? AND _version = ?");
   remove.add(object.id_.key);
   remove.add(object.version_);
   remove.run();
-  if (saving.database.changes() == 0) {
-    SQLiteStatement query = saving.database.statement(table.byKey);
-    query.add(object.id_.key);
-    if (query.step()) conflict(object);
-  }
-  for (const std::string& documents : table.documentTables) {
-    if (!documents.empty())
-      runForKey(saving, "DELETE FROM " + documents + " WHERE _key = ?", object);
-  }
+  if (saving.database.changes() != 0) return;
+  SQLiteStatement query = saving.database.statement(table.byKey);
+  query.add(object.id_.key);
+  if (query.step()) conflict(object);
 }
 
-// What others may have related to a deleted row since it was read. When all rows are gone, since
-// one that is to go with its parent must be found as it was read.
-void ObjectGraph::unrelateRow(const Saving& saving, const NSManagedObject& object) const {
+// What belonged to the row, and what others may have related to it since it was read.
+void ObjectGraph::deleteTraces(const Saving& saving, const NSManagedObject& object) const {
+  const auto run = [&](const std::string& sql) {
+    SQLiteStatement statement = saving.database.statement(sql);
+    statement.add(object.id_.key);
+    statement.run();
+  };
+  for (const std::string& documents : store().schema().table(object.entity()).documentTables) {
+    if (!documents.empty()) run("DELETE FROM " + documents + " WHERE _key = ?");
+  }
   for (const NSRelationshipDescription& relationship : object.entity().relationships()) {
     const NSRelationshipDescription& inverse = inverseOf(relationship);
     if (!inverse.isToMany) {
       const std::string column = identifier(inverse.name);
-      runForKey(saving,
-                "UPDATE " + identifier(relationship.destinationName) + " SET " + column +
-                    " = NULL, _version = _version + 1 WHERE " + column + " = ?",
-                object);
+      run("UPDATE " + identifier(relationship.destinationName) + " SET " + column +
+          " = NULL, _version = _version + 1 WHERE " + column + " = ?");
     } else if (relationship.isToMany) {
       const StoreSchema::PairTable pairs = StoreSchema::pairTable(object.entity(), relationship);
-      runForKey(saving, "DELETE FROM " + pairs.name + " WHERE " + pairs.ownColumn + " = ?", object);
+      run("DELETE FROM " + pairs.name + " WHERE " + pairs.ownColumn + " = ?");
     }
   }
 }

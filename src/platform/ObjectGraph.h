@@ -160,9 +160,7 @@ class ObjectGraph {
   void insertRow(const Saving& saving, const NSManagedObject& object) const;
   void updateRow(const Saving& saving, const NSManagedObject& object) const;
   void deleteRow(const Saving& saving, const NSManagedObject& object) const;
-  void unrelateRow(const Saving& saving, const NSManagedObject& object) const;
-  static void runForKey(const Saving& saving, const std::string& sql,
-                        const NSManagedObject& object);
+  void deleteTraces(const Saving& saving, const NSManagedObject& object) const;
   void writeDocuments(const Saving& saving, const NSManagedObject& object) const;
   void writePairs(const Saving& saving) const;
   void finish(const Saving& saving);

@@ -48,6 +48,20 @@ struct ObjectGraph::Saving {
   }
 };
 
+/// Lets go of the moment that is read meanwhile, and takes the one after it.
+struct ObjectGraph::RenewedMoment {
+  explicit RenewedMoment(ObjectGraph& graph) : graph(graph) {
+    if (graph.performing_ > 0) graph.endMoment();
+  }
+  ~RenewedMoment() {
+    if (graph.performing_ > 0) graph.beginMoment();
+  }
+  RenewedMoment(const RenewedMoment&) = delete;
+  RenewedMoment& operator=(const RenewedMoment&) = delete;
+
+  ObjectGraph& graph;
+};
+
 bool ObjectGraph::hasChanges() const noexcept {
   return std::any_of(
              dirty_.begin(), dirty_.end(),
@@ -65,6 +79,7 @@ PlistDictionary ObjectGraph::save() {
       saving.deleted.push_back(object);
     }
   }
+  const RenewedMoment renewed(*this);
   const std::lock_guard lock(saving.database.mutex);
   SQLiteTransaction transaction(saving.database);
   assignKeys(saving);
@@ -196,8 +211,8 @@ void ObjectGraph::writeDocuments(const Saving& saving, const NSManagedObject& ob
 
 void ObjectGraph::deleteRow(const Saving& saving, const NSManagedObject& object) const {
   const StoreSchema::EntityTable& table = store().schema().table(object.entity());
-  SQLiteStatement remove = saving.database.statement("DELETE FROM " + table.name +
-                                                     " WHERE _key = ? AND _version = ?");
+  SQLiteStatement remove =
+      saving.database.statement("DELETE FROM " + table.name + " WHERE _key = ? AND _version = ?");
   remove.add(object.id_.key);
   remove.add(object.version_);
   remove.run();

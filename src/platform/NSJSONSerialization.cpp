@@ -45,7 +45,7 @@ class Handler {
   bool Double(double number) { return builder_.addValue(number); }
   bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }
   bool String(const char* text, rapidjson::SizeType length, bool) {
-    return builder_.addValue(std::string(text, length));
+    return builder_.addValue(std::string_view(text, length));
   }
   bool StartObject() { return builder_.beginDictionary(); }
   bool Key(const char* text, rapidjson::SizeType length, bool) {
@@ -145,79 +145,87 @@ std::optional<PlistValue> read(std::string_view text, NSError* error) {
   return root;
 }
 
-// What a value holds that JSON can't carry; null when nothing.
-const char* flawOf(const PlistValue& value, std::size_t levelsLeft) {
-  constexpr const char* notUTF8 = "text that isn't UTF-8";
+constexpr const char* notUTF8 = "text that isn't UTF-8";
+constexpr const char* tooDeep = "containers nested too deep";
+
+rapidjson::SizeType length(std::string_view text) noexcept {
+  return static_cast<rapidjson::SizeType>(text.size());
+}
+
+// Puts a value into a writer. Answers what the value holds that JSON can't carry; null for nothing.
+template <class Writer>
+const char* put(const PlistValue& value, Writer& writer, std::size_t levelsLeft);
+
+template <class Writer>
+const char* putDictionary(const PlistDictionary& dictionary, Writer& writer,
+                          std::size_t levelsLeft) {
+  if (levelsLeft == 0) return tooDeep;
+  writer.StartObject();
+  for (const PlistEntry& entry : dictionary) {
+    const std::string_view key = entry.key.text();
+    if (!writer.Key(key.data(), length(key))) return notUTF8;
+    if (const char* flaw = put(entry.value, writer, levelsLeft - 1)) return flaw;
+  }
+  writer.EndObject();
+  return nullptr;
+}
+
+template <class Writer>
+const char* putArray(const PlistArray& array, Writer& writer, std::size_t levelsLeft) {
+  if (levelsLeft == 0) return tooDeep;
+  writer.StartArray();
+  for (const PlistValue& element : array) {
+    if (const char* flaw = put(element, writer, levelsLeft - 1)) return flaw;
+  }
+  writer.EndArray();
+  return nullptr;
+}
+
+template <class Writer>
+const char* put(const PlistValue& value, Writer& writer, std::size_t levelsLeft) {
   switch (value.kind()) {
     case PlistValue::Kind::Dictionary:
-      if (levelsLeft == 0) return "containers nested too deep";
-      for (const PlistEntry& entry : *value.dictionary()) {
-        if (!isUTF8(entry.key.text())) return notUTF8;
-        if (const char* flaw = flawOf(entry.value, levelsLeft - 1)) return flaw;
-      }
-      return nullptr;
+      return putDictionary(*value.dictionary(), writer, levelsLeft);
     case PlistValue::Kind::Array:
-      if (levelsLeft == 0) return "containers nested too deep";
-      for (const PlistValue& element : *value.array()) {
-        if (const char* flaw = flawOf(element, levelsLeft - 1)) return flaw;
-      }
-      return nullptr;
+      return putArray(*value.array(), writer, levelsLeft);
     case PlistValue::Kind::String:
-      return isUTF8(*value.string()) ? nullptr : notUTF8;
+      return writer.String(value.string()->data(), length(*value.string())) ? nullptr : notUTF8;
+    case PlistValue::Kind::Integer:
+      writer.Int64(*value.integer());
+      return nullptr;
     case PlistValue::Kind::Real:
-      return std::isfinite(*value.real()) ? nullptr : "a number that is infinite or none";
+      return writer.Double(*value.real()) ? nullptr : "a number that is infinite or none";
+    case PlistValue::Kind::Boolean:
+      writer.Bool(*value.boolean());
+      return nullptr;
     case PlistValue::Kind::Date:
       return "a date";
     case PlistValue::Kind::Data:
       return "binary data";
-    default:
-      return nullptr;
   }
-}
-
-const char* flawOfObject(const PlistValue& object) {
-  if (!object.dictionary() && !object.array()) {
-    return "neither a dictionary nor an array at the top level";
-  }
-  return flawOf(object, NSJSONSerialization::mostLevels);
+  return nullptr;
 }
 
 template <class Writer>
-void write(const PlistValue& value, Writer& writer) {
-  const auto size = [](std::string_view text) {
-    return static_cast<rapidjson::SizeType>(text.size());
-  };
-  switch (value.kind()) {
-    case PlistValue::Kind::Dictionary:
-      writer.StartObject();
-      for (const PlistEntry& entry : *value.dictionary()) {
-        const std::string_view key = entry.key.text();
-        writer.Key(key.data(), size(key));
-        write(entry.value, writer);
-      }
-      writer.EndObject();
-      break;
-    case PlistValue::Kind::Array:
-      writer.StartArray();
-      for (const PlistValue& element : *value.array()) write(element, writer);
-      writer.EndArray();
-      break;
-    case PlistValue::Kind::String:
-      writer.String(value.string()->data(), size(*value.string()));
-      break;
-    case PlistValue::Kind::Integer:
-      writer.Int64(*value.integer());
-      break;
-    case PlistValue::Kind::Real:
-      writer.Double(*value.real());
-      break;
-    case PlistValue::Kind::Boolean:
-      writer.Bool(*value.boolean());
-      break;
-    default:
-      break;
+const char* putObject(const PlistValue& object, Writer& writer) {
+  if (!object.dictionary() && !object.array()) {
+    return "neither a dictionary nor an array at the top level";
   }
+  return put(object, writer, NSJSONSerialization::mostLevels);
 }
+
+// A writer that only looks.
+struct Checker {
+  void StartObject() {}
+  void EndObject() {}
+  void StartArray() {}
+  void EndArray() {}
+  bool Key(const char* text, rapidjson::SizeType length) { return isUTF8({text, length}); }
+  bool String(const char* text, rapidjson::SizeType length) { return isUTF8({text, length}); }
+  void Int64(std::int64_t) {}
+  bool Double(double number) { return std::isfinite(number); }
+  void Bool(bool) {}
+};
 
 }  // namespace
 
@@ -240,23 +248,26 @@ std::optional<PlistValue> NSJSONSerialization::JSONObjectWithData_options(std::s
 
 std::optional<std::string> NSJSONSerialization::dataWithJSONObject_options(
     const PlistValue& object, NSJSONWritingOptions options, NSError* error) {
-  if (const char* flaw = flawOfObject(object)) {
-    return refuse(error, writeError, std::string("JSON can't carry ") + flaw);
-  }
   rapidjson::StringBuffer buffer;
+  const char* flaw = nullptr;
   if (options & NSJSONWritingPrettyPrinted) {
     rapidjson::PrettyWriter<rapidjson::StringBuffer> writer(buffer);
     writer.SetIndent(' ', 2);
-    write(object, writer);
+    flaw = putObject(object, writer);
   } else {
     rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-    write(object, writer);
+    flaw = putObject(object, writer);
   }
-  return std::string(buffer.GetString(), buffer.GetSize());
+  const std::string_view text(buffer.GetString(), buffer.GetSize());
+  // Quotation marks part the texts, so what is wrong in one can't come right with the next.
+  if (!flaw && !isUTF8(text)) flaw = notUTF8;
+  if (flaw) return refuse(error, writeError, std::string("JSON can't carry ") + flaw);
+  return std::string(text);
 }
 
 bool NSJSONSerialization::isValidJSONObject(const PlistValue& object) {
-  return !flawOfObject(object);
+  Checker checker;
+  return !putObject(object, checker);
 }
 
 }  // namespace zym

@@ -15,8 +15,12 @@ namespace zym {
 /// which. The caller sees to it that keys and values come in turn.
 class PlistBuilder {
  public:
-  PlistBuilder(std::size_t mostValues, std::size_t mostLevels) noexcept
-      : mostValues_(mostValues), mostLevels_(mostLevels) {}
+  PlistBuilder(std::size_t mostValues, std::size_t mostLevels)
+      : mostValues_(mostValues), mostLevels_(mostLevels) {
+    constexpr std::size_t usualDepth = 128;  // in keys and values that wait
+    keys_.reserve(usualDepth);
+    values_.reserve(usualDepth);
+  }
 
   [[nodiscard]] bool beginDictionary() { return begin(true); }
   [[nodiscard]] bool beginArray() { return begin(false); }

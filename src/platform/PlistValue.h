@@ -26,8 +26,8 @@ class PlistValue {
   PlistValue(PlistDictionary value) noexcept : value_(std::move(value)) {}
   PlistValue(PlistArray value) noexcept : value_(std::move(value)) {}
   PlistValue(std::string value) noexcept : value_(std::move(value)) {}
-  PlistValue(std::string_view value) : value_(std::string(value)) {}
-  PlistValue(const char* value) : value_(std::string(value)) {}
+  PlistValue(std::string_view value) : value_(std::in_place_type<std::string>, value) {}
+  PlistValue(const char* value) : value_(std::in_place_type<std::string>, value) {}
   PlistValue(bool value) noexcept : value_(value) {}
   template <std::integral Integer>
   PlistValue(Integer value) noexcept : value_(static_cast<std::int64_t>(value)) {}

@@ -107,9 +107,9 @@ class Mapping {
     const std::string own = identifier(relationship.name);
     const std::string inverse = identifier(relationship.inverseName);
     if (!oldRelationship.isToMany) {
-      copies_.push_back(
-          {"SELECT _key, " + own + " FROM " + identifier(old.name()) + " WHERE " + own + " IS NOT NULL",
-           write, 2});
+      copies_.push_back({"SELECT _key, " + own + " FROM " + identifier(old.name()) + " WHERE " +
+                             own + " IS NOT NULL",
+                         write, 2});
     } else {
       copies_.push_back({"SELECT " + inverse + ", _key FROM " +
                              identifier(relationship.destinationName) + " WHERE " + inverse +

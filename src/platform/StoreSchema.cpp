@@ -54,8 +54,8 @@ StoreSchema::PairTable StoreSchema::pairTable(const NSEntityDescription& entity,
   if (isFirst) {
     return {identifier(partName(entity, relationship.name)), "_first", "_second", true};
   }
-  return {identifier(relationship.destinationName + "." + relationship.inverseName), "_second", "_first",
-          false};
+  return {identifier(relationship.destinationName + "." + relationship.inverseName), "_second",
+          "_first", false};
 }
 
 void StoreSchema::addEntity(const NSManagedObjectModel& model, const NSEntityDescription& entity) {
@@ -99,8 +99,8 @@ void StoreSchema::addEntity(const NSManagedObjectModel& model, const NSEntityDes
       statements_[name] = "CREATE TABLE " + identifier(name) +
                           "(_first INTEGER NOT NULL, _second INTEGER NOT NULL, "
                           "PRIMARY KEY(_first, _second)) WITHOUT ROWID";
-      statements_[name + ".second"] =
-          "CREATE INDEX " + identifier(name + ".second") + " ON " + identifier(name) + "(_second, _first)";
+      statements_[name + ".second"] = "CREATE INDEX " + identifier(name + ".second") + " ON " +
+                                      identifier(name) + "(_second, _first)";
     }
   }
   table.byKey = "SELECT " + table.columns + " FROM " + table.name + " WHERE _key = ?";
@@ -111,8 +111,8 @@ void StoreSchema::addEntity(const NSManagedObjectModel& model, const NSEntityDes
 
 void StoreSchema::addIndex(const NSEntityDescription& entity, const std::string& column) {
   const std::string name = partName(entity, column);
-  statements_[name] =
-      "CREATE INDEX " + identifier(name) + " ON " + identifier(entity.name()) + "(" + identifier(column) + ")";
+  statements_[name] = "CREATE INDEX " + identifier(name) + " ON " + identifier(entity.name()) +
+                      "(" + identifier(column) + ")";
 }
 
 }  // namespace zym

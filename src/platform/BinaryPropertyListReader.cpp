@@ -1,8 +1,5 @@
-#include <algorithm>
-#include <array>
 #include <bit>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -259,19 +256,22 @@ class Reader {
 
   [[nodiscard]] std::optional<PlistValue> dictionary(const Object& found, std::size_t level) {
     if (!isContainer(found, found.count * 2, level)) return std::nullopt;
-    std::vector<PlistKey> names;
-    std::vector<PlistValue> values;
-    names.reserve(found.count);
-    values.reserve(found.count);
+    const std::size_t first = waitingValues_.size();
     for (std::size_t i = 0; i < found.count; ++i) {
       const PlistKey* const name = key(reference(found, i));
       if (!name) return std::nullopt;
       std::optional<PlistValue> content = member(found, found.count + i, level);
       if (!content) return std::nullopt;
-      names.push_back(*name);
-      values.push_back(std::move(*content));
+      waitingKeys_.push_back(*name);
+      waitingValues_.push_back(std::move(*content));
     }
-    return PlistValue(PlistDictionary(names, values));
+    PlistDictionary entries({waitingKeys_.data() + first, found.count},
+                            {waitingValues_.data() + first, found.count});
+    waitingKeys_.erase(waitingKeys_.begin() + static_cast<std::ptrdiff_t>(first),
+                       waitingKeys_.end());
+    waitingValues_.erase(waitingValues_.begin() + static_cast<std::ptrdiff_t>(first),
+                         waitingValues_.end());
+    return PlistValue(std::move(entries));
   }
 
   /// A key that many dictionaries share is read once.
@@ -301,6 +301,9 @@ class Reader {
   std::size_t topObject_ = 0;
   std::size_t table_ = 0;
   std::vector<std::unique_ptr<PlistKey>> keys_;
+  /// What was read of the dictionaries that aren't complete, each key with its value.
+  std::vector<PlistKey> waitingKeys_;
+  std::vector<PlistValue> waitingValues_;
   const char* problem_ = "";
 };
 

@@ -47,8 +47,7 @@ void NSManagedObjectContext::performBlockAndWait(const std::function<void()>& bl
     NSRunLoop::mainRunLoop().performOnMainThreadAndWait(block);
     return;
   }
-  const std::lock_guard lock(graph_->mutex());
-  block();
+  graph_->perform(block);
 }
 
 NSUndoManager* NSManagedObjectContext::undoManager() const noexcept {

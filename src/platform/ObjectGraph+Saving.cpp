@@ -48,6 +48,20 @@ struct ObjectGraph::Saving {
   }
 };
 
+/// Lets go of the moment that is read meanwhile, and takes the one after it.
+struct ObjectGraph::RenewedMoment {
+  explicit RenewedMoment(ObjectGraph& graph) : graph(graph) {
+    if (graph.performing_ > 0) graph.endMoment();
+  }
+  ~RenewedMoment() {
+    if (graph.performing_ > 0) graph.beginMoment();
+  }
+  RenewedMoment(const RenewedMoment&) = delete;
+  RenewedMoment& operator=(const RenewedMoment&) = delete;
+
+  ObjectGraph& graph;
+};
+
 bool ObjectGraph::hasChanges() const noexcept {
   return std::any_of(
              dirty_.begin(), dirty_.end(),
@@ -65,12 +79,14 @@ PlistDictionary ObjectGraph::save() {
       saving.deleted.push_back(object);
     }
   }
+  const RenewedMoment renewed(*this);
   const std::lock_guard lock(saving.database.mutex);
   SQLiteTransaction transaction(saving.database);
   assignKeys(saving);
   for (const NSManagedObject* const object : saving.inserted) insertRow(saving, *object);
   for (const NSManagedObject* const object : saving.updated) updateRow(saving, *object);
   for (const NSManagedObject* const object : saving.deleted) deleteRow(saving, *object);
+  for (const NSManagedObject* const object : saving.deleted) deleteTraces(saving, *object);
   writePairs(saving);
   transaction.commit();
   finish(saving);
@@ -193,25 +209,27 @@ void ObjectGraph::writeDocuments(const Saving& saving, const NSManagedObject& ob
   }
 }
 
-// With what belongs to the row, and what others may have related to it since it was read.
 void ObjectGraph::deleteRow(const Saving& saving, const NSManagedObject& object) const {
   const StoreSchema::EntityTable& table = store().schema().table(object.entity());
-  const auto run = [&](const std::string& sql) {
-    SQLiteStatement statement = saving.database.statement(sql);
-    statement.add(object.id_.key);
-    statement.run();
-  };
   SQLiteStatement remove =
       saving.database.statement("DELETE FROM " + table.name + " WHERE _key = ? AND _version = ?");
   remove.add(object.id_.key);
   remove.add(object.version_);
   remove.run();
-  if (saving.database.changes() == 0) {
-    SQLiteStatement query = saving.database.statement(table.byKey);
-    query.add(object.id_.key);
-    if (query.step()) conflict(object);
-  }
-  for (const std::string& documents : table.documentTables) {
+  if (saving.database.changes() != 0) return;
+  SQLiteStatement query = saving.database.statement(table.byKey);
+  query.add(object.id_.key);
+  if (query.step()) conflict(object);
+}
+
+// What belonged to the row, and what others may have related to it since it was read.
+void ObjectGraph::deleteTraces(const Saving& saving, const NSManagedObject& object) const {
+  const auto run = [&](const std::string& sql) {
+    SQLiteStatement statement = saving.database.statement(sql);
+    statement.add(object.id_.key);
+    statement.run();
+  };
+  for (const std::string& documents : store().schema().table(object.entity()).documentTables) {
     if (!documents.empty()) run("DELETE FROM " + documents + " WHERE _key = ?");
   }
   for (const NSRelationshipDescription& relationship : object.entity().relationships()) {

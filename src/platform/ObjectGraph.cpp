@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "zymcore/platform/NSException.h"
+#include "zymcore/platform/NSLog.h"
 
 namespace zym {
 namespace {
@@ -32,6 +33,38 @@ void ObjectGraph::setCoordinator(std::shared_ptr<NSPersistentStoreCoordinator> c
   coordinator_ = std::move(coordinator);
   objects_.resize(model().entities().size());
   dirtyCounts_.resize(model().entities().size());
+  if (type_ == NSPrivateQueueConcurrencyType) reader_ = store().newReader();
+}
+
+void ObjectGraph::perform(const std::function<void()>& block) {
+  const std::lock_guard lock(mutex_);
+  struct Ended {
+    ObjectGraph& graph;
+    ~Ended() {
+      if (--graph.performing_ == 0) graph.endMoment();
+    }
+  };
+  if (++performing_ == 1) beginMoment();
+  const Ended ended{*this};
+  block();
+}
+
+void ObjectGraph::beginMoment() noexcept {
+  runOnReader("BEGIN");
+}
+
+void ObjectGraph::endMoment() noexcept {
+  runOnReader("ROLLBACK");
+}
+
+// Without a transaction of their own the reads still work, each for itself.
+void ObjectGraph::runOnReader(const char* sql) noexcept {
+  if (!reader_) return;
+  try {
+    reader_->statement(sql).run();
+  } catch (const StoreFailure& failure) {
+    NSLog(failure.error.localizedDescription);
+  }
 }
 
 void ObjectGraph::setUndoManager(std::shared_ptr<NSUndoManager> undoManager) {
@@ -47,7 +80,7 @@ SQLiteStore& ObjectGraph::store() const {
 }
 
 SQLiteDatabase& ObjectGraph::database() const {
-  return type_ == NSMainQueueConcurrencyType ? store().writer() : store().reader();
+  return reader_ ? *reader_ : store().writer();
 }
 
 const NSEntityDescription& ObjectGraph::entityNamed(std::string_view name) const {

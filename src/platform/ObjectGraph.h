@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -54,7 +55,9 @@ class ObjectGraph {
   [[nodiscard]] auto type() const noexcept { return type_; }
   [[nodiscard]] const auto& undoManager() const noexcept { return undoManager_; }
   void setUndoManager(std::shared_ptr<NSUndoManager> undoManager);
-  [[nodiscard]] std::recursive_mutex& mutex() noexcept { return mutex_; }
+  /// Calls the block while nobody else is in such a call. Where the context has a connection of its
+  /// own, all that the block reads is the store at one moment; its own saves renew that.
+  void perform(const std::function<void()>& block);
   [[nodiscard]] const NSEntityDescription& entityNamed(std::string_view name) const;
 
   // Reading.
@@ -98,6 +101,7 @@ class ObjectGraph {
   struct Change;
   struct Journal;
   struct Saving;
+  struct RenewedMoment;
   using Objects = std::unordered_map<std::int64_t, std::unique_ptr<NSManagedObject>>;
   /// A relationship that is to many at both ends, by the position of its first end.
   using PairsID = std::pair<std::size_t, std::size_t>;
@@ -115,6 +119,10 @@ class ObjectGraph {
   [[nodiscard]] SQLiteStore& store() const;
   /// The connection that this context reads by.
   [[nodiscard]] SQLiteDatabase& database() const;
+
+  void beginMoment() noexcept;
+  void endMoment() noexcept;
+  void runOnReader(const char* sql) noexcept;
 
   // Objects and rows.
   [[nodiscard]] NSManagedObject& objectFor(const NSEntityDescription& entity, std::int64_t key);
@@ -160,6 +168,7 @@ class ObjectGraph {
   void insertRow(const Saving& saving, const NSManagedObject& object) const;
   void updateRow(const Saving& saving, const NSManagedObject& object) const;
   void deleteRow(const Saving& saving, const NSManagedObject& object) const;
+  void deleteTraces(const Saving& saving, const NSManagedObject& object) const;
   void writeDocuments(const Saving& saving, const NSManagedObject& object) const;
   void writePairs(const Saving& saving) const;
   void finish(const Saving& saving);
@@ -169,7 +178,9 @@ class ObjectGraph {
   NSManagedObjectContextConcurrencyType type_;
   std::shared_ptr<NSPersistentStoreCoordinator> coordinator_;
   std::shared_ptr<NSUndoManager> undoManager_;
+  std::unique_ptr<SQLiteDatabase> reader_;
   std::recursive_mutex mutex_;
+  int performing_ = 0;
 
   std::vector<Objects> objects_;  // By the position of their entity.
   std::int64_t lastTemporaryKey_ = 0;

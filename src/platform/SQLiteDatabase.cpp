@@ -37,9 +37,13 @@ std::int64_t cocoaCode(int code) {
   }
 }
 
+bool isOutOfSpace(int systemError) noexcept {
+  return systemError == ENOSPC || systemError == EDQUOT || systemError == EFBIG;
+}
+
 [[noreturn]] void failWith(sqlite3* database, int code) {
-  throw StoreFailure{
-      errorForSQLite(code, database ? sqlite3_errmsg(database) : sqlite3_errstr(code))};
+  const bool isFull = (code & 0xFF) == SQLITE_IOERR && isOutOfSpace(sqlite3_system_errno(database));
+  throw StoreFailure{errorForSQLite(isFull ? SQLITE_FULL : code, sqlite3_errmsg(database))};
 }
 
 }  // namespace

@@ -89,9 +89,13 @@ void removeFile(const std::filesystem::path& path) {
   std::filesystem::remove(path, ignored);
 }
 
-bool isEmptyFile(const std::filesystem::path& path) {
+// SQLite would take a file that lost all or nearly all its bytes for a new database.
+void requireContent(const std::filesystem::path& path) {
+  constexpr std::uintmax_t leastBytes = 512;
   std::error_code unknown;
-  return std::filesystem::file_size(path, unknown) == 0 && !unknown;
+  if (std::filesystem::file_size(path, unknown) < leastBytes && !unknown) {
+    failWith(NSFileReadCorruptFileError, "The store's file is cut off.");
+  }
 }
 
 std::string textOfMetadata(SQLiteDatabase& database, std::string_view key) {
@@ -198,12 +202,19 @@ void replaceStore(const std::filesystem::path& path,
 }
 
 SQLiteStore::SQLiteStore(std::shared_ptr<const NSManagedObjectModel> model,
-                         std::unique_ptr<SQLiteDatabase> writer,
-                         std::unique_ptr<SQLiteDatabase> reader)
+                         std::unique_ptr<SQLiteDatabase> writer, std::filesystem::path path,
+                         const Options& options)
     : model_(std::move(model)),
       schema_(*model_),
       writer_(std::move(writer)),
-      reader_(std::move(reader)) {}
+      path_(std::move(path)),
+      options_(options) {}
+
+std::unique_ptr<SQLiteDatabase> SQLiteStore::newReader() const {
+  if (path_.empty()) return nullptr;
+  return std::make_unique<SQLiteDatabase>(path_, SQLiteDatabase::Access::ReadOnly,
+                                          options_.secondsToWait);
+}
 
 std::unique_ptr<SQLiteStore> SQLiteStore::open(const std::filesystem::path& path,
                                                std::shared_ptr<const NSManagedObjectModel> model,
@@ -217,8 +228,7 @@ std::unique_ptr<SQLiteStore> SQLiteStore::open(const std::filesystem::path& path
       createTables(database, *model, StoreSchema(*model), NSUUID::UUIDString());
     });
   }
-  // SQLite would take a file that lost all its bytes for a new database.
-  if (isEmptyFile(path)) failWith(NSFileReadCorruptFileError, "The store's file is empty.");
+  requireContent(path);
 
   std::unique_ptr<SQLiteDatabase> writer = openWriter(path, options.secondsToWait);
   const auto storedModel = modelOfStore(*writer);
@@ -233,12 +243,8 @@ std::unique_ptr<SQLiteStore> SQLiteStore::open(const std::filesystem::path& path
     (void)modelOfStore(*writer);
   }
   writer->execute("PRAGMA journal_mode = WAL");
-  auto reader = std::make_unique<SQLiteDatabase>(path, SQLiteDatabase::Access::ReadOnly,
-                                                 options.secondsToWait);
-  // Opens the log as well, so that nothing is left to fail later.
-  (void)reader->integer("SELECT count(*) FROM _metadata");
   return std::unique_ptr<SQLiteStore>(
-      new SQLiteStore(std::move(model), std::move(writer), std::move(reader)));
+      new SQLiteStore(std::move(model), std::move(writer), path, options));
 }
 
 std::unique_ptr<SQLiteStore> SQLiteStore::openInMemory(
@@ -246,7 +252,7 @@ std::unique_ptr<SQLiteStore> SQLiteStore::openInMemory(
   auto database = std::make_unique<SQLiteDatabase>("", SQLiteDatabase::Access::Create, 0);
   createTables(*database, *model, StoreSchema(*model), NSUUID::UUIDString());
   return std::unique_ptr<SQLiteStore>(
-      new SQLiteStore(std::move(model), std::move(database), nullptr));
+      new SQLiteStore(std::move(model), std::move(database), {}, {}));
 }
 
 PlistDictionary SQLiteStore::metadataAt(const std::filesystem::path& path) {
@@ -255,7 +261,7 @@ PlistDictionary SQLiteStore::metadataAt(const std::filesystem::path& path) {
   if (!std::filesystem::exists(path)) {
     failWith(NSFileReadNoSuchFileError, "There is no store at \"" + path.string() + "\".");
   }
-  if (isEmptyFile(path)) failWith(NSFileReadCorruptFileError, "The store's file is empty.");
+  requireContent(path);
   SQLiteDatabase database(path, SQLiteDatabase::Access::ReadOnly, secondsToWait);
   const auto model = modelOfStore(database);
   return {{NSStoreTypeKey, NSSQLiteStoreType},

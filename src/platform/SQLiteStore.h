@@ -31,17 +31,19 @@ class SQLiteStore {
   [[nodiscard]] const StoreSchema& schema() const noexcept { return schema_; }
   /// The connection that writes.
   [[nodiscard]] SQLiteDatabase& writer() noexcept { return *writer_; }
-  /// A connection that only reads, beside the other one where there is a file.
-  [[nodiscard]] SQLiteDatabase& reader() noexcept { return reader_ ? *reader_ : *writer_; }
+  /// A further connection that only reads; null for a store in memory, which has but one.
+  [[nodiscard]] std::unique_ptr<SQLiteDatabase> newReader() const;
 
  private:
   SQLiteStore(std::shared_ptr<const NSManagedObjectModel> model,
-              std::unique_ptr<SQLiteDatabase> writer, std::unique_ptr<SQLiteDatabase> reader);
+              std::unique_ptr<SQLiteDatabase> writer, std::filesystem::path path,
+              const Options& options);
 
   std::shared_ptr<const NSManagedObjectModel> model_;
   StoreSchema schema_;
   std::unique_ptr<SQLiteDatabase> writer_;
-  std::unique_ptr<SQLiteDatabase> reader_;
+  std::filesystem::path path_;
+  Options options_;
 };
 
 // What opening and migrating share.

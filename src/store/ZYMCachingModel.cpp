@@ -225,21 +225,31 @@ PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingK
   return *candidates.find(static_cast<std::size_t>(index))->dictionary();
 }
 
+std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> ZYMCachingModel::objectsByUUID()
+    const {
+  std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> result;
+  for (NSManagedObject* object : ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
+                                     entityClass(), nullptr, std::nullopt, std::nullopt)
+                                     .value_or(Objects())) {
+    const std::string* uuid = object->stringForKey(attributes::uuid);
+    if (uuid) result[*uuid].push_back(static_cast<ZYMRecordEntity*>(object));
+  }
+  return result;
+}
+
 void ZYMCachingModel::addItemsFromArray(const PlistArray& items) {
+  // Once for all: a look-up for each would go through all that was added before it.
+  auto objects = objectsByUUID();
   bool added = false;
-  for (const PlistValue& item : items) {
-    const PlistDictionary* record = item.dictionary();
-    const std::string* uuid = record ? record->string(keys::UUID) : nullptr;
+  for (const PlistDictionary& item : PlistRows(&items)) {
+    const std::string* uuid = item.string(keys::UUID);
     if (!uuid) continue;
-    const ZYMEntityFetch::Objects found =
-        ZYMEntityFetch::objectsInContext_matchingKey_andValue_sortedOnKey(
-            entityClass(), nullptr, attributes::uuid, *uuid, std::nullopt);
-    if (!found || found->size() > 1) continue;
-    ZYMRecordEntity& object =
-        found->empty() ? insertObject() : *static_cast<ZYMRecordEntity*>(found->front());
-    PlistDictionary copy = *record;
+    std::vector<ZYMRecordEntity*>& known = objects[*uuid];
+    if (known.size() > 1) continue;
+    if (known.empty()) known.push_back(&insertObject());
+    PlistDictionary copy = item;
     copy.set(keys::DateLastModified, NSDate::date());
-    object.updateWithDictionaryRepresentation(copy);
+    known.front()->updateWithDictionaryRepresentation(copy);
     added = true;
   }
   if (added) ZYMCoreDataModel::sharedInstance().save();

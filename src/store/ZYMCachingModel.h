@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -97,6 +98,8 @@ class ZYMCachingModel {
  private:
   [[nodiscard]] bool isIngredient() const;
   [[nodiscard]] ZYMRecordEntity& insertObject() const;
+  [[nodiscard]] std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> objectsByUUID()
+      const;
 
   KeyName nameKeyInRecords_;
 };

@@ -1,0 +1,382 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/Store.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/Vocabularies.h"
+#include "zymcore/platform/NSException.h"
+#include "zymcore/store/EntityKeys.h"
+#include "zymcore/store/ZYMFermentableEntity.h"
+#include "zymcore/store/ZYMGroupEntity.h"
+#include "zymcore/store/ZYMImageEntity.h"
+#include "zymcore/store/ZYMInventoryBatchEntity.h"
+#include "zymcore/store/ZYMInventoryEntity.h"
+#include "zymcore/store/ZYMMashScheduleEntity.h"
+#include "zymcore/store/ZYMMashStepEntity.h"
+#include "zymcore/store/ZYMOrderEntity.h"
+#include "zymcore/store/ZYMOrderItemEntity.h"
+#include "zymcore/store/ZYMProfileEntity.h"
+#include "zymcore/store/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/ZYMRecipeEntity.h"
+#include "zymcore/store/ZYMStyleCategoryEntity.h"
+#include "zymcore/store/ZYMSupplierEntity.h"
+#include "zymcore/store/ZYMWaterEntity.h"
+#include "zymcore/store/ZYMYeastEntity.h"
+
+namespace zym {
+namespace {
+
+using ::testing::ElementsAre;
+
+const NSDate day = NSDate::dateWithTimeIntervalSince1970(1e9 + 0.1234567);
+
+class Records : public testing::WithStore {
+ protected:
+  template <class Entity>
+  static Entity& made(PlistDictionary record) {
+    Entity& object = Entity::insertInContext(context());
+    object.updateWithDictionaryRepresentation(record);
+    return object;
+  }
+  /// The record after the store was closed and opened again.
+  template <class Entity>
+  PlistDictionary kept(const PlistDictionary& record) {
+    made<Entity>(record);
+    reopen();
+    return *Entity::findAllObjects()->back()->dictionaryRepresentation();
+  }
+  template <class Entity>
+  static std::size_t count() {
+    return Entity::findAllObjects()->size();
+  }
+  static PlistDictionary step(const char* type, const char* uuid) {
+    return {{keys::StepType, type}, {keys::UUID, uuid}, {keys::Duration, "10"}};
+  }
+  static std::vector<std::string> uuids(const PlistDictionary& record, KeyName rows) {
+    std::vector<std::string> result;
+    for (const PlistDictionary& row : record.rows(rows))
+      result.emplace_back(row.stringValue(keys::UUID));
+    return result;
+  }
+};
+
+TEST_F(Records, AnEmptyRecordMakesAWholeObject) {
+  const NSDate before = NSDate::date();
+  PlistDictionary fermentable = kept<ZYMFermentableEntity>({});
+  EXPECT_GE(*fermentable.date(keys::DateLastModified), before);
+  fermentable.remove(keys::DateLastModified);
+  EXPECT_EQ(fermentable, (PlistDictionary{{keys::Color, "0.000000"},
+                                          {keys::Moisture, "0.000000"},
+                                          {keys::Extract, "0.000000"},
+                                          {keys::Description, ""},
+                                          {keys::Ingredient, ""}}));
+}
+
+TEST_F(Records, ComeBackFromTheStoreAsTheyWere) {
+  const PlistDictionary fermentable{{keys::UUID, "U"},
+                                    {keys::DateLastModified, day},
+                                    {keys::Ingredient, "Pale Malt"},
+                                    {keys::Description, "d"},
+                                    {keys::Extract, "80.000000"},
+                                    {keys::Color, "3.000000"},
+                                    {keys::Moisture, "4.000000"},
+                                    {keys::IsGrain, "1"},
+                                    {keys::MustBeMashed, "0"}};
+  EXPECT_EQ(kept<ZYMFermentableEntity>(fermentable), fermentable);
+
+  const PlistDictionary order{
+      {keys::UUID, "O"},
+      {keys::DateLastModified, day},
+      {keys::Name, "May"},
+      {keys::OrderDate, day},
+      {keys::DeliveryDate, day},
+      {keys::Notes, "n"},
+      {keys::SupplierUUID, "S"},
+      {keys::OrderItems, PlistArray{PlistDictionary{{keys::UUID, "L"},
+                                                    {keys::DateLastModified, day},
+                                                    {keys::Amount, "2.500000"},
+                                                    {keys::IngredientUUID, "I"},
+                                                    {keys::Status, "Ordered"},
+                                                    {keys::IngredientType, "Hop"},
+                                                    {keys::Cost, "1.5"},
+                                                    {keys::Extract, "e"},
+                                                    {keys::Color, "c"},
+                                                    {keys::Alpha, "a"},
+                                                    {keys::Form, "f"},
+                                                    {keys::OrderUUID, "O"}}}}};
+  EXPECT_EQ(kept<ZYMOrderEntity>(order), order);
+}
+
+TEST_F(Records, NumbersPassThroughSinglePrecisionAndBooleansAsTheyStand) {
+  const PlistDictionary record = kept<ZYMFermentableEntity>({{keys::Extract, "72.3"},
+                                                             {keys::Color, 3},
+                                                             {keys::Moisture, "wet"},
+                                                             {keys::IsGrain, 1},
+                                                             {keys::MustBeMashed, PlistArray()}});
+  EXPECT_EQ(record.stringValue(keys::Extract), "72.300003");
+  EXPECT_EQ(record.stringValue(keys::Color), "3.000000");
+  EXPECT_EQ(record.stringValue(keys::Moisture), "0.000000");
+  EXPECT_EQ(record.stringValue(keys::IsGrain), "1.000000");
+  EXPECT_FALSE(record.contains(keys::MustBeMashed));
+}
+
+TEST_F(Records, BooleansStayWhereTheRecordHasNone) {
+  ZYMFermentableEntity& malt = made<ZYMFermentableEntity>(
+      {{keys::IsGrain, "1"}, {keys::Ingredient, "A"}, {keys::UUID, "U"}});
+  PlistDictionary bare;
+  malt.updateWithDictionaryRepresentation(bare);
+  const PlistDictionary record = *malt.dictionaryRepresentation();
+  EXPECT_EQ(record.stringValue(keys::IsGrain), "1");
+  EXPECT_EQ(record.stringValue(keys::Ingredient), "");
+  EXPECT_FALSE(record.contains(keys::UUID));
+}
+
+TEST_F(Records, TheGivenRecordIsCorrectedInPlace) {
+  PlistDictionary record{{keys::Color, 3}};
+  ZYMFermentableEntity::insertInContext(context()).updateWithDictionaryRepresentation(record);
+  EXPECT_EQ(record.stringValue(keys::Color), "3.000000");
+}
+
+TEST_F(Records, DefaultsOfTheLibraries) {
+  const auto yeast = [](PlistDictionary record) {
+    return *made<ZYMYeastEntity>(std::move(record)).dictionaryRepresentation();
+  };
+  EXPECT_EQ(yeast({{keys::BeerType, "Mead"}}).stringValue(keys::BeerType), "Ale");
+  EXPECT_EQ(yeast({{keys::BeerType, "Lager"}}).stringValue(keys::BeerType), "Lager");
+  EXPECT_EQ(yeast({}).stringValue(keys::YeastType), "Liquid");
+  EXPECT_EQ(yeast({{keys::YeastType, "Slant"}}).stringValue(keys::YeastType), "Slant");
+
+  const auto water = [](PlistDictionary record) {
+    return *made<ZYMWaterEntity>(std::move(record)).dictionaryRepresentation();
+  };
+  EXPECT_EQ(water({{keys::Town, "Burton"}}).stringValue(keys::Name), "Burton");
+  EXPECT_EQ(water({{keys::Town, "Burton"}, {keys::Name, "Ours"}}).stringValue(keys::Name), "Ours");
+  EXPECT_EQ(water({}).stringValue(keys::UUID).size(), 36U);
+  EXPECT_EQ(water({{keys::Carbonate, "200"}}).stringValue(keys::Carbonate), "200.000000");
+  EXPECT_EQ(*water({}).string(keys::Notes), "");
+
+  EXPECT_FALSE(made<ZYMSupplierEntity>({}).dictionaryRepresentation()->contains(keys::Phone));
+  EXPECT_EQ(*made<ZYMOrderEntity>({}).dictionaryRepresentation()->string(keys::Notes), "");
+}
+
+TEST_F(Records, AStyleLosesItsCarbonationOnTheWayOutAndBack) {
+  ZYMStyleCategoryEntity& style =
+      made<ZYMStyleCategoryEntity>({{keys::CarbonationVolumes, "2.4"}, {keys::MaxOG, "1.060+"}});
+  PlistDictionary record = *style.dictionaryRepresentation();
+  EXPECT_EQ(record.stringValue(keys::Carbonation), "2.4");
+  EXPECT_EQ(record.stringValue(keys::MaxOG), "1.060+");
+  style.updateWithDictionaryRepresentation(record);
+  EXPECT_FALSE(style.dictionaryRepresentation()->contains(keys::Carbonation));
+}
+
+TEST_F(Records, StepsKeepTheirOrderAndWhatIsNotGiven) {
+  ZYMMashScheduleEntity& schedule = made<ZYMMashScheduleEntity>(
+      {{keys::UUID, "M"},
+       {keys::Steps, PlistArray{step("Rest at", "1"), PlistDictionary{{keys::StepType, "new"}},
+                                step("Mash", "3")}}});
+  EXPECT_THAT(uuids(*schedule.dictionaryRepresentation(), keys::Steps),
+              ElementsAre("1", ::testing::SizeIs(36), "3"));
+
+  // The second goes; the others change places and keep what isn't given.
+  PlistDictionary record{{keys::UUID, "M"},
+                         {keys::Steps, PlistArray{PlistDictionary{{keys::UUID, "3"}},
+                                                  PlistDictionary{{keys::UUID, "1"}}}}};
+  schedule.updateWithDictionaryRepresentation(record);
+  model().save();
+  reopen();
+  const PlistDictionary stored =
+      *ZYMMashScheduleEntity::findAllObjects()->front()->dictionaryRepresentation();
+  EXPECT_THAT(uuids(stored, keys::Steps), ElementsAre("3", "1"));
+  EXPECT_EQ(stored.array(keys::Steps)->find(0)->dictionary()->stringValue(keys::Duration), "10");
+  EXPECT_EQ(stored.array(keys::Steps)->find(0)->dictionary()->stringValue(keys::StepType), "");
+  EXPECT_EQ(count<ZYMMashStepEntity>(), 2U);
+}
+
+TEST_F(Records, NoStepsAtAllOnlyLetsGoOfThem) {
+  for (const PlistValue& none :
+       {PlistValue(PlistArray()), PlistValue("steps"), PlistValue(PlistArray{1, "x"})}) {
+    ZYMMashScheduleEntity& schedule = made<ZYMMashScheduleEntity>(
+        {{keys::Steps, PlistArray{step("Rest at", "1"), step("Rest at", "2")}}});
+    const std::size_t before = count<ZYMMashStepEntity>();
+    PlistDictionary record{{keys::Steps, none}};
+    schedule.updateWithDictionaryRepresentation(record);
+    EXPECT_TRUE(schedule.dictionaryRepresentation()->array(keys::Steps)->empty());
+    EXPECT_EQ(count<ZYMMashStepEntity>(), before);
+  }
+}
+
+TEST_F(Records, AStepWithoutAUUIDGetsOneWhenItIsRead) {
+  ZYMMashScheduleEntity& schedule = made<ZYMMashScheduleEntity>({});
+  ZYMMashStepEntity& bare = ZYMMashStepEntity::insertInContext(context());
+  bare.setObject_forKey(&schedule, relationships::schedule);
+  const std::vector<std::string> first = uuids(*schedule.dictionaryRepresentation(), keys::Steps);
+  EXPECT_THAT(first, ElementsAre(::testing::SizeIs(36)));
+  EXPECT_EQ(uuids(*schedule.dictionaryRepresentation(), keys::Steps), first);
+}
+
+TEST_F(Records, StockIsTheSumOfItsLots) {
+  const auto lot = [](const char* amount, const char* uuid, double expires) {
+    return PlistDictionary{{keys::AmountInStock, amount},
+                           {keys::UUID, uuid},
+                           {keys::ExpiresOn, NSDate::dateWithTimeIntervalSince1970(expires)}};
+  };
+  const auto item = [&](const char* type) {
+    return made<ZYMInventoryEntity>(
+               {{keys::UUID, "I"},
+                {keys::IngredientType, type},
+                {keys::AmountInStock, "99"},
+                {keys::Batches,
+                 PlistArray{lot("1.4", "A", 10), lot("1.4", "B", 30), lot("x", "C", 20)}}})
+        .dictionaryRepresentation()
+        .value();
+  };
+  EXPECT_EQ(item("Yeast").stringValue(keys::AmountInStock), "3.000000");
+  const PlistDictionary hop = item("Hop");
+  EXPECT_EQ(hop.stringValue(keys::AmountInStock), "2.800000");
+  EXPECT_THAT(uuids(hop, keys::Batches), ElementsAre("B", "C", "A"));  // the last to expire first
+  EXPECT_EQ(*hop.string(keys::Ingredient), "");                        // no library knows it
+  EXPECT_EQ(hop.array(keys::Batches)->find(0)->dictionary()->stringValue(keys::Cost), "0.0");
+}
+
+TEST_F(Records, ALotWithoutAUUIDMatchesNothing) {
+  const PlistDictionary item{
+      {keys::UUID, "I"}, {keys::Batches, PlistArray{PlistDictionary{{keys::AmountInStock, "1"}}}}};
+  ZYMInventoryEntity& object = made<ZYMInventoryEntity>(item);
+  PlistDictionary again = item;
+  object.updateWithDictionaryRepresentation(again);
+  EXPECT_EQ(count<ZYMInventoryBatchEntity>(), 1U);  // the first was not listed any more
+  EXPECT_FALSE(object.dictionaryRepresentation()
+                   ->array(keys::Batches)
+                   ->find(0)
+                   ->dictionary()
+                   ->contains(keys::UUID));
+}
+
+TEST_F(Records, AProfileWithoutWatersNamesTheFirstOrThrows) {
+  ZYMProfileEntity& profile =
+      made<ZYMProfileEntity>({{keys::BoilDuration, "90.7"}, {keys::ProfileName, "P"}});
+  EXPECT_THROW((void)profile.dictionaryRepresentation(), NSException);
+  PlistDictionary record{{keys::PreferredBaseWaterUUID, "b"},
+                         {keys::PreferredTargetWaterUUID, "t"},
+                         {keys::BoilDuration, "90.7"}};
+  profile.updateWithDictionaryRepresentation(record);
+  EXPECT_EQ(profile.dictionaryRepresentation()->stringValue(keys::BoilDuration), "90");
+}
+
+TEST_F(Records, ColumnsWinOverTheDocument) {
+  const PlistDictionary document{
+      {keys::UUID, "R"},
+      {keys::RecipeTitle, "Bitter"},
+      {keys::DateLastModified, day},
+      {KeyName{"Odd Key"}, PlistArray{1, 2.5, true, day, NSData("x"), "ü"}}};
+  ZYMRecipeEntity& recipe = made<ZYMRecipeEntity>(document);
+  EXPECT_EQ(recipe.dictionaryRepresentation(), document);
+  recipe.setName("Mild");
+  recipe.setUuid("S");
+  const PlistDictionary read = *recipe.dictionaryRepresentation();
+  EXPECT_EQ(read.stringValue(keys::RecipeTitle), "Mild");
+  EXPECT_EQ(read.stringValue(keys::UUID), "S");
+
+  PlistDictionary untitled{{keys::Notes, "n"}};
+  recipe.updateWithDictionaryRepresentation(untitled);
+  EXPECT_EQ(recipe.name(), "Mild");  // kept
+  EXPECT_EQ(recipe.dictionaryRepresentation()->stringValue(keys::UUID), "S");
+}
+
+TEST_F(Records, ABatchHasItsDayAsAColumn) {
+  ZYMRecipeBatchEntity& batch =
+      made<ZYMRecipeBatchEntity>({{keys::BatchTitle, "One"}, {keys::DateBrewed, day}});
+  PlistDictionary later{{keys::BatchTitle, "Two"}};
+  batch.updateWithDictionaryRepresentation(later);
+  EXPECT_EQ(*batch.dictionaryRepresentation()->date(keys::DateBrewed), day);
+  EXPECT_EQ(batch.dictionaryRepresentation()->stringValue(keys::BatchTitle), "Two");
+}
+
+TEST_F(Records, ARecipeWithoutADocumentIsAbsentAndADamagedOneThrows) {
+  ZYMRecipeEntity& recipe = ZYMRecipeEntity::insertInContext(context());
+  EXPECT_FALSE(recipe.dictionaryRepresentation());
+  recipe.setDocument_forKey(NSData(), attributes::data);
+  EXPECT_FALSE(recipe.dictionaryRepresentation());
+  for (const char* damaged : {"bplist00", "nonsense", "bplist00\xff\xff\xff"}) {
+    recipe.setDocument_forKey(NSData(damaged), attributes::data);
+    EXPECT_THROW((void)recipe.dictionaryRepresentation(), NSException) << damaged;
+  }
+}
+
+TEST_F(Records, AGroupLosesWhatIsNotThere) {
+  made<ZYMRecipeEntity>({{keys::UUID, "A"}});
+  made<ZYMRecipeEntity>({{keys::UUID, "B"}});
+  made<ZYMRecipeEntity>({{keys::UUID, "B"}});
+  ZYMRecipeEntity& c = made<ZYMRecipeEntity>({{keys::UUID, "C"}});
+  ZYMGroupEntity& group =
+      made<ZYMGroupEntity>({{keys::GroupName, "G"},
+                            {keys::UUID, "U"},
+                            {keys::KeysOfContents, PlistArray{"A", "B", "C", "D", 7}}});
+  EXPECT_EQ(*group.dictionaryRepresentation()->array(keys::KeysOfContents), (PlistArray{"A", "C"}));
+  EXPECT_EQ(group.summary(), (ZYMSummary{"G", "U", 2}));
+  EXPECT_THAT(c.objectsForKey(relationships::groups), ElementsAre(&group));
+  PlistDictionary emptied{{keys::GroupName, "G"}};
+  group.updateWithDictionaryRepresentation(emptied);
+  EXPECT_EQ(group.summary().numberOfChildren, 0);
+}
+
+TEST_F(Records, ImagesAreNumberedWithoutGaps) {
+  ZYMRecipeEntity& recipe = made<ZYMRecipeEntity>({{keys::UUID, "A"}});
+  std::vector<NSManagedObject*> images;
+  for (int i = 0; i < 4; ++i) images.push_back(&ZYMImageEntity::insertInContext(context()));
+  recipe.addImagesObject(*images[0]);
+  recipe.addImages({images[1], images[2], images[3]});
+  const auto index = [&](int i) {
+    return images[static_cast<std::size_t>(i)]->valueForKey(attributes::index)->integerValue();
+  };
+  EXPECT_EQ(index(3), 3);
+  recipe.removeImagesObject(*images[1]);
+  EXPECT_EQ(index(0), 0);
+  EXPECT_EQ(index(2), 1);
+  EXPECT_EQ(index(3), 2);
+}
+
+TEST_F(Records, NothingOutlivesItsParent) {
+  ZYMRecipeEntity& recipe = made<ZYMRecipeEntity>({{keys::UUID, "A"}});
+  ZYMRecipeBatchEntity& batch = made<ZYMRecipeBatchEntity>({{keys::UUID, "B"}});
+  recipe.addBatchesObject(batch);
+  recipe.addImagesObject(ZYMImageEntity::insertInContext(context()));
+  batch.addImagesObject(ZYMImageEntity::insertInContext(context()));
+  made<ZYMGroupEntity>({{keys::KeysOfContents, PlistArray{"A"}}});
+  ZYMMashScheduleEntity& schedule =
+      made<ZYMMashScheduleEntity>({{keys::Steps, PlistArray{step("Rest at", "1")}}});
+  ZYMInventoryEntity& item =
+      made<ZYMInventoryEntity>({{keys::Batches, PlistArray{PlistDictionary{}}}});
+  ZYMOrderEntity& order = made<ZYMOrderEntity>({{keys::OrderItems, PlistArray{PlistDictionary{}}}});
+  model().save();
+  for (NSManagedObject* parent :
+       std::initializer_list<NSManagedObject*>{&recipe, &schedule, &item, &order})
+    context().deleteObject(*parent);
+  model().save();
+  reopen();
+  EXPECT_EQ(count<ZYMRecipeBatchEntity>() + count<ZYMImageEntity>() + count<ZYMMashStepEntity>() +
+                count<ZYMInventoryBatchEntity>() + count<ZYMOrderItemEntity>(),
+            0U);
+  EXPECT_EQ(ZYMGroupEntity::findAllObjects()->front()->summary().numberOfChildren, 0);
+}
+
+TEST_F(Records, AreFoundByKeyAndInOrder) {
+  for (const char* name : {"b", "a", "B"})
+    made<ZYMFermentableEntity>({{keys::Ingredient, name}, {keys::UUID, name}});
+  const auto all = *ZYMFermentableEntity::findAllObjectsSortedOnKey(attributes::name);
+  EXPECT_THAT(uuids(PlistDictionary{{keys::Steps, dictionaryRepresentationOfEntityArray(
+                                                      {all.begin(), all.end()})}},
+                    keys::Steps),
+              ElementsAre("B", "a", "b"));
+  EXPECT_EQ(ZYMFermentableEntity::objectsMatchingKey_andValue_sortedOnKey(attributes::name, "a",
+                                                                          std::nullopt)
+                ->size(),
+            1U);
+  EXPECT_EQ(ZYMFermentableEntity::objectsMatchingKey_andValue_sortedOnKey(
+                attributes::name, "a' OR 1=1 --", std::nullopt)
+                ->size(),
+            0U);
+}
+
+}  // namespace
+}  // namespace zym

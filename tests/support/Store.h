@@ -1,0 +1,61 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/Defaults.h"
+#include "support/TemporaryFolder.h"
+#include "zymcore/platform/NSBundle.h"
+#include "zymcore/platform/NSNotificationCenter.h"
+#include "zymcore/platform/NSRunLoop.h"
+#include "zymcore/platform/NSUndoManager.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
+
+namespace zym::testing {
+
+/// A store in a folder of its own, with the object model of the host.
+class WithStore : public WithDefaults {
+ protected:
+  WithStore() { open(); }
+  ~WithStore() override {
+    ZYMCoreDataModel::tearDown();
+    NSBundle::setMainBundle(NSBundle());
+  }
+
+  /// Saves, lets go of everything and opens the store again.
+  void reopen() {
+    ZYMCoreDataModel::tearDown();
+    open();
+  }
+  static ZYMCoreDataModel& model() { return ZYMCoreDataModel::sharedInstance(); }
+  static NSManagedObjectContext& context() { return *model().mainObjectContext(); }
+  static NSUndoManager& undoManager() { return *context().undoManager(); }
+
+  /// Ends the turn of the run loop, and with it the undo step of all that was done in it.
+  static void endTurn() { NSRunLoop::mainRunLoop().runUntilDate(NSDate::date()); }
+
+  const TemporaryFolder folder;
+
+ private:
+  void open() {
+    NSBundle::setMainBundle(NSBundle(ZYM_RESOURCES, "org.zymcore.tests", "1"));
+    model().setDataFolder(folder / "data");
+  }
+};
+
+/// The names of the notifications posted while it lives, in order.
+class Posts {
+ public:
+  explicit Posts(std::initializer_list<const char*> watched) {
+    for (const char* name : watched) {
+      tokens_.push_back(NSNotificationCenter::defaultCenter().addObserverForName_object(
+          name, nullptr, [this](const NSNotification& n) { names.push_back(n.name); }));
+    }
+  }
+  std::vector<std::string> names;
+
+ private:
+  std::vector<NSNotificationCenter::Token> tokens_;
+};
+
+}  // namespace zym::testing

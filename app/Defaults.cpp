@@ -12,6 +12,7 @@
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/documents/Vocabularies.h"
+#include "zymcore/library/ZYMStyles.h"
 #include "zymcore/platform/NSLocale.h"
 #include "zymcore/platform/NSUserDefaults.h"
 #include "zymcore/platform/NumberText.h"
@@ -27,6 +28,8 @@ constexpr std::string_view systems[] = {"US", "British", "metric"};
 constexpr std::string_view gravities[] = {"SG", "Plato"};
 constexpr std::string_view colors[] = {"SRM", "EBC"};
 constexpr std::string_view temperatures[] = {"Celsius", "Fahrenheit"};
+
+constexpr std::string_view guidelines[] = {"2008", "2015"};
 
 struct Default {
   KeyName key;
@@ -44,6 +47,8 @@ const Default defaults[] = {
     {keys::TemperatureUnit, 0, temperatures, "temperatures"},
     {keys::HopFormula, 0, words::hopFormulas, "bitterness formula"},
     {keys::BeerColorFormula, 0, words::beerColorFormulas, "colour formula"},
+
+    {ZYMPreferredStyleGuidelinesKey, 1, guidelines, "BJCP style guidelines"},
 
     // Milled lupulin glands give up their resins sooner: 10 to 15 % more is used, says G. Tinseth
     // of his own measurements ("Glenn's Hop Utilization Numbers", The Hop Page, 1995); the lower
@@ -68,7 +73,7 @@ const Default defaults[] = {
     {keys::HydrometerCalibrationTemp, 20, {}, "°C at which the hydrometer reads true"},
 };
 
-constexpr std::string_view localeKey = "Locale";
+constexpr KeyName localeKey{"Locale"};
 
 bool equalButForCase(std::string_view a, std::string_view b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; };
@@ -107,6 +112,16 @@ std::string choices(Words words) {
   return text;
 }
 
+double valueOf(const Default& known, std::string_view text) {
+  const std::optional<double> number = numberOf(text, known.words);
+  if (!number) {
+    throw UsageError("'" + printable(text) + "' is no value for " + std::string(known.key.text()) +
+                     "; " +
+                     (known.words.empty() ? "give a number" : "choose " + choices(known.words)));
+  }
+  return *number;
+}
+
 }  // namespace
 
 void registerInitialDefaults() {
@@ -124,19 +139,46 @@ void setDefaultsForThisRun(const std::vector<std::string>& assignments) {
     }
     const std::string_view key = std::string_view(assignment).substr(0, equals);
     const std::string_view value = std::string_view(assignment).substr(equals + 1);
-    if (key == localeKey) {
+    if (key == localeKey.text()) {
       setLocale(value);
       continue;
     }
     const Default& known = defaultNamed(key);
-    const std::optional<double> number = numberOf(value, known.words);
-    if (!number) {
-      throw UsageError("'" + printable(value) + "' is no value for " + std::string(key) + "; " +
-                       (known.words.empty() ? "give a number" : "choose " + choices(known.words)));
-    }
-    values.set(known.key, *number);
+    values.set(known.key, valueOf(known, value));
   }
   NSUserDefaults::standardUserDefaults().setArguments(values);
+}
+
+void keepDefault(const std::string& key, const std::string& value) {
+  NSUserDefaults& defaultsOfUser = NSUserDefaults::standardUserDefaults();
+  if (key == localeKey.text()) {
+    defaultsOfUser.setObject_forKey(value, localeKey);
+  } else {
+    const Default& known = defaultNamed(key);
+    defaultsOfUser.setObject_forKey(valueOf(known, value), known.key);
+  }
+  if (!defaultsOfUser.synchronize()) throw InputError("the settings can't be written");
+}
+
+void useKeptLocale() {
+  const auto locale = NSUserDefaults::standardUserDefaults().stringForKey(localeKey);
+  if (locale) setLocale(*locale);
+}
+
+std::string settingsInForce() {
+  const NSUserDefaults& defaultsOfUser = NSUserDefaults::standardUserDefaults();
+  std::string text;
+  const auto line = [&text](std::string_view key, const std::string& value) {
+    text.append(padded(key, 27)).append(value).append("\n");
+  };
+  for (const Default& one : defaults) {
+    const double value = defaultsOfUser.doubleForKey(one.key);
+    const bool isWord = value >= 0 && value < static_cast<double>(one.words.size());
+    line(one.key.text(), isWord ? std::string(one.words[static_cast<std::size_t>(value)])
+                                : shortestNumberText(value));
+  }
+  line(localeKey.text(), printable(NSLocale::currentLocale().localeIdentifier()));
+  return text;
 }
 
 std::string defaultsHelp() {
@@ -154,7 +196,7 @@ std::string defaultsHelp() {
     }
     line(one.key.text(), meaning + "]");
   }
-  line(localeKey, "language and form of numbers, such as de_DE [the environment's]");
+  line(localeKey.text(), "language and form of numbers, such as de_DE [the environment's]");
   return text;
 }
 

@@ -12,6 +12,15 @@ void registerInitialDefaults();
 /// Throws `UsageError` for an unknown key or a value that the key can't have.
 void setDefaultsForThisRun(const std::vector<std::string>& assignments);
 
+/// Keeps a user default for all later runs. Throws `UsageError` as above.
+void keepDefault(const std::string& key, const std::string& value);
+
+/// Makes the locale that was kept the current one.
+void useKeptLocale();
+
+/// All user defaults with their values in words, a line each.
+[[nodiscard]] std::string settingsInForce();
+
 /// The keys, what they mean and their initial values, for the help text.
 [[nodiscard]] std::string defaultsHelp();
 

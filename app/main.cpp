@@ -4,7 +4,12 @@
 #include "app/CalcCommand.h"
 #include "app/Faults.h"
 #include "app/Host.h"
+#include "app/LibraryCommands.h"
+#include "app/SettingsCommands.h"
+#include "app/Store.h"
+#include "app/StoreCommand.h"
 #include "app/UnitsCommand.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
 
 namespace {
 
@@ -18,9 +23,16 @@ int run(int argc, char** argv) {
       "zym");
   program.set_version_flag("--version", "zym " ZYM_VERSION);
   program.require_subcommand(1);
-  program.footer("'zym calc --help' and 'zym units --help' tell all about either.");
+  program.footer("'zym COMMAND --help' tells all about a command.");
+  std::string dataFolder;
+  program.add_option("--data", dataFolder, "The folder of the store and the settings")
+      ->type_name("DIR");
+  program.parse_complete_callback([&dataFolder] { zym::host::useDataFolder(dataFolder); });
   zym::host::addCalcCommand(program, exitCode);
   zym::host::addUnitsCommand(program);
+  zym::host::addLibraryCommands(program);
+  zym::host::addSettingsCommands(program);
+  zym::host::addStoreCommand(program, exitCode);
   try {
     program.parse(argc, argv);
   } catch (const CLI::Success& request) {
@@ -45,6 +57,7 @@ int main(int argc, char** argv) {
   } catch (const std::exception& error) {
     std::cerr << "zym: " << error.what() << '\n';
   }
+  zym::ZYMCoreDataModel::tearDown();
   std::cout.flush();
   if (!std::cout) {
     std::cerr << "zym: can't write to standard output\n";

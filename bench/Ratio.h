@@ -4,9 +4,16 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <vector>
 
 namespace zym {
+
+inline double medianOf(std::vector<double>& times) {
+  const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+  std::nth_element(times.begin(), middle, times.end());
+  return *middle;
+}
 
 /// Runs the work and, beside it, the same at the limit of what is possible, by turns, and reports
 /// the work's time, the limit's ("bare_us"), and the ratio of their medians, next to what the ratio
@@ -19,11 +26,6 @@ void measureRatio(benchmark::State& state, double atMost, Prepare prepare, Work 
     const Clock::time_point start = Clock::now();
     run();
     return std::chrono::duration<double>(Clock::now() - start).count();
-  };
-  const auto medianOf = [](std::vector<double>& times) {
-    const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
-    std::nth_element(times.begin(), middle, times.end());
-    return *middle;
   };
   std::vector<double> workTimes;
   std::vector<double> bareTimes;
@@ -49,4 +51,32 @@ void measureRatio(benchmark::State& state, double atMost, Work work, Bare bare) 
       state, atMost, [] {}, work, bare);
 }
 
+/// Times `work` beside `limit`, turn and turn about, and prints how many times longer the work
+/// takes by the medians of both, so that a busy machine shows as little as it can. Each does the
+/// same `count` of operations a call; what takes nanoseconds wants many.
+template <class Work, class Limit>
+void measure(benchmark::State& state, double count, Work work, Limit limit) {
+  using Clock = std::chrono::steady_clock;
+  std::vector<double> worked;
+  std::vector<double> limited;
+  for ([[maybe_unused]] auto turn : state) {
+    const auto start = Clock::now();
+    work();
+    const auto middle = Clock::now();
+    limit();
+    const auto end = Clock::now();
+    worked.push_back(std::chrono::duration<double>(middle - start).count());
+    limited.push_back(std::chrono::duration<double>(end - middle).count());
+    state.SetIterationTime(worked.back());
+  }
+  const double each = medianOf(worked) / count;
+  const double bound = medianOf(limited) / count;
+  state.counters["ns"] = each * 1e9;
+  state.counters["limit_ns"] = bound * 1e9;
+  state.counters["ratio"] = each / bound;
+}
+
 }  // namespace zym
+
+/// Registers a benchmark that uses `measure`.
+#define ZYM_BENCHMARK(function) BENCHMARK(function)->UseManualTime()

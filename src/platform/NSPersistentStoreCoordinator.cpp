@@ -55,4 +55,20 @@ bool NSPersistentStoreCoordinator::addPersistentStoreWithType_configuration_URL_
   }
 }
 
+std::vector<std::string> NSPersistentStoreCoordinator::integrityProblems() const {
+  std::vector<std::string> problems;
+  if (!store_) return problems;
+  SQLiteDatabase& database = store_->writer();
+  const std::lock_guard lock(database.mutex);
+  try {
+    SQLiteStatement check = database.statement("PRAGMA integrity_check");
+    while (check.step()) {
+      if (check.text(0) != "ok") problems.emplace_back(check.text(0));
+    }
+  } catch (const StoreFailure& failure) {
+    problems.push_back(failure.error.localizedDescription);
+  }
+  return problems;
+}
+
 }  // namespace zym

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "zymcore/platform/NSError.h"
 #include "zymcore/platform/NSManagedObjectModel.h"
@@ -61,6 +62,9 @@ class NSPersistentStoreCoordinator {
   bool addPersistentStoreWithType_configuration_URL_options(
       std::string_view type, const std::optional<std::string>& configuration,
       const std::filesystem::path& url, const PlistDictionary& options, NSError* error = nullptr);
+
+  /// What is wrong with the file of the store, in words; nothing when it is sound. Reads all of it.
+  [[nodiscard]] std::vector<std::string> integrityProblems() const;
 
   [[nodiscard]] const NSManagedObjectModel& managedObjectModel() const noexcept { return *model_; }
   /// Null before one was added.

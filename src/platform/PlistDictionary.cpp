@@ -1,6 +1,8 @@
 #include "zymcore/platform/PlistDictionary.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <map>
 #include <memory>
 #include <vector>
@@ -29,13 +31,23 @@ struct PlistDictionary::Storage : CowStorage {
 
   static char tagOf(KeyName key) noexcept { return static_cast<char>(key.hash() >> 24U); }
 
+  [[nodiscard]] const PlistValue* find(KeyName key) const noexcept {
+    const PlistEntry* const entry = likelyEntry(key);
+    return entry ? &entry->value : findElsewhere(key);
+  }
+
   [[nodiscard]] std::size_t positionOf(KeyName key) const noexcept {
+    const PlistEntry* const entry = likelyEntry(key);
+    return entry ? static_cast<std::size_t>(entry - entries.data()) : search(key);
+  }
+
+  [[nodiscard]] std::size_t search(KeyName key) const noexcept {
     if (index) {
       const auto found = index->find(key.text());
       return found == index->end() ? notFound : found->second;
     }
     std::size_t position = tags.find(tagOf(key));
-    while (position != notFound && !isAt(position, key)) {
+    while (position != notFound && !entries[position].key.isNamed(key)) {
       position = tags.find(tagOf(key), position + 1);
     }
     return position;
@@ -52,7 +64,7 @@ struct PlistDictionary::Storage : CowStorage {
   }
 
   void set(PlistKey&& key, PlistValue&& value) {
-    const std::size_t position = positionOf(key);
+    const std::size_t position = search(key);
     if (position == notFound) {
       append(std::move(key), std::move(value));
     } else {
@@ -78,9 +90,26 @@ struct PlistDictionary::Storage : CowStorage {
   }
 
  private:
-  [[nodiscard]] bool isAt(std::size_t position, KeyName key) const noexcept {
-    const PlistKey& there = entries[position].key;
-    return there.hash() == key.hash() && there.text() == key.text();
+  // Documents of a kind have their keys in the same places, so the last place of a key is tried
+  // before any search. Any thread may be wrong about it at no harm.
+  static inline std::array<std::atomic<std::uint8_t>, 1024> lastPlaces{};
+
+  [[nodiscard]] const PlistEntry* likelyEntry(KeyName key) const noexcept {
+    const std::size_t place =
+        lastPlaces[key.hash() % lastPlaces.size()].load(std::memory_order_relaxed);
+    const PlistEntry* const entry = entries.data() + place;
+    return place < entries.size() && entry->key.isNamed(key) ? entry : nullptr;
+  }
+
+  // Apart, so that the usual way needs no room for it.
+  [[nodiscard, gnu::noinline]] const PlistValue* findElsewhere(KeyName key) const noexcept {
+    const std::size_t position = search(key);
+    if (position == notFound) return nullptr;
+    if (position < mostScanned) {
+      lastPlaces[key.hash() % lastPlaces.size()].store(static_cast<std::uint8_t>(position),
+                                                       std::memory_order_relaxed);
+    }
+    return &entries[position].value;
   }
 
   void indexIfLarge() {
@@ -125,10 +154,7 @@ const PlistEntry* PlistDictionary::end() const noexcept {
 }
 
 const PlistValue* PlistDictionary::find(KeyName key) const noexcept {
-  const Storage* storage = storage_.get();
-  if (!storage) return nullptr;
-  const std::size_t position = storage->positionOf(key);
-  return position == Storage::notFound ? nullptr : &storage->entries[position].value;
+  return storage_.get() ? storage_.get()->find(key) : nullptr;
 }
 
 double PlistDictionary::doubleValue(KeyName key) const noexcept {

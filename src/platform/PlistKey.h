@@ -1,10 +1,13 @@
 #pragma once
 
 #include <atomic>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace zym {
@@ -16,28 +19,47 @@ namespace zym {
 /// It doesn't own its text.
 class KeyName {
  public:
-  explicit constexpr KeyName(std::string_view text) noexcept : text_(text), hash_(hashOf(text)) {}
+  explicit constexpr KeyName(std::string_view text) noexcept : KeyName(text, hashOf(text)) {}
 
-  [[nodiscard]] constexpr std::string_view text() const noexcept { return text_; }
+  [[nodiscard]] constexpr std::string_view text() const noexcept { return {text_, length_}; }
   [[nodiscard]] constexpr std::uint32_t hash() const noexcept { return hash_; }
 
  private:
   friend class PlistKey;
   constexpr KeyName(std::string_view text, std::uint32_t hash) noexcept
-      : text_(text), hash_(hash) {}
+      : text_(text.data()), length_(static_cast<std::uint32_t>(text.size())), hash_(hash) {}
 
-  // Eight bytes at a time, the last eight overlapping those before: keys are hashed as a document
-  // is read. A compiler sees one load in each of these sums.
-  static constexpr std::uint64_t load(const char* at, std::size_t count) noexcept {
+  // Up to eight bytes as a number, the first one lowest.
+  template <std::size_t count>
+  static constexpr std::uint64_t load(const char* at) noexcept {
     std::uint64_t word = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-      word |= std::uint64_t{static_cast<unsigned char>(at[i])} << (8 * i);
+    if (std::is_constant_evaluated() || std::endian::native != std::endian::little) {
+      for (std::size_t i = 0; i < count; ++i) {
+        word |= std::uint64_t{static_cast<unsigned char>(at[i])} << (8 * i);
+      }
+    } else {
+      std::memcpy(&word, at, count);
     }
     return word;
   }
-  static constexpr std::uint64_t load8(const char* at) noexcept { return load(at, 8); }
-  static constexpr std::uint64_t load4(const char* at) noexcept { return load(at, 4); }
 
+  [[nodiscard]] bool hasText(std::string_view text) const noexcept {
+    if (text.size() != length_) return false;
+    const char* const other = text.data();
+    if (length_ < 8) {
+      for (std::size_t i = 0; i < length_; ++i) {
+        if (text_[i] != other[i]) return false;
+      }
+      return true;
+    }
+    for (std::size_t i = 0; i + 8 < length_; i += 8) {
+      if (load<8>(text_ + i) != load<8>(other + i)) return false;
+    }
+    return load<8>(text_ + length_ - 8) == load<8>(other + length_ - 8);
+  }
+
+  // Eight bytes at a time, the last eight overlapping those before: keys are hashed as a document
+  // is read.
   static constexpr std::uint32_t hashOf(std::string_view text) noexcept {
     constexpr std::uint64_t factor = 0x9E3779B97F4A7C15U;
     const char* at = text.data();
@@ -48,17 +70,19 @@ class KeyName {
       hash ^= hash >> 32U;
     };
     if (text.size() >= 8) {
-      for (; end - at > 8; at += 8) mix(load8(at));
-      mix(load8(end - 8));
+      for (; end - at > 8; at += 8) mix(load<8>(at));
+      mix(load<8>(end - 8));
     } else if (text.size() >= 4) {
-      mix(load4(at) | load4(end - 4) << 32U);
+      mix(load<4>(at) | load<4>(end - 4) << 32U);
     } else {
-      mix(load(at, text.size()));
+      for (; at != end; ++at) mix(load<1>(at));
     }
-    return static_cast<std::uint32_t>(hash);
+    return static_cast<std::uint32_t>((hash * factor) >> 32U);
   }
 
-  std::string_view text_;
+  // Small enough to travel in registers.
+  const char* text_;
+  std::uint32_t length_;
   std::uint32_t hash_;
 };
 
@@ -84,6 +108,9 @@ class PlistKey {
 
   [[nodiscard]] std::string_view text() const noexcept { return text_->text; }
   [[nodiscard]] std::uint32_t hash() const noexcept { return text_->hash; }
+  [[nodiscard]] bool isNamed(KeyName name) const noexcept {
+    return text_->hash == name.hash() && name.hasText(text_->text);
+  }
   [[nodiscard]] KeyName name() const noexcept { return {text(), hash()}; }
 
   // NOLINTNEXTLINE(google-explicit-constructor): a key that is held names itself.

@@ -196,6 +196,7 @@ std::vector<NSManagedObject*> ObjectGraph::fetch(const NSFetchRequest& request) 
   {
     SQLiteDatabase& connection = database();
     const std::lock_guard lock(connection.mutex);
+    noticeOthers();
     SQLiteStatement rows = query.on(connection, table.columns);
     while (rows.step()) found.push_back(&objectFromRow(entity, rows));
   }

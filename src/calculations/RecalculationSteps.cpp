@@ -14,20 +14,22 @@ constexpr std::int64_t viggianoFormula = 3;
 
 }  // namespace
 
-bool isColouring(const PlistDictionary& fermentable) noexcept {
-  return fermentable.doubleValue(keys::Color) > 1000;
+Fermentable::Fermentable(const PlistDictionary& addition) noexcept
+    : amount(addition.doubleValue(keys::Amount)),
+      yield(addition.doubleValue(keys::Extract)),
+      colour(addition.doubleValue(keys::Color)),
+      isGrain(addition.boolValue(keys::IsGrain)) {
+  const std::string_view when = addition.stringValue(keys::When);
+  isMashed = when == words::InMashSteeped;
+  isBoiledFromTheStart = when == words::StartOfBoil;
 }
 
-double extractOf(const PlistDictionary& fermentable, double mashEfficiency) noexcept {
-  const double efficiency = fermentable.boolValue(keys::IsGrain) ? mashEfficiency : 100;
-  return fermentable.doubleValue(keys::Amount) * fermentable.doubleValue(keys::Extract) *
-         efficiency / 10000;
+double Fermentable::extract(double mashEfficiency) const noexcept {
+  return amount * yield * (isGrain ? mashEfficiency : 100) / 10000;
 }
 
-double maltColourUnitsOf(const PlistDictionary& fermentable, double wortVolume,
-                         double dilution) noexcept {
-  return fermentable.doubleValue(keys::Color) *
-         ZYMUnitConverter::convertGrammesToPounds(fermentable.doubleValue(keys::Amount)) /
+double Fermentable::maltColourUnits(double wortVolume, double dilution) const noexcept {
+  return colour * ZYMUnitConverter::convertGrammesToPounds(amount) /
          ZYMUnitConverter::convertMillilitresToUSGallons(wortVolume) * dilution;
 }
 

@@ -11,15 +11,24 @@ namespace zym::recalculation {
 /// Grams of extract in a millilitre of wort, times this, are gravity points of 0.001.
 inline constexpr double gravityPointsPerExtract = 386.5;
 
-/// A colouring this strong gives its colour directly, not by malt colour units.
-[[nodiscard]] bool isColouring(const PlistDictionary& fermentable) noexcept;
+/// What the calculations read of a fermentable addition.
+struct Fermentable {
+  double amount;  // grams
+  double yield;   // percent of it that is extract
+  double colour;  // degrees Lovibond
+  bool isGrain;
+  bool isMashed;
+  bool isBoiledFromTheStart;
 
-/// Grams; only grain takes the efficiency of the mash.
-[[nodiscard]] double extractOf(const PlistDictionary& fermentable, double mashEfficiency) noexcept;
+  explicit Fermentable(const PlistDictionary& addition) noexcept;
 
-/// Malt colour units in the given ml of wort, thinned.
-[[nodiscard]] double maltColourUnitsOf(const PlistDictionary& fermentable, double wortVolume,
-                                       double dilution) noexcept;
+  /// A colouring this strong gives its colour directly, not by malt colour units.
+  [[nodiscard]] bool isColouring() const noexcept { return colour > 1000; }
+  /// Grams; only grain takes the efficiency of the mash.
+  [[nodiscard]] double extract(double mashEfficiency) const noexcept;
+  /// Malt colour units in the given ml of wort, thinned.
+  [[nodiscard]] double maltColourUnits(double wortVolume, double dilution) const noexcept;
+};
 
 /// SG of that extract in grams in that many ml.
 [[nodiscard]] double gravityOf(double extract, double volume) noexcept;

@@ -65,24 +65,21 @@ Grist sumFermentables(const PlistDictionary& recipe, double dilution) {
   const double finalWortVolume = recipe.doubleValue(keys::FinalWortVolume);
   const double efficiency = recipe.doubleValue(keys::MashEfficiency);
   Grist grist;
-  for (const PlistDictionary& fermentable : recipe.rows(keys::FermentableIngredients)) {
-    const double amount = fermentable.doubleValue(keys::Amount);
-    const double extract = extractOf(fermentable, efficiency);
-    const std::string_view when = fermentable.stringValue(keys::When);
-    if (fermentable.boolValue(keys::IsGrain)) {
-      grist.grainWeight += amount;
+  for (const PlistDictionary& addition : recipe.rows(keys::FermentableIngredients)) {
+    const Fermentable fermentable(addition);
+    const double extract = fermentable.extract(efficiency);
+    if (fermentable.isGrain) {
+      grist.grainWeight += fermentable.amount;
       grist.grainExtract += extract;
     }
-    if (when == words::StartOfBoil) grist.boilStartExtract += extract;
-    if (isColouring(fermentable)) {
-      grist.colour.direct += amount / finalWortVolume * fermentable.doubleValue(keys::Color);
+    if (fermentable.isBoiledFromTheStart) grist.boilStartExtract += extract;
+    if (fermentable.isColouring()) {
+      grist.colour.direct += fermentable.amount / finalWortVolume * fermentable.colour;
     } else {
-      const double mcu = maltColourUnitsOf(fermentable, finalWortVolume, dilution);
+      const double mcu = fermentable.maltColourUnits(finalWortVolume, dilution);
       grist.colour.maltColourUnits += mcu;
       grist.colour.viggiano +=
-          when == words::InMashSteeped
-              ? fermentable.doubleValue(keys::Extract) / 100 * (efficiency / 100 * mcu)
-              : mcu;
+          fermentable.isMashed ? fermentable.yield / 100 * (efficiency / 100 * mcu) : mcu;
     }
     grist.extract += extract;
   }

@@ -41,9 +41,7 @@ double attenuationOf(const PlistDictionary& recipe) {
   return std::clamp(highest + (position - 1) * 2.5, 0.0, 100.0);
 }
 
-double finalGravityShiftOf(const PlistDictionary& fermentable, double extract, double attenuation) {
-  if (fermentable.boolValue(keys::IsGrain)) return 0;
-  const std::string_view name = fermentable.stringValue(keys::Ingredient);
+double finalGravityShiftOf(std::string_view name, double extract, double attenuation) {
   const auto isNamed = [name](std::string_view word) {
     return containsSubstring(name, word) ||
            containsSubstring(name, Localized_String(word, "ZYMBeerCalculations"));
@@ -62,29 +60,30 @@ Grist addFermentables(PlistDictionary& recipe, double efficiency, double dilutio
   const double finalWortVolume = recipe.doubleValue(keys::FinalWortVolume);
   const double attenuation = recipe.doubleValue(keys::Attenuation);
   Grist grist;
-  for (PlistDictionary& fermentable : recipe.editRows(keys::FermentableIngredients)) {
-    const std::string_view when = fermentable.stringValue(keys::When);
-    const bool isMashed = when == words::InMashSteeped;
-    const double amount = fermentable.doubleValue(keys::Amount);
-    const double extract = extractOf(fermentable, efficiency);
-    if (!isMashed) grist.nonMashExtract += extract;
-    if (when == words::StartOfBoil) grist.boilStartExtract += extract;
-    grist.finalGravityShift += finalGravityShiftOf(fermentable, extract, attenuation);
+  for (PlistDictionary& addition : recipe.editRows(keys::FermentableIngredients)) {
+    const Fermentable fermentable(addition);
+    const double extract = fermentable.extract(efficiency);
+    if (!fermentable.isMashed) grist.nonMashExtract += extract;
+    if (fermentable.isBoiledFromTheStart) grist.boilStartExtract += extract;
+    if (!fermentable.isGrain) {
+      grist.finalGravityShift +=
+          finalGravityShiftOf(addition.stringValue(keys::Ingredient), extract, attenuation);
+    }
 
-    const double mcu = maltColourUnitsOf(fermentable, finalWortVolume, dilution);
-    if (isColouring(fermentable)) {
-      grist.colour.direct += amount / finalWortVolume * fermentable.doubleValue(keys::Color);
+    const double mcu = fermentable.maltColourUnits(finalWortVolume, dilution);
+    if (fermentable.isColouring()) {
+      grist.colour.direct += fermentable.amount / finalWortVolume * fermentable.colour;
     } else {
       grist.colour.maltColourUnits += mcu;
       grist.colour.viggiano +=
-          isMashed ? efficiency / 100 * mcu * fermentable.doubleValue(keys::Extract) / 100 : mcu;
+          fermentable.isMashed ? efficiency / 100 * mcu * fermentable.yield / 100 : mcu;
     }
-    grist.amount += amount;
+    grist.amount += fermentable.amount;
     grist.extract += extract;
 
-    fermentable.setNumber(keys::MCUForAddition, mcu);
-    fermentable.setNumber(keys::GravityPointsForAddition,
-                          extract * gravityPointsPerExtract / finalWortVolume * dilution);
+    addition.setNumber(keys::MCUForAddition, mcu);
+    addition.setNumber(keys::GravityPointsForAddition,
+                       extract * gravityPointsPerExtract / finalWortVolume * dilution);
   }
   return grist;
 }

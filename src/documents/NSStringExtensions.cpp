@@ -37,17 +37,8 @@ constexpr char uppercaseASCII(char c) noexcept {
 // Two UTF-16 units side by side in a word.
 using LetterPair = std::uint32_t;
 
-void uppercase(std::string_view text, std::u16string& units) {
-  if (!isASCII(text)) {
-    units = UTF16String(uppercaseString(text));
-    return;
-  }
-  units.resize(text.size());
-  std::transform(text.begin(), text.end(), units.begin(), uppercaseASCII);
-}
-
 void takeLetterPairs(std::string_view text, std::u16string& units, std::vector<LetterPair>& pairs) {
-  uppercase(text, units);
+  uppercaseUTF16(text, units);
   pairs.clear();
   for (std::size_t i = 1; i < units.size(); ++i) {
     if (units[i - 1] == u' ' || units[i] == u' ') continue;

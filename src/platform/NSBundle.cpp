@@ -44,7 +44,7 @@ struct NSBundle::Content {
   std::string version;
 
   std::mutex mutex;
-  std::map<std::pair<std::string, std::string>, PlistDictionary> tables;  // by language, table
+  std::map<std::pair<std::string, std::string>, PlistDictionary> tables;  // by locale, table
 };
 
 namespace {
@@ -106,21 +106,29 @@ std::optional<std::string> NSBundle::pathForResource_ofType_inDirectory(
   return path;
 }
 
+// The more special a language, the more it has to say.
+PlistDictionary NSBundle::translations(const NSLocale& locale, const std::string& table) const {
+  const std::vector<std::string> languages = locale.languageIdentifiers();
+  PlistDictionary result;
+  for (auto language = languages.rbegin(); language != languages.rend(); ++language) {
+    const auto path = pathForResource_ofType_inDirectory(table, "strings", *language + ".lproj");
+    if (!path) continue;
+    for (const PlistEntry& entry : stringTable(*path)) {
+      if (entry.value.string()) result.set(entry.key, entry.value);
+    }
+  }
+  return result;
+}
+
 std::string NSBundle::localizedStringForKey_value_table(std::string_view key,
                                                         std::string_view value,
                                                         std::string_view table) const {
-  const std::string name(table.empty() ? "Localizable" : table);
-  const KeyName keyName(key);
-  const std::vector<std::string> languages = NSLocale::currentLocale().languageIdentifiers();
+  const NSLocale locale = NSLocale::currentLocale();
   const std::lock_guard lock(content_->mutex);
-  for (const std::string& language : languages) {
-    auto [entry, isNew] = content_->tables.try_emplace({language, name});
-    if (isNew) {
-      const auto path = pathForResource_ofType_inDirectory(name, "strings", language + ".lproj");
-      if (path) entry->second = stringTable(*path);
-    }
-    if (const std::string* text = entry->second.string(keyName)) return *text;
-  }
+  auto [entry, isNew] = content_->tables.try_emplace(
+      {locale.localeIdentifier(), std::string(table.empty() ? "Localizable" : table)});
+  if (isNew) entry->second = translations(locale, entry->first.second);
+  if (const std::string* text = entry->second.string(KeyName(key))) return *text;
   return std::string(value.empty() ? key : value);
 }
 

@@ -7,6 +7,9 @@
 
 namespace zym {
 
+class NSLocale;
+class PlistDictionary;
+
 /// A folder of resources. Any thread may read it.
 class NSBundle {
  public:
@@ -34,13 +37,15 @@ class NSBundle {
   /// The translation of the key into the language of the current locale, from
   /// "<language>.lproj/<table>.strings", a property list from keys to texts; an empty table means
   /// "Localizable". For a language with a region that of the language alone serves too. Without a
-  /// translation the value, and when that is empty the key. Each table is read once.
+  /// translation the value, and when that is empty the key. Tables are read once for a locale.
   [[nodiscard]] std::string localizedStringForKey_value_table(std::string_view key,
                                                               std::string_view value,
                                                               std::string_view table) const;
 
  private:
   struct Content;
+  [[nodiscard]] PlistDictionary translations(const NSLocale& locale,
+                                             const std::string& table) const;
   std::shared_ptr<Content> content_;
 };
 

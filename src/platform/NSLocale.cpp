@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <map>
 #include <mutex>
+#include <optional>
 
 namespace zym {
 namespace {
@@ -23,7 +24,7 @@ std::string canonicalIdentifier(std::string_view identifier) {
 
 struct CurrentLocale {
   std::mutex mutex;
-  std::string chosen;
+  std::optional<NSLocale> locale;
 };
 
 CurrentLocale& current() {
@@ -64,13 +65,15 @@ NSLocale::NSLocale(std::string_view localeIdentifier)
 
 NSLocale NSLocale::currentLocale() {
   const std::lock_guard lock(current().mutex);
-  return NSLocale(current().chosen.empty() ? icu::Locale::getDefault().getName()
-                                           : current().chosen);
+  std::optional<NSLocale>& locale = current().locale;
+  if (!locale) locale = NSLocale(icu::Locale::getDefault().getName());
+  return *locale;
 }
 
 void NSLocale::setCurrentLocale(std::string_view localeIdentifier) {
   const std::lock_guard lock(current().mutex);
-  current().chosen = localeIdentifier;
+  current().locale.reset();
+  if (!localeIdentifier.empty()) current().locale = NSLocale(localeIdentifier);
 }
 
 std::vector<std::string> NSLocale::languageIdentifiers() const {

@@ -2,6 +2,7 @@
 
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
+#include <unicode/ustring.h>
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
@@ -47,6 +48,13 @@ char32_t orReplacement(UChar32 character) noexcept {
 using CaseMapping = void (*)(const char* locale, std::uint32_t options, icu::StringPiece source,
                              icu::ByteSink& sink, icu::Edits* edits, UErrorCode& status);
 
+std::int32_t lengthForMapping(std::string_view text) {
+  if (text.size() > std::numeric_limits<std::int32_t>::max() / 4) {
+    throw std::length_error("text too long for case mapping");
+  }
+  return static_cast<std::int32_t>(text.size());
+}
+
 std::string mapped(std::string_view text, CaseMapping mapping, char first, char last) {
   std::string result;
   if (isASCII(text)) {
@@ -56,13 +64,9 @@ std::string mapped(std::string_view text, CaseMapping mapping, char first, char 
     });
     return result;
   }
-  if (text.size() > std::numeric_limits<std::int32_t>::max() / 4) {
-    throw std::length_error("text too long for case mapping");
-  }
   icu::StringByteSink<std::string> sink(&result);
   UErrorCode status = U_ZERO_ERROR;
-  mapping("", 0, icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink,
-          nullptr, status);
+  mapping("", 0, icu::StringPiece(text.data(), lengthForMapping(text)), sink, nullptr, status);
   return result;
 }
 
@@ -74,6 +78,26 @@ std::string uppercaseString(std::string_view text) {
 
 std::string lowercaseString(std::string_view text) {
   return mapped(text, &icu::CaseMap::utf8ToLower, 'A', 'Z');
+}
+
+void uppercaseUTF16(std::string_view text, std::u16string& units) {
+  if (isASCII(text)) {
+    units.resize(text.size());
+    std::transform(text.begin(), text.end(), units.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? c ^ 0x20 : c; });
+    return;
+  }
+  // In upper case a unit becomes three at most. The text is decoded behind the room for that.
+  const std::int32_t length = lengthForMapping(text);
+  const std::int32_t room = 3 * length;
+  units.resize(static_cast<std::size_t>(room + length));
+  char16_t* const decoded = units.data() + room;
+  std::int32_t decodedLength = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  u_strFromUTF8WithSub(decoded, length, &decodedLength, text.data(), length, replacement, nullptr,
+                       &status);
+  units.resize(static_cast<std::size_t>(
+      icu::CaseMap::toUpper("", 0, decoded, decodedLength, units.data(), room, nullptr, status)));
 }
 
 bool isASCII(std::string_view text) noexcept {

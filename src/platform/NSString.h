@@ -12,6 +12,9 @@ namespace zym {
 // By the rules of Unicode and of no particular language. Bytes that aren't UTF-8 stay.
 [[nodiscard]] std::string uppercaseString(std::string_view text);
 [[nodiscard]] std::string lowercaseString(std::string_view text);
+/// `units` becomes the text in upper case as UTF-16; memory is taken only where its own is too
+/// little.
+void uppercaseUTF16(std::string_view text, std::u16string& units);
 
 /// Exact, byte by byte; true for an empty `other`.
 [[nodiscard]] inline bool containsString(std::string_view text, std::string_view other) noexcept {

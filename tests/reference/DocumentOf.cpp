@@ -19,6 +19,8 @@ class Converter {
   }
   PlistDictionary operator()(const PlainFermentable& row) const {
     PlistDictionary result = addition(row);
+    result.set(keys::Moisture, "4.0");
+    result.set(keys::MustBeMashed, "1");
     given(result, row, fermentableGiven);
     written(result, row, fermentableWritten);
     return result;
@@ -45,7 +47,7 @@ class Converter {
     return result;
   }
   PlistDictionary operator()(const PlainRecipe& recipe) const {
-    PlistDictionary result{{keys::RecipeTitle, "Ordinary"}, {keys::BoilDuration, "60"}};
+    PlistDictionary result = beside();
     given(result, recipe, recipeGiven);
     rows(result, keys::FermentableIngredients, recipe.fermentables);
     rows(result, keys::HopIngredients, recipe.hops);
@@ -70,6 +72,32 @@ class Converter {
   }
 
  private:
+  // What else there is in a recipe.
+  static PlistDictionary beside() {
+    PlistDictionary result{{keys::UUID, "0E984725-C51C-4BF4-9960-E1C80E27ABA0"},
+                           {keys::RecipeTitle, "Ordinary"},
+                           {keys::DateLastModified, NSDate()},
+                           {keys::StyleUUID, "16FD2706-8BAF-433B-82EB-8C7FADA847DA"},
+                           {keys::StyleGuidelinesSource, "1.000000"},
+                           {keys::MashType, "Full Mash"},
+                           {keys::BoilDuration, "60"},
+                           {keys::WaterProfileUsed, "Burton"},
+                           {keys::MashpH, "5.2"},
+                           {keys::Acid, "Unadjusted"},
+                           {keys::FermentationTemperature, "18.0"},
+                           {keys::Carbonation, "Nothing"},
+                           {keys::CarbonationVolumes, "0.0"},
+                           {keys::Conditioning, "Lagered for 4 weeks"},
+                           {keys::Notes, "Keeps well."}};
+    for (const KeyName salt :
+         {keys::MgSO4, keys::CaCO3, keys::CaSO4, keys::NaCl, keys::CaCl2, keys::NaHCO3,
+          keys::MgSO4InGrammes, keys::CaCO3InGrammes, keys::CaSO4InGrammes, keys::NaClInGrammes,
+          keys::CaCl2InGrammes, keys::NaHCO3InGrammes}) {
+      result.set(salt, "0.0");
+    }
+    return result;
+  }
+
   template <class Row, std::size_t n>
   void given(PlistDictionary& to, const Row& row, const Field<Row> (&fields)[n]) const {
     for (const Field<Row>& field : fields) {
@@ -93,7 +121,9 @@ class Converter {
   }
   template <class Row>
   PlistDictionary addition(const Row& row) const {
-    PlistDictionary result{{keys::UUID, "6F9619FF"}, {keys::Description, "As bought."}};
+    PlistDictionary result{{keys::UUID, "6F9619FF-8B86-4D01-B42D-00CF4FC964FF"},
+                           {keys::DateLastModified, NSDate()},
+                           {keys::Description, "Malted, kilned or grown with care, as bought."}};
     rows(result, keys::Batches, row.stock);
     return result;
   }

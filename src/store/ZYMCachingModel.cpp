@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/NSStringExtensions.h"
@@ -45,6 +46,27 @@ bool holdsAll(const PlistDictionary& record, const PlistDictionary& keysAndValue
     const PlistValue* value = record.find(entry.key);
     return value && *value == entry.value;
   });
+}
+
+PlistDictionary recordOf(NSManagedObject& object) {
+  return static_cast<ZYMRecordEntity&>(object).dictionaryRepresentation().value_or(
+      PlistDictionary());
+}
+
+template <class TextAt>
+std::int64_t indexOfMostSimilar(std::string_view text, std::size_t count, TextAt textAt) {
+  double best = -1.0;
+  std::int64_t bestIndex = -1;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::string_view other = textAt(i);
+    double score = similarityWithString(text, other);
+    if (score > 0.99 && isEqualTo(text, other)) score = 1.1;
+    if (score > best) {
+      best = score;
+      bestIndex = static_cast<std::int64_t>(i);
+    }
+  }
+  return bestIndex;
 }
 
 std::string_view textOf(const PlistValue& element, const std::optional<KeyName>& key) {
@@ -190,39 +212,30 @@ PlistDictionary ZYMCachingModel::firstIngredient() {
 std::int64_t ZYMCachingModel::indexOfMostSimilarObjectToString_inArray_forKey(
     std::string_view text, const PlistArray* array, const std::optional<KeyName>& key) {
   if (!array) return NSNotFound;
-  double best = -1.0;
-  std::int64_t bestIndex = -1;
-  std::int64_t index = 0;
-  for (const PlistValue& element : *array) {
-    const std::string_view other = textOf(element, key);
-    double score = similarityWithString(text, other);
-    if (score > 0.99 && isEqualTo(text, other)) score = 1.1;
-    if (score > best) {
-      best = score;
-      bestIndex = index;
-    }
-    ++index;
-  }
-  return bestIndex;
+  return indexOfMostSimilar(text, array->size(),
+                            [&](std::size_t i) { return textOf(*array->find(i), key); });
 }
 
+// Only the record that is found is made, unless values are asked for.
 PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingKeysAndValues(
     std::string_view text, const PlistDictionary* keysAndValues) {
-  PlistArray candidates = allItems();
+  Objects candidates = objectsSortedOnName();
   if (keysAndValues) {
-    PlistArray matching;
-    for (const PlistValue& item : candidates) {
-      if (holdsAll(*item.dictionary(), *keysAndValues)) matching.append(item);
-    }
+    Objects matching;
+    std::ranges::copy_if(candidates, std::back_inserter(matching), [&](NSManagedObject* object) {
+      return holdsAll(recordOf(*object), *keysAndValues);
+    });
     if (!matching.empty()) candidates = matching;
   }
-  const std::int64_t index =
-      indexOfMostSimilarObjectToString_inArray_forKey(text, &candidates, nameKeyInRecords_);
+  const std::int64_t index = indexOfMostSimilar(text, candidates.size(), [&](std::size_t i) {
+    const std::string* name = candidates[i]->stringForKey(attributes::name);
+    return name ? std::string_view(*name) : std::string_view();
+  });
   if (index < 0) {
     throw NSException(NSRangeException,
                       "index -1 beyond bounds for array of " + std::to_string(candidates.size()));
   }
-  return *candidates.find(static_cast<std::size_t>(index))->dictionary();
+  return recordOf(*candidates[static_cast<std::size_t>(index)]);
 }
 
 std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> ZYMCachingModel::objectsByUUID()

@@ -38,6 +38,13 @@ class NSFetchedProperties {
   void addRow(std::int64_t key) { keys_.push_back(key); }
   void addValue(std::optional<PlistValue> value) { values_.push_back(std::move(value)); }
 
+  struct Order {
+    std::size_t column;
+    bool ascending;
+  };
+  /// Sorts the rows as `NSSortDescriptor` does, first by the first column.
+  void sort(const std::vector<Order>& order);
+
  private:
   std::size_t columns_;
   std::vector<std::int64_t> keys_;

@@ -33,7 +33,12 @@ void ObjectGraph::setCoordinator(std::shared_ptr<NSPersistentStoreCoordinator> c
   coordinator_ = std::move(coordinator);
   objects_.resize(model().entities().size());
   dirtyCounts_.resize(model().entities().size());
-  if (type_ == NSPrivateQueueConcurrencyType) reader_ = store().newReader();
+  if (type_ != NSPrivateQueueConcurrencyType) return;
+  try {
+    reader_ = store().newReader();
+  } catch (const StoreFailure& failure) {
+    NSLog(failure.error.localizedDescription);  // It shares the connection that writes, then.
+  }
 }
 
 void ObjectGraph::perform(const std::function<void()>& block) {
@@ -145,6 +150,12 @@ NSManagedObject& ObjectGraph::objectFromRow(const NSEntityDescription& entity,
   object.alive_ = true;
   object.stored_ = true;
   return object;
+}
+
+// A row that somebody else related to an object here is none of its own rows, so only SQLite knows.
+void ObjectGraph::noticeOthers() {
+  const std::int64_t version = database().integer("PRAGMA data_version");
+  if (std::exchange(dataVersion_, version) != version) forgetToMany();
 }
 
 void ObjectGraph::forgetToMany() {

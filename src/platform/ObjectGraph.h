@@ -131,6 +131,7 @@ class ObjectGraph {
   static NSManagedObject::Values& emptyValues(NSManagedObject& object);
   void readRow(NSManagedObject& object, const SQLiteStatement& row);
   NSManagedObject& objectFromRow(const NSEntityDescription& entity, const SQLiteStatement& row);
+  void noticeOthers();
   void forgetToMany();
   [[nodiscard]] std::optional<NSData> storedDocument(const NSManagedObject& object,
                                                      std::size_t attribute);
@@ -184,6 +185,7 @@ class ObjectGraph {
 
   std::vector<Objects> objects_;  // By the position of their entity.
   std::int64_t lastTemporaryKey_ = 0;
+  std::int64_t dataVersion_ = 0;
   std::vector<NSManagedObject*> dirty_;  // In the order of their first change.
   std::vector<std::size_t> dirtyCounts_;
   /// Pairs that differ from the store: true where they are together now.

@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <malloc.h>
 
 #include "LibraryStore.h"
 #include "zymcore/platform/NSException.h"
@@ -188,6 +189,40 @@ TEST_F(NSFetchTest, CountsRelatedObjectsWithoutMakingThem) {
     EXPECT_THAT(counts("Tag"), ElementsAre(3));
     save();
   }
+}
+
+TEST_P(NSFetchRequestTest, SortsPropertiesAsItSortsObjects) {
+  for (const bool ascending : {true, false}) {
+    for (const auto& keys :
+         {std::vector<KeyName>{key::name, key::born, key::rank}, std::vector<KeyName>{key::name}}) {
+      NSFetchRequest wanted = request("Author");
+      wanted.setSortDescriptors({{key::born, ascending}, {key::rank, false}});
+      const auto rows = context->propertiesForFetchRequest(wanted, keys);
+      ASSERT_TRUE(rows);
+      Names names;
+      for (std::size_t i = 0; i < rows->size(); ++i) {
+        names.push_back(rows->string(i, 0) ? *rows->string(i, 0) : "-");
+      }
+      EXPECT_EQ(names, namesOf(fetch(wanted)));
+    }
+  }
+}
+
+TEST_F(NSFetchTest, WalkingAllDocumentsKeepsNoneOfThem) {
+  constexpr int count = 500;
+  constexpr std::size_t length = 12000;
+  context->setUndoManager(nullptr);
+  for (int i = 0; i < count; ++i) {
+    context->insertNewObjectForEntityForName("Book")->setDocument_forKey(
+        NSData(std::string(length, 'd')), key::text);
+  }
+  save();
+  const auto bytesInUse = [] { return ::mallinfo2().uordblks; };
+  const std::size_t before = bytesInUse();
+  for (const NSManagedObject* const book : fetch(request("Book"))) {
+    ASSERT_EQ(book->documentForKey(key::text)->length(), length);
+  }
+  EXPECT_LT(bytesInUse(), before + count * length / 10);
 }
 
 TEST_F(NSFetchTest, SortsASetOfObjects) {

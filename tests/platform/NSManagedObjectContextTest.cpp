@@ -311,6 +311,20 @@ TEST_F(NSManagedObjectContextTest, AFetchTakesOverWhatSomebodyElseSaved) {
   save();
 }
 
+TEST_F(NSManagedObjectContextTest, AFetchNoticesWhatSomebodyElseRelated) {
+  NSManagedObject* const author = insert("Author", "A");
+  save();
+  EXPECT_THAT(author->objectsForKey(key::books), IsEmpty());
+  const auto other = contextOn(openLibrary(path()));
+  other->setUndoManager(nullptr);
+  other->insertNewObjectForEntityForName("Book")->setObject_forKey(
+      other->objectWithID(author->objectID()), key::author);
+  ASSERT_TRUE(other->save());
+  group([&] { context->deleteObject(*named("Author", "A")); });
+  save();
+  EXPECT_THAT(fetch(request("Book")), IsEmpty());
+}
+
 TEST_F(NSManagedObjectContextTest, DeletingWhatSomebodyElseRelatedLeavesNothingDangling) {
   NSManagedObject* const author = insert("Author", "A");
   NSManagedObject* const tag = insert("Tag", "T");

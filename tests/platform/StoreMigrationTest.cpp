@@ -225,6 +225,8 @@ TEST_F(StoreMigrationTest, TakesInWhatIsStillInTheLog) {
   ::waitpid(child, &status, 0);
   ASSERT_EQ(status, 0);
   ASSERT_TRUE(std::filesystem::exists(path() + "-wal"));
+  EXPECT_TRUE(NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(NSSQLiteStoreType,
+                                                                                 path()));
   const auto coordinator = openStore(path(), modelFrom(libraryDescription()), migrating());
   ASSERT_TRUE(coordinator);
   const auto context = contextOn(coordinator);

@@ -1,0 +1,130 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "app/Program.h"
+#include "zymcore/platform/NSJSONSerialization.h"
+
+namespace zym {
+namespace {
+
+using test::Outcome;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+class Library : public ::testing::Test {
+ protected:
+  Outcome zym(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.end(), {"--data", data});
+    return test::run(arguments);
+  }
+  std::string output(std::vector<std::string> arguments) const {
+    const Outcome outcome = zym(std::move(arguments));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    return outcome.out;
+  }
+  test::TemporaryFolder folder;
+  std::string data = folder.path() / "data";
+};
+
+TEST_F(Library, IsFilledOnTheFirstRunAndSaysSo) {
+  const Outcome first = zym({"list", "waters"});
+  EXPECT_EQ(first.exitCode, 0);
+  EXPECT_THAT(first.err, StartsWith("zym: made a new store with "));
+  EXPECT_THAT(first.out, HasSubstr("Burton On Trent"));
+  const Outcome second = zym({"list", "waters"});
+  EXPECT_EQ(second.err, "");
+  EXPECT_EQ(second.out, first.out);
+}
+
+TEST_F(Library, EveryKindListsAsTextAndAsJSON) {
+  for (const char* kind : {"fermentables", "hops", "yeasts", "others", "waters", "suppliers",
+                           "schedules", "profiles", "styles"}) {
+    (void)output({"list", kind});
+    const auto records =
+        NSJSONSerialization::JSONObjectWithData_options(output({"list", kind, "--json"}), 0);
+    ASSERT_TRUE(records && records->array()) << kind;
+  }
+}
+
+TEST_F(Library, RecordsAreMadeChangedCopiedAndRemoved) {
+  (void)output({"new", "fermentable", "My Malt", "Extract=80", "Color=19.7 EBC", "IsGrain=no"});
+  EXPECT_THAT(output({"show", "fermentable", "my m"}), HasSubstr("80.0 %"));
+  (void)output({"edit", "fermentable", "My Malt", "Yield=75.5", "Name=Our Malt"});
+  const std::string shown = output({"show", "fermentable", "Our Malt", "--json"});
+  EXPECT_THAT(shown, HasSubstr("\"Extract\": \"75.500000\""));
+  EXPECT_THAT(shown, HasSubstr("\"IsGrain\": \"0\""));
+  EXPECT_EQ(output({"copy", "fermentable", "Our Malt"}), "Our Malt-copy\n");
+  (void)output({"remove", "fermentable", "Our Malt"});
+  const Outcome gone = zym({"show", "fermentable", "Our Malt!"});
+  EXPECT_EQ(gone.exitCode, 1);
+  EXPECT_THAT(gone.err, HasSubstr("the nearest name is '"));
+}
+
+TEST_F(Library, WhatIsAmbiguousNamesTheCandidates) {
+  const Outcome outcome = zym({"show", "fermentable", "US Caramel"});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.err, HasSubstr("US Caramel 60"));
+  EXPECT_THAT(outcome.err, HasSubstr("US Caramel 120"));
+  EXPECT_THAT(output({"show", "schedule", "double"}), HasSubstr("Pull decoction"));
+}
+
+TEST_F(Library, NearestNamesComeWithTheirScores) {
+  EXPECT_THAT(output({"list", "fermentables", "--like", "Marris Oter"}),
+              HasSubstr("0.696  UK Maris Otter Pale Malt"));
+}
+
+TEST_F(Library, NothingIsStoredWhenAValueIsRefused) {
+  const std::string before = output({"list", "hops"});
+  for (const std::vector<std::string>& bad : std::initializer_list<std::vector<std::string>>{
+           {"new", "hop", "X", "Alpha=strong"},
+           {"new", "hop", "X", "Colour=3"},
+           {"new", "hop", "X", "Alpha"},
+           {"edit", "profile", "50", "PreferredRecipeType=Mead"},
+           {"list", "beers"},
+           {"new", "style", "X"},
+           {"set", "Units", "furlongs"},
+           {"set", "Nothing", "1"}}) {
+    EXPECT_EQ(zym(bad).exitCode, 2) << bad[0] << bad[1];
+  }
+  EXPECT_EQ(output({"list", "hops"}), before);
+}
+
+TEST_F(Library, SettingsAreKept) {
+  (void)output({"set", "Units", "US"});
+  (void)output({"set", "PreferredStyleGuidelines", "2008"});
+  (void)output({"set", "Locale", "de_DE"});
+  EXPECT_THAT(output({"settings"}), HasSubstr("Units                      US"));
+  EXPECT_THAT(output({"show", "profile", "50"}), HasSubstr("16,64 US gals"));
+  EXPECT_THAT(output({"list", "styles"}), HasSubstr("Lite American Lager"));
+}
+
+TEST_F(Library, TheDefaultProfileIsChosen) {
+  EXPECT_THAT(output({"profile", "default"}), StartsWith("10 l Kitchen, Brew in a Bag"));
+  (void)output({"profile", "default", "50"});
+  EXPECT_EQ(output({"profile", "default"}), "50 l System\n");
+}
+
+TEST_F(Library, TheStoreTellsAboutItself) {
+  const std::string info = output({"store", "info"});
+  EXPECT_THAT(info, HasSubstr("sound"));
+  EXPECT_THAT(info, HasSubstr(data + "/Wortmeister.sqlite"));
+  EXPECT_THAT(info, HasSubstr("ZYMHopEntity              200"));
+}
+
+TEST_F(Library, AFileThatIsNoStoreIsNamedAndLeftAlone) {
+  std::filesystem::create_directories(data);
+  for (const std::string& content :
+       {std::string(), std::string("garbage"), std::string(100000, 'x')}) {
+    std::ofstream(data + "/Wortmeister.sqlite", std::ios::trunc) << content;
+    const Outcome outcome = zym({"list", "hops"});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("Wortmeister.sqlite"));
+    EXPECT_EQ(test::contentOf(data + "/Wortmeister.sqlite"), content);
+  }
+}
+
+}  // namespace
+}  // namespace zym

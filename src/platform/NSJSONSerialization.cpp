@@ -1,17 +1,27 @@
 #include "zymcore/platform/NSJSONSerialization.h"
 
-#include <rapidjson/error/en.h>
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/reader.h>
 #include <unicode/ucnv.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <limits>
 #include <memory>
 
 #include "zymcore/platform/NSString.h"
+#include "zymcore/platform/NumberText.h"
 #include "zymcore/platform/PlistBuilder.h"
+
+// An empty stack of RapidJSON adds to a null pointer before it takes memory, which a sanitizer
+// would stop at.
+#ifdef __clang__
+#pragma clang attribute push(__attribute__((no_sanitize("pointer-overflow"))), apply_to = function)
+#endif
+#include <rapidjson/error/en.h>
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/reader.h>
+#ifdef __clang__
+#pragma clang attribute pop
+#endif
 
 namespace zym {
 namespace {
@@ -27,34 +37,46 @@ std::nullopt_t refuse(NSError* error, std::int64_t code, std::string description
 // What the reader meets, handed on to the builder. Null is the one value a tree has no kind for.
 class Handler {
  public:
-  explicit Handler(PlistBuilder& builder) noexcept : builder_(builder) {}
+  /// A text with escapes may name half a surrogate pair, which the reader doesn't mind.
+  Handler(PlistBuilder& builder, bool hasEscapes) noexcept
+      : builder_(builder), hasEscapes_(hasEscapes) {}
 
   bool Null() {
     if (builder_.isInDictionary()) builder_.dropKey();
     return true;
   }
   bool Bool(bool flag) { return builder_.addValue(flag); }
-  bool Int(int number) { return builder_.addValue(number); }
-  bool Uint(unsigned number) { return builder_.addValue(number); }
-  bool Int64(std::int64_t number) { return builder_.addValue(number); }
-  bool Uint64(std::uint64_t number) {
-    constexpr auto largest = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-    return number > largest ? builder_.addValue(static_cast<double>(number))
-                            : builder_.addValue(number);
+  bool RawNumber(const char* text, rapidjson::SizeType length, bool) {
+    const std::string_view number(text, length);
+    std::int64_t integer = 0;
+    const auto read = std::from_chars(text, text + length, integer);
+    if (read.ec == std::errc() && read.ptr == text + length) return builder_.addValue(integer);
+    const double real = doubleValue(number);
+    if (std::isinf(real)) return refuse("a number too big");
+    return builder_.addValue(real);
   }
-  bool Double(double number) { return builder_.addValue(number); }
-  bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }
   bool String(const char* text, rapidjson::SizeType length, bool) {
-    return builder_.addValue(std::string_view(text, length));
+    return isText({text, length}) && builder_.addValue(std::string_view(text, length));
   }
   bool StartObject() { return builder_.beginDictionary(); }
   bool Key(const char* text, rapidjson::SizeType length, bool) {
+    if (!isText({text, length})) return false;
     builder_.addKey(KeyName(std::string_view(text, length)));
     return true;
   }
   bool EndObject(rapidjson::SizeType) { return end(); }
   bool StartArray() { return builder_.beginArray(); }
   bool EndArray(rapidjson::SizeType) { return end(); }
+  // Numbers come as they stand.
+  bool Int(int) { return false; }
+  bool Uint(unsigned) { return false; }
+  bool Int64(std::int64_t) { return false; }
+  bool Uint64(std::uint64_t) { return false; }
+  bool Double(double) { return false; }
+
+  [[nodiscard]] const char* refusal() const noexcept {
+    return refusal_ ? refusal_ : builder_.refusal();
+  }
 
  private:
   bool end() {
@@ -62,7 +84,17 @@ class Handler {
     return true;
   }
 
+  bool refuse(const char* refusal) noexcept {
+    refusal_ = refusal;
+    return false;
+  }
+  bool isText(std::string_view text) noexcept {
+    return !hasEscapes_ || isUTF8(text) || refuse("half a surrogate pair");
+  }
+
   PlistBuilder& builder_;
+  bool hasEscapes_;
+  const char* refusal_ = nullptr;
 };
 
 std::string place(std::string_view text, std::size_t offset) {
@@ -120,16 +152,17 @@ std::optional<PlistValue> read(std::string_view text, NSError* error) {
   // The reader undoes the escapes where they stand.
   std::string scratch(text);
 
+  // Its own reading of reals leaves the defined ground of the language here and there.
   constexpr unsigned flags = rapidjson::kParseInsituFlag | rapidjson::kParseIterativeFlag |
-                             rapidjson::kParseFullPrecisionFlag;
+                             rapidjson::kParseNumbersAsStringsFlag;
   PlistBuilder builder(NSJSONSerialization::mostValues, NSJSONSerialization::mostLevels);
-  Handler handler(builder);
+  Handler handler(builder, text.find("\\u") != std::string_view::npos);
   rapidjson::InsituStringStream stream(scratch.data());
   rapidjson::Reader reader;
   const rapidjson::ParseResult result = reader.Parse<flags>(stream, handler);
 
   if (result.Code() == rapidjson::kParseErrorTermination) {
-    return refuse(error, readCorruptError, place(text, result.Offset()) + builder.refusal());
+    return refuse(error, readCorruptError, place(text, result.Offset()) + handler.refusal());
   }
   if (result.IsError()) {
     return refuse(error, readCorruptError,

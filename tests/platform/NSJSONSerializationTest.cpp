@@ -61,6 +61,10 @@ TEST(NSJSONSerialization, ReadsNumbersToTheLastBit) {
       {"0.30000000000000004", 0.1 + 0.2},
       {"2.2250738585072011e-308", 0x0.fffffffffffffp-1022},
       {"5e-324", 5e-324},
+      {"1e-999", 0.0},
+      {"0e237", 0.0},
+      {"-0", 0},
+      {"-1.5E+1", -15.0},
   };
   for (const Case& c : cases) {
     const auto back = read("["s + c.text + "]");
@@ -96,10 +100,15 @@ TEST(NSJSONSerialization, RefusesWhatIsNoDocumentAndSaysWhere) {
       {"[\"\xFF\"]", "line 1, column 3: bytes that aren't UTF-8"},
       {"[\"\xED\xA0\x80\"]", "UTF-8"},
       {"[\"\\ud800\"]", "surrogate pair"},
+      {"[\"\\udc00\"]", "line 1, column 10: half a surrogate pair"},
+      {"{\"\\udc00\":1}", "half a surrogate pair"},
       {"[\"a", "quotation mark"},
       {"[\"\n\"]", "line 1, column 3: Invalid"},
       {"[NaN]", "Invalid value"},
       {"[1e999]", "Number too big"},
+      {"[1.8e308]", "line 1, column 2: a number too big"},
+      {"[01]", "Missing a comma"},
+      {"[1.]", "Miss fraction"},
       {"['a']", "Invalid value"},
       {std::string(1'000'000, '['), "line 1, column 513: containers nested too deep"},
       {"{\"a\":" + std::string(600, '['), "too deep"},

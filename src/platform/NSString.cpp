@@ -177,4 +177,35 @@ std::u32string UTF32String(std::string_view text) {
   return result;
 }
 
+std::string stringWithFormat(std::string_view format,
+                             std::initializer_list<std::string_view> arguments) {
+  std::string text;
+  std::size_t next = 0;
+  while (true) {
+    const std::size_t percent = format.find('%');
+    text += format.substr(0, percent);
+    if (percent == std::string_view::npos) return text;
+    format.remove_prefix(percent);
+
+    std::size_t argument = next;
+    std::string_view conversion = format.substr(1);
+    if (conversion.size() > 1 && conversion[0] >= '1' && conversion[0] <= '9' &&
+        conversion[1] == '$') {
+      argument = static_cast<std::size_t>(conversion[0] - '1');
+      conversion.remove_prefix(2);
+    }
+    const std::size_t length = conversion.starts_with("@")    ? 1
+                               : conversion.starts_with("ld") ? 2
+                                                              : 0;
+    if (length > 0 && argument < arguments.size()) {
+      text += arguments.begin()[argument];
+      next = argument + 1;
+      format = conversion.substr(length);
+    } else {
+      text += '%';
+      format.remove_prefix(format.starts_with("%%") ? 2 : 1);
+    }
+  }
+}
+
 }  // namespace zym

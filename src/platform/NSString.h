@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,12 @@ void uppercaseUTF16(std::string_view text, std::u16string& units);
 [[nodiscard]] inline bool containsString(std::string_view text, std::string_view other) noexcept {
   return text.find(other) != std::string_view::npos;
 }
+
+/// A format whose every "%@" and "%ld" is replaced by the next argument, in text, and "%2$@" or
+/// "%2$ld" by the second, as a translation may want it. "%%" is a percent sign. What isn't one of
+/// these, or refers to no argument, stays.
+[[nodiscard]] std::string stringWithFormat(std::string_view format,
+                                           std::initializer_list<std::string_view> arguments);
 
 [[nodiscard]] bool isASCII(std::string_view text) noexcept;
 [[nodiscard]] bool isUTF8(std::string_view text) noexcept;

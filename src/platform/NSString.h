@@ -22,12 +22,6 @@ void uppercaseUTF16(std::string_view text, std::u16string& units);
   return text.find(other) != std::string_view::npos;
 }
 
-/// A format whose every "%@" and "%ld" is replaced by the next argument, in text, and "%2$@" or
-/// "%2$ld" by the second, as a translation may want it. "%%" is a percent sign. What isn't one of
-/// these, or refers to no argument, stays.
-[[nodiscard]] std::string stringWithFormat(std::string_view format,
-                                           std::initializer_list<std::string_view> arguments);
-
 [[nodiscard]] bool isASCII(std::string_view text) noexcept;
 [[nodiscard]] bool isUTF8(std::string_view text) noexcept;
 /// How many bytes there are before the first that isn't UTF-8.
@@ -42,5 +36,11 @@ void uppercaseUTF16(std::string_view text, std::u16string& units);
 [[nodiscard]] std::string stringWithUTF16(std::u16string_view units);
 
 [[nodiscard]] std::u32string UTF32String(std::string_view text);
+
+/// The format with an argument in place of each "%@", "%ld" and "%lu", in order, or of "%1$@" by
+/// its number, as translations want it; "%%" is a "%". The arguments are text already. One that is
+/// missing is empty, and what is none of these stays, so that a wrong translation does no harm.
+[[nodiscard]] std::string stringWithFormat(std::string_view format,
+                                           std::initializer_list<std::string_view> arguments);
 
 }  // namespace zym

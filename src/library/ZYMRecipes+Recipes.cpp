@@ -5,6 +5,7 @@
 #include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/library/DocumentUpdate.h"
 #include "zymcore/library/ProfileValues.h"
+#include "zymcore/library/RecipeInsertion.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/ZYMRecipes.h"
@@ -81,20 +82,6 @@ void setFirstWater(PlistDictionary& recipe) {
   recipe.set(keys::TargetWaterProfileUsedUUID, waters.front().uuid);
   recipe.set(keys::BaseWaterProfileUsedUUID, waters.front().uuid);
   recipe.set(keys::WaterProfileUsed, waters.front().name);
-}
-
-ZYMRecipeEntity& insertRecipe(PlistDictionary& recipe) {
-  ZYMRecipeEntity& object = ZYMRecipeEntity::insertInContext(mainContext());
-  object.updateWithDictionaryRepresentation(recipe);
-  return object;
-}
-
-void joinGroup(ZYMRecipeEntity& recipe, std::string_view groupUUID) {
-  ZYMGroupEntity* group =
-      groupUUID.empty() ? nullptr : ZYMGroupEntity::onlyObjectWithUUID(nullptr, groupUUID);
-  if (!group) return;
-  group->addRecipesObject(recipe);
-  group->setDateLastModified(NSDate::date());
 }
 
 /// The record of an object as that of another one, with "-copy" after its title.

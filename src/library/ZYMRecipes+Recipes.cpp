@@ -51,9 +51,9 @@ constexpr Initial initialTexts[] = {
     {keys::MashpH, "5.2"},
     {keys::Acid, "Unadjusted"},
     {keys::FermentationTemperature, "18.0"},
-    {keys::Carbonation, "Nothing"},
+    {keys::Carbonation, words::Nothing},
     {keys::CarbonationVolumes, "0.0"},
-    {keys::Conditioning, "Lagered for 4 weeks"},
+    {keys::Conditioning, words::LageredFor4Weeks},
     {keys::Notes, ""},
     {keys::SteepTemperature, "80"},
     {keys::SteepDuration, "0"},
@@ -168,6 +168,12 @@ std::optional<PlistDictionary> ZYMRecipes::duplicateItemWithUUID_addToGroupWithU
 
 void ZYMRecipes::updateRecipe(PlistDictionary& recipe) {
   updateRecipe_preservingDLM(recipe, false);
+}
+
+void ZYMRecipes::updateRecipe_preservingDLM(PlistDictionary& recipe, bool preservingDLM) {
+  constexpr DocumentUpdate update{ZYMRecipeEntity::entityName, "Update Recipe",
+                                  "ZYMRecipes.updateRecipe.preservingDLM"};
+  update.apply(recipe, preservingDLM);
 }
 
 void ZYMRecipes::removeRecipeWithUUID(std::string_view uuid) {

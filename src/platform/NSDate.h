@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <compare>
+#include <string>
 
 namespace zym {
 
@@ -40,6 +41,10 @@ class NSDate {
   [[nodiscard]] constexpr double timeIntervalSinceReferenceDate() const noexcept {
     return seconds_;
   }
+
+  /// Such as "2026-03-01 09:30:00 +0000"; seconds since 2001 for a moment that is no date of years
+  /// with four digits.
+  [[nodiscard]] std::string description() const;
 
   friend constexpr bool operator==(NSDate, NSDate) noexcept = default;
   friend constexpr std::partial_ordering operator<=>(NSDate, NSDate) noexcept = default;

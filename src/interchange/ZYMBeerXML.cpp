@@ -1,0 +1,3 @@
+#include "zymcore/interchange/ZYMBeerXML.h"
+
+#include "zymcore/interchange/ParsedRecipeKeys.h"

@@ -4,8 +4,8 @@
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/library/DocumentInsertion.h"
 #include "zymcore/library/DocumentUpdate.h"
-#include "zymcore/library/RecipeInsertion.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/ZYMRecipes.h"
 #include "zymcore/platform/NSException.h"
@@ -20,16 +20,16 @@
 namespace zym {
 namespace {
 
-constexpr KeyName planned[] = {keys::PreBoilWortVolume,
-                               keys::FinalWortVolume,
-                               keys::VolumeToFermenter,
-                               keys::VolumeWaterAdded,
-                               keys::VolumeAtPitching,
-                               keys::FinalBatchVolume,
+constexpr KeyName planned[] = {keys::PreBoilWortVolume,      keys::FinalWortVolume,
+                               keys::VolumeToFermenter,      keys::VolumeWaterAdded,
+                               keys::VolumeAtPitching,       keys::FinalBatchVolume,
                                keys::FermentationTemperature};
-constexpr KeyName gravities[] = {keys::PreBoilHydroReading, keys::OGHydroReading,
-                                 keys::FGHydroReading,      keys::PreBoilGrav,
-                                 keys::OG,                  keys::FG};
+constexpr KeyName gravities[] = {keys::PreBoilHydroReading,
+                                 keys::OGHydroReading,
+                                 keys::FGHydroReading,
+                                 keys::PreBoilGrav,
+                                 keys::OG,
+                                 keys::FG};
 constexpr KeyName results[] = {keys::ApparentAttenuation,
                                keys::RealAttenuation,
                                keys::ActualMashEfficiency,
@@ -110,10 +110,13 @@ void ZYMRecipes::restoreBatch_toRecipeWithUUID(PlistDictionary& batch,
   }
   ZYMUndoGroup group;
   const std::string* uuid = batch.string(keys::UUID);
-  ZYMRecipeBatchEntity* object =
+  ZYMDocumentEntity* object =
       uuid ? ZYMRecipeBatchEntity::onlyObjectWithUUID(&context, *uuid) : nullptr;
-  if (!object) object = &ZYMRecipeBatchEntity::insertInContext(context);
-  object->updateWithDictionaryRepresentation(batch);
+  if (object) {
+    object->updateWithDictionaryRepresentation(batch);
+  } else {
+    object = &insertDocument(ZYMRecipeBatchEntity::entityName, batch);
+  }
   object->setObject_forKey(recipe, relationships::recipe);
   group.closeAndSave("Add Batch", "ZYMRecipes.restoreBatch.toRecipeWithUUID");
 }
@@ -126,7 +129,10 @@ std::optional<PlistDictionary> ZYMRecipes::batchWithUUID(std::string_view uuid) 
     PlistDictionary* recipe = batch->editDictionary(key);
     if (!recipe) continue;
     checkSaltWeightsExistInRecipe(*recipe);
-    removeDescriptionsInRecipe(*recipe);
+    for (const KeyName additions :
+         {keys::FermentableIngredients, keys::HopIngredients, keys::OtherIngredients}) {
+      if (PlistArray* rows = recipe->editArray(additions)) removeDescriptionsIn(*rows);
+    }
   }
   correctForSerialization(*batch);
   ensureBatchLatestVersion(*batch);
@@ -163,8 +169,8 @@ PlistDictionary ZYMRecipes::promoteBatchWithUUID_addToGroupWithUUID(std::string_
   if (!object) {
     throw NSException(NSInvalidArgumentException, "there is no batch " + std::string(uuid));
   }
-  ZYMUndoGroup group;
   PlistDictionary batch = object->dictionaryRepresentation().value_or(PlistDictionary());
+  ZYMUndoGroup group;
   const PlistDictionary* brewed = batch.dictionary(keys::ModifiedRecipe);
   PlistDictionary recipe = brewed ? duplicate(*brewed) : PlistDictionary();
 
@@ -175,12 +181,12 @@ PlistDictionary ZYMRecipes::promoteBatchWithUUID_addToGroupWithUUID(std::string_
   removeInventoryInfoInRecipe(recipe);
   recipe.set(keys::UUID, zym::uuid());
   recipe.set(keys::DateLastModified, NSDate::date());
-  recipe.set(keys::RecipeTitle,
-             stringWithFormat(
-                 Localized_String("Promoted from %@",
-                                  "ZYMRecipes.promoteBatchWithUUID.addToGroupWithUUID"),
-                 {batch.stringValue(keys::BatchTitle)}));
-  ZYMRecipeEntity& promoted = insertRecipe(recipe);
+  recipe.set(
+      keys::RecipeTitle,
+      stringWithFormat(Localized_String("Promoted from %@",
+                                        "ZYMRecipes.promoteBatchWithUUID.addToGroupWithUUID"),
+                       {batch.stringValue(keys::BatchTitle)}));
+  ZYMDocumentEntity& promoted = insertDocument(ZYMRecipeEntity::entityName, recipe);
   object->setObject_forKey(&promoted, relationships::recipe);
   joinGroup(promoted, groupUUID);
   group.closeAndSave("Promote Batch", "ZYMRecipes.promoteBatchWithUUID.addToGroupWithUUID");

@@ -102,6 +102,7 @@ void promote(const Options& options) {
   const std::string group = options.group.empty() ? "" : groupNamed(options.group).uuid;
   const PlistDictionary recipe =
       library().promoteBatchWithUUID_addToGroupWithUUID(batchNamed(options.name).uuid, group);
+  library().addRecipeToHistory(recipe);
   printOne(recipe, keys::RecipeTitle, options.asJSON);
 }
 

@@ -52,6 +52,11 @@ ZYMCoreDataModel& model() {
   return ZYMCoreDataModel::sharedInstance();
 }
 
+/// Ends the undo step of all that was done so far.
+void endTurn() {
+  NSRunLoop::mainRunLoop().runUntilDate(NSDate::date());
+}
+
 bool undo() {
   NSUndoManager& manager = *model().mainObjectContext()->undoManager();
   if (!manager.canUndo()) {
@@ -97,7 +102,7 @@ bool runLine(const std::string& line) {
       isDone = runProgram(*words, CalledFrom::Shell) == 0;
     }
   });
-  NSRunLoop::mainRunLoop().runUntilDate(NSDate::date());
+  endTurn();
   return isDone;
 }
 
@@ -120,6 +125,8 @@ int runLines(std::istream& lines, bool isPrompted) {
 
 int shell(const std::string& file) {
   openStore();
+  endTurn();
+  model().mainObjectContext()->undoManager()->removeAllActions();  // what filled the libraries
   if (file.empty()) return runLines(std::cin, isatty(STDIN_FILENO) != 0);
   std::ifstream lines(file);
   if (!lines) throw InputError(printable(file) + ": can't be read");

@@ -10,10 +10,10 @@
 #include "app/Text.h"
 #include "app/ValueForms.h"
 #include "zymcore/documents/LocalizedNumbers.h"
-#include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/library/ZYMRecipes.h"
 #include "zymcore/platform/NSString.h"
+#include "zymcore/platform/NumberText.h"
 
 namespace zym::host {
 namespace {
@@ -52,7 +52,7 @@ const AdditionForm& formOf(const LibraryKind& kind) {
   return *found;
 }
 
-bool startsWithDigit(const std::string& text) {
+bool startsWithDigit(std::string_view text) {
   return !text.empty() && text.front() >= '0' && text.front() <= '9';
 }
 
@@ -61,14 +61,14 @@ bool startsWithDigit(const std::string& text) {
 std::string_view whenForMinutes(double minutes, const PlistDictionary& recipe) {
   if (minutes == recipe.doubleValue(keys::BoilDuration)) {
     for (const std::string_view when : words::hopWhen) {
-      if (startsWithDigit(std::string(when)) && doubleValue(when) == minutes) return when;
+      if (startsWithDigit(when) && doubleValue(when) == minutes) return when;
     }
     return words::AllOfBoil;
   }
   std::string_view best = words::AtTurnOff;
   double least = minutes;
   for (const std::string_view when : words::hopWhen) {
-    if (!startsWithDigit(std::string(when))) continue;
+    if (!startsWithDigit(when)) continue;
     const double difference = std::abs(doubleValue(when) - minutes);
     if (difference <= least) {
       least = difference;
@@ -88,8 +88,9 @@ std::string_view whenOf(const AdditionForm& form, const std::string& typed,
 }
 
 void setYeastAmount(PlistDictionary& addition, const std::string& typed) {
-  const std::string_view unit = withoutNumber(typed);
-  const bool isPacks = unit.empty() || uppercaseString(unit).starts_with("PACK");
+  const std::size_t unit = typed.find_first_not_of("0123456789., ");
+  const bool isPacks =
+      unit == std::string::npos || uppercaseString(typed.substr(unit)).starts_with("PACK");
   addition.set(keys::YeastAmountType, isPacks ? words::CommercialPack : words::Slurry);
   addition.set(keys::Amount, isPacks ? take::minutes(typed) : take::volume(typed));
   addition.set(keys::UsageNote, "");
@@ -150,7 +151,7 @@ std::string dropIngredient(PlistDictionary& recipe, const LibraryKind& kind,
   const std::size_t position =
       positions[positionMeant(name, candidates, std::string(kind.singular) + " of the recipe")];
   const std::string dropped = inWords(*additions->find(position)->dictionary(), form, kind);
-  additions->removeAt(position);
+  additions->remove(position);
   ZYMRecipes::validateIngredientsInRecipe(recipe);
   return dropped;
 }

@@ -123,7 +123,7 @@ inline constexpr KeyName Style{"Style"};
 inline constexpr KeyName Yeast{"Yeast"};
 inline constexpr KeyName YeastAmount{"YeastAmount"};
 
-// What additions hold while they are sorted, and no longer.
+// Of an addition while it is sorted; sorting leaves none behind.
 inline constexpr KeyName Amount2{"Amount2"};
 inline constexpr KeyName WhenIndex{"WhenIndex"};
 

@@ -3,6 +3,7 @@
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/library/DocumentInsertion.h"
 #include "zymcore/library/DocumentUpdate.h"
 #include "zymcore/library/ProfileValues.h"
 #include "zymcore/library/ZYMMashSchedules.h"
@@ -83,20 +84,6 @@ void setFirstWater(PlistDictionary& recipe) {
   recipe.set(keys::WaterProfileUsed, waters.front().name);
 }
 
-ZYMRecipeEntity& insertRecipe(PlistDictionary& recipe) {
-  ZYMRecipeEntity& object = ZYMRecipeEntity::insertInContext(mainContext());
-  object.updateWithDictionaryRepresentation(recipe);
-  return object;
-}
-
-void joinGroup(ZYMRecipeEntity& recipe, std::string_view groupUUID) {
-  ZYMGroupEntity* group =
-      groupUUID.empty() ? nullptr : ZYMGroupEntity::onlyObjectWithUUID(nullptr, groupUUID);
-  if (!group) return;
-  group->addRecipesObject(recipe);
-  group->setDateLastModified(NSDate::date());
-}
-
 /// The record of an object as that of another one, with "-copy" after its title.
 PlistDictionary copyOf(ZYMDocumentEntity& object, KeyName titleKey) {
   PlistDictionary copy = object.dictionaryRepresentation().value_or(PlistDictionary());
@@ -141,7 +128,7 @@ PlistDictionary ZYMRecipes::createRecipe() {
   ensureRecipeLatestVersion(recipe);
   correctForSerialization(recipe);
   ZYMUndoGroup group;
-  insertRecipe(recipe);
+  insertDocument(ZYMRecipeEntity::entityName, recipe);
   group.closeAndSave("Create Recipe", "ZYMRecipes.createRecipe");
   return recipe;
 }
@@ -149,7 +136,7 @@ PlistDictionary ZYMRecipes::createRecipe() {
 PlistDictionary ZYMRecipes::createRecipeAndAddToGroupWithUUID(std::string_view groupUUID) {
   ZYMUndoGroup group;
   PlistDictionary recipe = emptyRecipe();
-  joinGroup(insertRecipe(recipe), groupUUID);
+  joinGroup(insertDocument(ZYMRecipeEntity::entityName, recipe), groupUUID);
   group.closeAndSave("Create Recipe", "ZYMRecipes.createRecipeAndAddToGroupWithUUID");
   return recipe;
 }
@@ -165,14 +152,13 @@ std::optional<PlistDictionary> ZYMRecipes::duplicateItemWithUUID_addToGroupWithU
   PlistDictionary copy =
       recipe ? copyOf(*recipe, keys::RecipeTitle) : copyOf(*batch, keys::BatchTitle);
   if (recipe) {
-    joinGroup(insertRecipe(copy), groupUUID);
+    joinGroup(insertDocument(ZYMRecipeEntity::entityName, copy), groupUUID);
   } else {
     copy.remove(keys::AdjustedInventory);
     if (PlistDictionary* brewed = copy.editDictionary(keys::ModifiedRecipe)) {
       removeInventoryInfoInRecipe(*brewed);
     }
-    ZYMRecipeBatchEntity& object = ZYMRecipeBatchEntity::insertInContext(mainContext());
-    object.updateWithDictionaryRepresentation(copy);
+    ZYMDocumentEntity& object = insertDocument(ZYMRecipeBatchEntity::entityName, copy);
     object.setObject_forKey(batch->objectForKey(relationships::recipe), relationships::recipe);
   }
   group.closeAndSave("Duplicate Item", "ZYMRecipes.duplicateItemWithUUID.addToGroupWithUUID");

@@ -29,6 +29,12 @@ class NSDate {
     return NSDate(seconds);
   }
 
+  [[nodiscard]] static NSDate dateWithTimeIntervalSinceNow(double seconds) noexcept {
+    return NSDate(date().seconds_ + seconds);
+  }
+  /// The year 1, before any date that is meant.
+  [[nodiscard]] static constexpr NSDate distantPast() noexcept { return NSDate(-63114076800); }
+
   [[nodiscard]] constexpr double timeIntervalSince1970() const noexcept {
     return seconds_ + NSTimeIntervalSince1970;
   }

@@ -15,8 +15,8 @@ struct Addition {
 };
 
 /// Adds a record of a library of ingredients to a recipe, and answers in words what was added.
-/// Throws `InputError` for an unknown name, with the nearest ones, and `UsageError` for an amount or
-/// a time that is none.
+/// Throws `InputError` for an unknown name, with the nearest ones, and `UsageError` for an amount
+/// or a time that is none.
 std::string addIngredient(PlistDictionary& recipe, const LibraryKind& kind, const std::string& name,
                           const Addition& addition);
 

@@ -154,8 +154,7 @@ void setDocumentValues(Item::Kind kind, PlistDictionary& document,
   for (const std::string& text : assignments) {
     const Assignment given = assignmentOf(text);
     if (!isRecipe && setNamed(batchValues, &document, given)) continue;
-    PlistDictionary* recipe =
-        isRecipe ? &document : document.editDictionary(keys::ModifiedRecipe);
+    PlistDictionary* recipe = isRecipe ? &document : document.editDictionary(keys::ModifiedRecipe);
     if (setNamed(recipeValues, recipe, given)) continue;
     refuse(isRecipe ? "recipe" : "batch", given.key,
            isRecipe ? Values(recipeValues) : Values(batchValues));

@@ -102,10 +102,7 @@ void remember(const Item& item, const PlistDictionary& document) {
 
 PlistArray recordsOf(const std::vector<ZYMSummary>& rows) {
   PlistArray records;
-  for (const ZYMSummary& row : rows) {
-    records.append(PlistDictionary{
-        {keys::Name, row.name}, {keys::UUID, row.uuid}, {"Children", row.numberOfChildren}});
-  }
+  for (const ZYMSummary& row : rows) records.append(row.archive());
   return records;
 }
 

@@ -1,5 +1,8 @@
 #include "app/Names.h"
 
+#include <algorithm>
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "app/Faults.h"
@@ -11,6 +14,7 @@ namespace zym::host {
 namespace {
 
 constexpr std::size_t mostNamed = 20;
+constexpr std::size_t mostHints = 3;
 
 template <class Matches>
 std::vector<std::size_t> positionsOf(std::span<const Named> candidates, Matches matches) {
@@ -40,16 +44,19 @@ std::vector<std::size_t> positionsNamed(const std::string& typed,
 }
 
 std::string hintFor(const std::string& typed, std::span<const Named> candidates) {
-  double best = 0;
-  std::string_view nearest;
+  std::vector<std::pair<double, std::string_view>> scored;
   for (const Named& one : candidates) {
     const double score = similarityWithString(typed, one.name);
-    if (score > best) {
-      best = score;
-      nearest = one.name;
-    }
+    if (score > 0) scored.emplace_back(score, one.name);
   }
-  return best > 0 ? "; the nearest name is '" + printable(nearest) + "'" : "";
+  const std::size_t count = std::min(scored.size(), mostHints);
+  std::ranges::partial_sort(scored, scored.begin() + static_cast<std::ptrdiff_t>(count),
+                            std::greater(), &std::pair<double, std::string_view>::first);
+  std::string hint;
+  for (std::size_t i = 0; i < count; ++i) {
+    hint += (i == 0 ? "; the nearest names are '" : ", '") + printable(scored[i].second) + "'";
+  }
+  return hint;
 }
 
 }  // namespace

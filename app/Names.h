@@ -14,8 +14,8 @@ struct Named {
 };
 
 /// The position of the one that the user means: by its uuid, its name, or a beginning of its name
-/// that no other has, whatever the case. Throws `InputError` for none, with the nearest name, and
-/// for several, with the candidates.
+/// that no other has, whatever the case. Throws `InputError` for none, with the nearest names,
+/// and for several, with the candidates.
 [[nodiscard]] std::size_t positionMeant(const std::string& typed, std::span<const Named> candidates,
                                         std::string_view what);
 

@@ -60,9 +60,8 @@ void change(const Options& options, std::string (*what)(PlistDictionary&, const 
   openStore();
   const Item item = itemNamed(options.item);
   PlistDictionary document = documentOf(item);
-  PlistDictionary* recipe = item.kind == Item::Kind::Recipe
-                                ? &document
-                                : document.editDictionary(keys::ModifiedRecipe);
+  PlistDictionary* recipe =
+      item.kind == Item::Kind::Recipe ? &document : document.editDictionary(keys::ModifiedRecipe);
   if (!recipe) throw InputError("'" + printable(item.name) + "' has no recipe");
   const std::string words = what(*recipe, options);
   storeDocument(item, document);
@@ -211,8 +210,7 @@ void addRecipeCommands(CLI::App& program) {
   CLI::App* const command = commands.add("recipes", "List the recipes.", listRecipes);
   command->add_option("--group", commands.options().group, "Only those of a group")
       ->type_name("GROUP");
-  command->add_flag("--json", commands.options().asJSON,
-                    "Print the rows as JSON and nothing else");
+  command->add_flag("--json", commands.options().asJSON, "Print the rows as JSON and nothing else");
   addAdditionCommands(program);
   addGroupCommands(program);
 }

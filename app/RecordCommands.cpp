@@ -16,7 +16,10 @@
 #include "app/Store.h"
 #include "app/Text.h"
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/library/ZYMRecipes.h"
+#include "zymcore/platform/NSUndoManager.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
 
 namespace zym::host {
 namespace {
@@ -94,6 +97,9 @@ PlistDictionary createRecipe(const Target& target) {
   setDocumentValues(Item::Kind::Recipe, recipe, target.assignments);
   const Item item{Item::Kind::Recipe, target.name, std::string(recipe.stringValue(keys::UUID))};
   storeDocument(item, recipe);
+  // Both changes are one to the user.
+  ZYMCoreDataModel::sharedInstance().mainObjectContext()->undoManager()->setActionName(
+      Localized_String("Create Recipe", "ZYMRecipes.createRecipe"));
   return recipe;
 }
 
@@ -105,9 +111,9 @@ void create(const Options& options) {
                      libraryKindNames());
   }
   openStore();
-  const PlistDictionary made =
-      target.library ? createRecord(*target.library, target.name, target.assignments)
-                     : createRecipe(target);
+  const PlistDictionary made = target.library
+                                   ? createRecord(*target.library, target.name, target.assignments)
+                                   : createRecipe(target);
   if (options.asJSON) printJSON(made);
 }
 

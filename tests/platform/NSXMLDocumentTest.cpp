@@ -195,9 +195,9 @@ TEST(NSXMLDocument, StaysWithinBounds) {
     NSError error;
     const auto document = open(bound.bytes, NSXMLDocumentTidyXML, &error);
     EXPECT_EQ(document.has_value(), bound.refusal == nullptr);
-    if (bound.refusal)
-      EXPECT_EQ(error.localizedDescription.substr(0, std::string_view(bound.refusal).size()),
-                bound.refusal);
+    if (bound.refusal) {
+      EXPECT_THAT(error.localizedDescription, testing::EndsWith(bound.refusal));
+    }
   }
 }
 

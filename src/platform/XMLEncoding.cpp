@@ -171,7 +171,7 @@ std::optional<std::string> fromDeclared(std::string_view bytes) {
   const std::optional<Declaration> declaration = declarationIn(bytes);
   if (!declaration) return std::nullopt;
   UErrorCode status = U_ZERO_ERROR;
-  const char* const name = ucnv_getStandardName(declaration->encoding.c_str(), "MIME", &status);
+  const char* const name = ucnv_getAlias(declaration->encoding.c_str(), 0, &status);
   if (!name || std::ranges::find(others, name) != std::end(others)) return std::nullopt;
   std::optional<std::string> text = convert(bytes, name);
   // The declaration couldn't have been read in an encoding that doesn't extend ASCII.

@@ -1,0 +1,303 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "zymcore/interchange/ParsedRecipeKeys.h"
+#include "zymcore/interchange/ZYMBeerXML.h"
+#include "zymcore/platform/PlistValue.h"
+
+namespace zym {
+namespace {
+
+const std::filesystem::path fixtures = std::filesystem::path(ZYM_FIXTURES) / "beerxml";
+
+NSData contentsOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  EXPECT_TRUE(stream) << file;
+  return NSData(std::string(std::istreambuf_iterator<char>(stream), {}));
+}
+
+// The text at a place such as "HOPS/0/TIME"; absent when there is none.
+std::optional<std::string> textAt(const PlistDictionary& recipe, std::string_view path) {
+  const std::size_t slash = path.find('/');
+  const KeyName key(path.substr(0, slash));
+  if (slash == std::string_view::npos) {
+    const std::string* const text = recipe.string(key);
+    return text ? std::optional(*text) : std::nullopt;
+  }
+  const PlistArray* const rows = recipe.array(key);
+  const PlistValue* const row =
+      rows ? rows->find(static_cast<std::size_t>(path[slash + 1] - '0')) : nullptr;
+  if (!row || !row->dictionary()) return std::nullopt;
+  return textAt(*row->dictionary(), path.substr(slash + 3));
+}
+
+std::string sizesOf(const PlistDictionary& recipe) {
+  std::string sizes;
+  for (const KeyName key :
+       {keys::FERMENTABLES, keys::HOPS, keys::MISCS, keys::YeastIngredients, keys::MASHSTEPS}) {
+    const PlistArray* const rows = recipe.array(key);
+    sizes += rows ? std::to_string(rows->size()) : "-";
+  }
+  return sizes;
+}
+
+struct Reading {
+  const char* file;
+  const char* title;
+  const char* style;
+  // Fermentables, hops, miscellaneous items, yeasts and steps; "-" where the key is absent.
+  const char* sizes;
+  const char* notes;
+  const char* place;
+  std::optional<const char*> text;
+};
+
+constexpr const char* amber = "Amber Ale-American Amber Ale";
+constexpr const char* usual = "1201-";
+constexpr const char* cold = "Brewed on a cold day.";
+constexpr const char* accented = "Märzen von Café Brûlé";
+constexpr const char* forJoerg = "Gebraut für Jörg, 18 °C.";
+constexpr const char* pub = "Brewer’s “Best” – 5 €";
+
+constexpr Reading readings[] = {
+    // Whole files.
+    {"minimal", "Least", " No Style Chosen", "0000-", "", "BoilDuration", "60"},
+    {"two_recipes", "First", amber, usual, cold, "FinalBatchVolume", "20000.000000"},
+    {"complete", "Märzen \"Gold\"", "European Amber Lager-Oktoberfest", "23232",
+     "Decoct once.\n\nBready.", "BICARBONATE", "20"},
+    {"misordered", "Backwards", "Vienna Lager", "11001", "\n\nClean.", "HOPS/0/TIME", "80"},
+    {"units_in_numbers", "Units", amber, usual, cold, "VolumeToFermenter", "5000.000000"},
+    {"unknown_words", "Words", "-", usual, cold, "YeastIngredients/0/YEAST FORM", "Culture"},
+    {"display_tags", "Shown", amber, usual, cold, "FinalWortVolume", "20000.000000"},
+    {"comments", "Commented", amber, usual, "ABD", "TYPE", "All Grain"},
+    {"style_without_name", "Plain", " No Style Chosen", "12010", cold, "MASHNAME", ""},
+    {"no_mash_name", "Nameless", " No Style Chosen", "12010", cold, "MASHNAME",
+     " No Chosen Schedule"},
+    {"waters_empty", "Dry", amber, usual, cold, "CALCIUM", std::nullopt},
+    {"water_without_bicarbonate", "Soft", amber, usual, cold, "SODIUM", " 6 "},
+    {"carriage_returns", "Old Mac", amber, usual, "One\ntwo\nthree", "BoilDuration", "75"},
+    {"windows_line_ends", "Windows", amber, usual, "One\ntwo", "BoilDuration", "75"},
+    // Encodings that aren't as they say.
+    {"utf8_declared_latin1", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"latin1_declared_utf8", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"latin1_undeclared", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"latin1_declared", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"encoding_system", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"mark_declared_latin1", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"one_wrong_byte", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"utf16le_mark", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"utf16be_mark", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"utf16le_unmarked", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"utf16be_unmarked", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"windows1252", pub, amber, usual, "Œuvre, Žatec…", "TYPE", "All Grain"},
+    {"windows1252_declared_latin1", pub, amber, usual, "»Spaß« muss sein…", "TYPE", "All Grain"},
+    {"windows1250_declared", "Světlý ležák", amber, usual, "Žatecký chmel, příjemně hořký", "TYPE",
+     "All Grain"},
+    // What surrounds the recipe.
+    {"declaration_late", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"declaration_broken", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"text_around", accented, amber, usual, forJoerg, "TYPE", "All Grain"},
+    {"several_roots", "Second root", amber, usual, cold, "TYPE", "All Grain"},
+    {"document_type", "Typed", amber, usual, cold, "TYPE", "All Grain"},
+    {"entities_declared", "Laughs", amber, usual, "&m; &x; end", "TYPE", "All Grain"},
+    {"namespaces", "Spaced", amber, usual, cold, "TYPE", "All Grain"},
+    // Damage in it.
+    {"stray_marks", "Malt & Hops", amber, usual,
+     "If a < b then <3 hops, 5 <x and y> z; AT&T; R&D <-- here >> ]]> end", "TYPE", "All Grain"},
+    {"control_characters", "Bell and nul", amber, usual, "Tab gone, so are these three, ü not",
+     "TYPE", "All Grain"},
+    {"cdata", "Rye & <Oats>", amber, usual, "Before a < b && c after", "TYPE", "All Grain"},
+    {"cdata_unclosed", "Open", amber, usual, "Never closed, a & b", "TYPE", "All Grain"},
+    {"html_entities", "Münchner Café & Bräu", amber, usual, "68\u00A0°C… ½ l, &unknown; Ω€", "TYPE",
+     "All Grain"},
+    {"attributes", "Loose", amber, usual, cold, "HOPS/1/NAME", "Fuggle"},
+    {"crossed_tags", "Amber Ale", amber, usual, "Some bold words", "Attenuation", "75.0"},
+    {"unclosed_leaf", "Half open", amber, usual, cold, "TYPE", "All Grain\n  "},
+    {"forgotten_ends", "Amber Ale", amber, usual, "Onetwothree", "HOPS/1/NAME", "Fuggle"},
+    {"truncated", "Amber Ale", amber, "12011", "Long story", "MASHSTEPS/0/STEP_TEMP", "66"},
+    {"truncated_in_tag", "Amber Ale", amber, "12010", "Long story", "MASHNAME", "Single"},
+    {"truncated_in_character", accented, amber, usual, "J", "Attenuation", "75.0"},
+};
+
+struct Refusal {
+  const char* file;
+  const char* reason;
+};
+constexpr Refusal refusals[] = {
+    {"empty", "no element of XML"},
+    {"no_xml", "no element of XML"},
+    {"lower_case", "no RECIPES in the document"},
+    {"only_recipe", "no RECIPES in the document"},
+    {"empty_recipes", "no RECIPE in RECIPES"},
+    {"empty_recipe", "no NAME in RECIPE"},
+    {"no_type", "no TYPE in RECIPE"},
+    {"lower_case_tag", "no BATCH_SIZE in RECIPE"},
+    {"truncated_early", "no YEASTS in RECIPE (line 20: the text ends within <RECIPE>)"},
+    {"water_empty", "no CALCIUM in WATER"},
+    {"water_without_sodium", "no SODIUM in WATER"},
+};
+
+TEST(BeerXML, ReadsWhatProgramsWrite) {
+  for (const Reading& expected : readings) {
+    SCOPED_TRACE(expected.file);
+    NSError error;
+    const auto recipe = ZYMBeerXML::parseFileData(
+        contentsOf(fixtures / (std::string(expected.file) + ".xml")), &error);
+    ASSERT_TRUE(recipe) << error.localizedDescription;
+    EXPECT_EQ(error.localizedDescription, "");
+    EXPECT_EQ(recipe->stringValue(keys::RecipeTitle), expected.title);
+    EXPECT_EQ(recipe->stringValue(keys::STYLENAME), expected.style);
+    EXPECT_EQ(sizesOf(*recipe), expected.sizes);
+    EXPECT_EQ(recipe->stringValue(keys::Notes), expected.notes);
+    EXPECT_EQ(textAt(*recipe, expected.place), expected.text) << expected.place;
+  }
+}
+
+TEST(BeerXML, NamesWhatIsMissing) {
+  for (const Refusal& expected : refusals) {
+    SCOPED_TRACE(expected.file);
+    NSError error;
+    EXPECT_FALSE(ZYMBeerXML::parseFileData(
+        contentsOf(fixtures / (std::string(expected.file) + ".xml")), &error));
+    EXPECT_EQ(error.localizedDescription, expected.reason);
+  }
+}
+
+TEST(BeerXML, EveryFixtureIsExpected) {
+  std::set<std::string> expected;
+  for (const Reading& reading : readings) expected.insert(reading.file);
+  for (const Refusal& refusal : refusals) expected.insert(refusal.file);
+  std::set<std::string> present;
+  for (const auto& file : std::filesystem::directory_iterator(fixtures)) {
+    present.insert(file.path().stem());
+  }
+  EXPECT_EQ(present, expected);
+}
+
+TEST(BeerXML, KeepsEveryTagOfACompleteRecipe) {
+  const auto recipe = ZYMBeerXML::parseFileData(contentsOf(fixtures / "complete.xml"));
+  ASSERT_TRUE(recipe);
+  const std::pair<const char*, std::optional<const char*>> texts[] = {
+      {"Acid", "2.5"},
+      {"TYPE", "Partial Mash"},
+      {"MashEfficiency", "71.5"},
+      {"FermentationTemperature", "10.5"},
+      {"AGE", "42.0"},
+      {"FORCED_CARBONATION", "FALSE"},
+      {"FinalBatchVolume", "18927.100000"},
+      {"FinalWortVolume", "18927.100000"},
+      {"VolumeAtPitching", "18927.100000"},
+      {"VolumeToFermenter", "18927.100000"},
+      {"VolumeWaterAdded", "0.0"},
+      {"PreBoilWortVolume", "23500.000000"},
+      {"PRIMING_SUGAR_NAME", "Corn Sugar"},
+      {"BoilDuration", "90"},
+      {"Attenuation", "72.0 %"},
+      {"YeastIngredients/1/YEAST NAME", "Swiss"},
+      {"YeastIngredients/0/YEAST TYPE", "Lager"},
+      {"YeastIngredients/1/YEAST FORM", "Dry"},
+      {"YeastIngredients/2/YEAST FORM", std::nullopt},
+      {"CALCIUM", "75.0"},
+      {"SULFATE", "10"},
+      {"CHLORIDE", "2"},
+      {"SODIUM", "1"},
+      {"MAGNESIUM", "18"},
+      {"CaCO3", "0.1"},
+      {"CaCl2", "0.2"},
+      {"CaSO4", "0.3"},
+      {"MgSO4", "0.4"},
+      {"NaCl", "0.5"},
+      {"NaHCO3", "0.6"},
+      {"Carbonation", "Primed With Sugar"},
+      {"Conditioning", "Lagered for 4 weeks"},
+      {"FERMENTABLES/0/NAME", "Munich"},
+      {"FERMENTABLES/0/TYPE", "Grain"},
+      {"FERMENTABLES/0/AMOUNT", "3500.000000"},
+      {"FERMENTABLES/0/YIELD", "79"},
+      {"FERMENTABLES/0/COLOR", "9"},
+      {"FERMENTABLES/0/ORIGIN", "Germany"},
+      {"FERMENTABLES/0/MOISTURE", "4.5"},
+      {"FERMENTABLES/0/ADD_AFTER_BOIL", "FALSE"},
+      {"FERMENTABLES/0/WORTMEISTER_UUID", "4C1C3D0E-0000-4000-8000-000000000001"},
+      {"FERMENTABLES/0/POTENTIAL", std::nullopt},
+      {"FERMENTABLES/1/NAME", "Honey"},
+      {"FERMENTABLES/1/AMOUNT", "0.0"},
+      {"HOPS/0/TIME", "90"},
+      {"HOPS/0/FORM", "Pellet"},
+      {"HOPS/0/WORTMEISTER_FORM", "Loose Pellet Hops"},
+      {"HOPS/1/AMOUNT", "25.000000"},
+      {"HOPS/1/TIME", "60"},
+      {"HOPS/2/NAME", "Mash without time"},
+      {"HOPS/2/TIME", "90"},
+      {"MISCS/0/AMOUNT", "10.000000"},
+      {"MISCS/0/AMOUNT IS WEIGHT", std::nullopt},
+      {"MISCS/0/AMOUNT_IS_WEIGHT", std::nullopt},
+      {"MISCS/1/AMOUNT", "0.0"},
+      {"MASHNAME", "Hochkurz"},
+      {"MASHSTEPS/0/TYPE", "Infusion"},
+      {"MASHSTEPS/1/NAME", "Mash out"},
+      {"MASHSTEPS/1/STEP_TEMP", "77"},
+      {"MASHSTEPS/1/STEP_TIME", "5"},
+      {"MASHSTEPS/1/AMOUNT", std::nullopt},
+  };
+  for (const auto& [place, text] : texts) EXPECT_EQ(textAt(*recipe, place), text) << place;
+}
+
+TEST(BeerXML, ReadsNumbersAsFarAsTheyGo) {
+  const auto recipe = ZYMBeerXML::parseFileData(contentsOf(fixtures / "units_in_numbers.xml"));
+  ASSERT_TRUE(recipe);
+  EXPECT_EQ(textAt(*recipe, "HOPS/0/AMOUNT"), "1000.000000");
+  EXPECT_EQ(textAt(*recipe, "HOPS/1/AMOUNT"), "0.000000");
+  EXPECT_EQ(textAt(*recipe, "FERMENTABLES/0/AMOUNT"), "0.000000");
+  EXPECT_EQ(textAt(*recipe, "PreBoilWortVolume"), "25500.000000");
+}
+
+// Cut anywhere, a file that begins as a recipe gives that recipe or the reason why not.
+TEST(BeerXML, SurvivesEveryCut) {
+  const NSData whole = contentsOf(fixtures / "complete.xml");
+  for (std::size_t length = 0; length < whole.length(); ++length) {
+    NSError error;
+    const auto recipe = ZYMBeerXML::parseFileData(NSData(whole.view().substr(0, length)), &error);
+    ASSERT_EQ(recipe.has_value(), error.localizedDescription.empty()) << length;
+    if (recipe) {
+      ASSERT_EQ(recipe->stringValue(keys::RecipeTitle), "Märzen \"Gold\"") << length;
+    }
+  }
+}
+
+// Files of other programs, kept elsewhere: none of their recipes may come in short.
+TEST(BeerXML, ReadsSamples) {
+  const char* const samples = std::getenv("ZYM_SAMPLES");
+  if (!samples) GTEST_SKIP() << "ZYM_SAMPLES names no folder";
+  const std::filesystem::path folder = std::filesystem::path(samples) / "beerxml";
+  for (const auto& file : std::filesystem::directory_iterator(folder)) {
+    SCOPED_TRACE(file.path().filename());
+    const NSData data = contentsOf(file.path());
+    const auto recipe = ZYMBeerXML::parseFileData(data);
+    ASSERT_TRUE(recipe);
+    const std::string_view first = data.view().substr(0, data.view().find("</RECIPE>"));
+    const auto count = [&](std::string_view tag) {
+      std::size_t tags = 0;
+      for (std::size_t at = first.find(tag); at != std::string_view::npos;
+           at = first.find(tag, at + 1))
+        ++tags;
+      return tags;
+    };
+    EXPECT_FALSE(recipe->stringValue(keys::RecipeTitle).empty());
+    EXPECT_EQ(recipe->array(keys::FERMENTABLES)->size(), count("<FERMENTABLE>"));
+    EXPECT_EQ(recipe->array(keys::HOPS)->size(), count("<HOP>"));
+    EXPECT_EQ(recipe->array(keys::YeastIngredients)->size(), count("<YEAST>"));
+    EXPECT_GT(recipe->doubleValue(keys::FinalBatchVolume), 10'000);
+  }
+}
+
+}  // namespace
+}  // namespace zym

@@ -1,0 +1,504 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "support/Child.h"
+#include "support/Pictures.h"
+#include "support/Store.h"
+#include "zymcore/calculations/ZYMTemperatureValueTransformer.h"
+#include "zymcore/documents/BatchKeys.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/SafeJSON.h"
+#include "zymcore/interchange/ParsedRecipeKeys.h"
+#include "zymcore/interchange/ZYMFileImportOperation.h"
+#include "zymcore/library/ZYMProfiles.h"
+#include "zymcore/library/ZYMRecipes.h"
+#include "zymcore/platform/NSFileManager.h"
+#include "zymcore/platform/NSOperationQueue.h"
+#include "zymcore/store/EntityKeys.h"
+#include "zymcore/store/ZYMImageEntity.h"
+#include "zymcore/store/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/ZYMRecipeEntity.h"
+
+namespace zym {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+namespace fs = std::filesystem;
+
+constexpr const char* succeeded = ZYMImportOperationSucceededNotification;
+constexpr const char* failed = ZYMImportOperationFailedNotification;
+
+class FileImportTest : public testing::WithStore {
+ protected:
+  FileImportTest() { seed(); }
+  static void seed() {
+    model().installInitialState();
+    endTurn();
+    undoManager().removeAllActions();
+  }
+
+  static ZYMRecipes& recipes() { return ZYMRecipes::sharedInstance(); }
+  [[nodiscard]] std::string file(const std::string& name, const std::string& text) const {
+    std::ofstream(folder / name) << text;
+    return folder / name;
+  }
+  static std::unique_ptr<ZYMFileImportOperation> import(const std::string& path) {
+    auto operation = std::make_unique<ZYMFileImportOperation>(path);
+    operation->start();
+    return operation;
+  }
+  static PlistDictionary process(PlistDictionary parsed) {
+    ZYMFileImportOperation operation;
+    return operation.processParsedRecipe(parsed);
+  }
+  /// The one ingredient of a parsed recipe with one.
+  static PlistDictionary ingredient(KeyName key, PlistDictionary in, KeyName documentKey,
+                                    const std::string& boil = "60") {
+    const PlistDictionary recipe =
+        process({{keys::BoilDuration, boil}, {key, PlistArray{std::move(in)}}});
+    return *recipe.array(documentKey)->find(0)->dictionary();
+  }
+  static PlistDictionary hop(const std::string& use, const std::string& time,
+                             const std::string& boil) {
+    return ingredient(keys::HOPS,
+                      {{keys::NAME, "Fuggle"},
+                       {keys::USE, use},
+                       {keys::TIME, time},
+                       {keys::AMOUNT, "20.000000"},
+                       {keys::ALPHA, "4.2"}},
+                      keys::HopIngredients, boil);
+  }
+  static PlistDictionary stored(const ZYMFileImportOperation& operation) {
+    return recipes().recipeForUUID(operation.uuidOfRecipe().value()).value();
+  }
+  [[nodiscard]] std::string storeBytes() const {
+    std::string bytes;
+    for (const char* name : {"data/Wortmeister.sqlite", "data/Wortmeister.sqlite-wal"}) {
+      bytes += NSFileManager::contentsAtPath(folder / name, 1 << 30).value_or("none") + "|";
+    }
+    return bytes;
+  }
+};
+
+const std::string bitter = R"(<?xml version="1.0"?><RECIPES><RECIPE>
+<NAME>Bitter</NAME><TYPE>All Grain</TYPE><BATCH_SIZE>20</BATCH_SIZE><BOIL_SIZE>25</BOIL_SIZE>
+<NOTES>Nice.</NOTES><EFFICIENCY>75</EFFICIENCY>
+<STYLE><CATEGORY>11A</CATEGORY><NAME>Ordinary Bitter</NAME></STYLE>
+<FERMENTABLES><FERMENTABLE><NAME>Maris Otter</NAME><TYPE>Grain</TYPE><ORIGIN>England</ORIGIN>
+<AMOUNT>4.5</AMOUNT><YIELD>81</YIELD><COLOR>3</COLOR></FERMENTABLE></FERMENTABLES>
+<HOPS><HOP><NAME>Fuggle</NAME><ALPHA>4.5</ALPHA><AMOUNT>0.03</AMOUNT><USE>Boil</USE>
+<TIME>60</TIME></HOP></HOPS>
+<YEASTS><YEAST><NAME>Bry-97</NAME><TYPE>Ale</TYPE><FORM>Dry</FORM></YEAST></YEASTS>
+</RECIPE></RECIPES>)";
+
+/// A recipe with a picture and a batch with one, as this program writes it.
+std::string ownFile(const PlistDictionary& changes = {}) {
+  const CGImage picture = testing::picture(900, 300, false, [](int x, int) {
+    return testing::Bytes{static_cast<std::uint8_t>(x), 0, 0, 255};
+  });
+  const NSData png = picture.PNGRepresentation().value();
+  PlistDictionary recipe{{keys::RecipeTitle, "Travelled"},
+                         {keys::UUID, "FROM-THE-FILE"},
+                         {keys::DateLastModified, NSDate::dateWithTimeIntervalSince1970(1e9)},
+                         {keys::PreBoilWortVolume, "33333.0"},
+                         {keys::Profile, PlistDictionary{{keys::UUID, "UNKNOWN-HERE"}}}};
+  PlistDictionary batch{{keys::BatchTitle, "First"},        {keys::UUID, "BATCH-IN-FILE"},
+                        {keys::Actuals, PlistDictionary()}, {keys::SpargeMethod, "Batch Sparge"},
+                        {keys::WaterGrainRatio, "3.25"},    {keys::ModifiedRecipe, recipe},
+                        {keys::Images, PlistArray{png}}};
+  recipe.set(keys::Batches, PlistArray{batch});
+  recipe.set(keys::Images, PlistArray{png, NSData("no picture"), "no data"});
+  for (const PlistEntry& entry : changes) recipe.set(entry.key, entry.value);
+  return safeDataWithJSONObject_options(recipe, 0).value();
+}
+
+TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
+  const struct {
+    const char *name, *origin, *type, *lookedUp, *isGrain;
+  } cases[] = {
+      {"Crystal 60", "America", "Grain", "US Caramel 60", "1"},
+      {"CRYSTAL crystal", "U.S.", "Grain", "US CRYSTAL crystal", "1"},
+      {"CRYSTAL crystal", "north america", "Grain", "US Caramel Caramel", "1"},
+      {"Crystal 60", "Belgium", "Grain", "Belgium Crystal 60", "1"},
+      {"Maris Otter", "England", "Grain", "UK Pale Malt", "1"},
+      {"MARIS OTTER Crystal", "America, then Great Britain", "Grain", "UK MARIS OTTER Caramel",
+       "1"},
+      {"Corn Sugar", nullptr, "Sugar", "Sugar - Corn Sugar/Dextrose", "0"},
+      {"Light", nullptr, "Dry Extract", "Extract - Light", "0"},
+      {"Light", "", "Sugar Extract", "Sugar - Extract -  Light", "0"},
+      {nullptr, "Germany", "Adjunct", "Germany ", "1"},
+  };
+  for (const auto& c : cases) {
+    PlistDictionary in{{keys::TYPE, c.type}, {keys::AMOUNT, "4500.000000"}, {keys::YIELD, "70"}};
+    if (c.name) in.set(keys::NAME, c.name);
+    if (c.origin) in.set(keys::ORIGIN, c.origin);
+    ZYMFileImportOperation operation;
+    const PlistDictionary recipe =
+        operation.processParsedRecipe({{keys::FERMENTABLES, PlistArray{in}}});
+    ASSERT_GE(operation.matches().size(), 2U);
+    const ImportMatch& match = operation.matches()[1];
+    EXPECT_EQ(match.textLookedUp, c.lookedUp);
+    EXPECT_EQ(match.nameInFile, c.name ? c.name : "");
+    const PlistDictionary malt = *recipe.array(keys::FermentableIngredients)->find(0)->dictionary();
+    EXPECT_EQ(malt.stringValue(keys::Ingredient), match.nameMatched);
+    EXPECT_NE(malt.stringValue(keys::UUID), "");
+    EXPECT_EQ(malt.stringValue(keys::IsGrain), c.isGrain);
+    EXPECT_EQ(malt.stringValue(keys::MustBeMashed), c.isGrain);
+    EXPECT_EQ(malt.stringValue(keys::When),
+              *c.isGrain == '1' ? "In Mash/Steeped" : "Start Of Boil");
+    EXPECT_EQ(malt.stringValue(keys::Amount), "4500.000000");
+    EXPECT_EQ(malt.stringValue(keys::Extract), "70");
+    EXPECT_EQ(malt.stringValue(keys::Moisture), "4.0");
+  }
+  ZYMFileImportOperation operation;
+  (void)operation.processParsedRecipe(
+      {{keys::FERMENTABLES,
+        PlistArray{PlistDictionary{{keys::NAME, "Maris Otter"}, {keys::ORIGIN, "UK, England"}}}}});
+  EXPECT_EQ(operation.matches()[1].nameMatched, "UK Pale Malt");
+  EXPECT_EQ(operation.matches()[1].similarity, 1.0);
+  EXPECT_EQ(operation.matches()[1].kind, "Fermentable");
+}
+
+TEST_F(FileImportTest, PutsHopsWhereTheyBelong) {
+  const struct {
+    const char *use, *time, *boil, *when, *minutes;
+  } cases[] = {
+      {"Boil", "60", "60", "60 Min From End", "60"},
+      {"Boil", "75", "75", "All Of Boil", "75"},
+      {"Boil", "0", "60", "Dry-Hopped", "0"},
+      {"Boil", "-5", "60", "Dry-Hopped", "0"},
+      {"Boil", "33", "60", "35 Min From End", "35"},
+      {"Boil", "65", "90", "60 Min From End", "60"},
+      {"Boil", "500", "60", "60 Min From End", "60"},
+      {"boil", "15 minutes", "60", "15 Min From End", "15"},
+      {"Boil", "120", "120", "All Of Boil", "120"},
+      {"Boil", "500", "1000", "In Mash", "1000"},
+      {"Boil", "10", "-1e300", "All Of Boil", "-1e300"},
+      {"Boil", "99999999999999999999", "99999999999999999999", "All Of Boil",
+       "99999999999999999999"},
+      {"Dry Hop", "5", "60", "Dry-Hopped", "0"},
+      {"First Wort", "60", "60", "First Wort Hopped", "60"},
+      {"Aroma", "5", "60", "At turn off", "0"},
+      {"Mash", "60", "90", "In Mash", "90"},
+      {"Aroma in the mash", "60", "90", "In Mash", "90"},
+      {"Whirlpool", "60", "90", "In Mash", "90"},
+  };
+  for (const auto& c : cases) {
+    const PlistDictionary in = hop(c.use, c.time, c.boil);
+    const std::string which = std::string(c.use) + " " + c.time + " of " + c.boil;
+    EXPECT_EQ(in.stringValue(keys::When), c.when) << which;
+    EXPECT_EQ(in.stringValue(keys::Minutes), c.minutes) << which;
+    EXPECT_EQ(in.stringValue(keys::Amount), "20.000000");
+    EXPECT_EQ(in.stringValue(keys::Alpha), "4.2");
+    EXPECT_EQ(in.stringValue(keys::Form), "Loose Whole Hops");
+  }
+  const PlistDictionary pellets = ingredient(
+      keys::HOPS, {{keys::NAME, "Fuggle"}, {keys::FORM, "PELLETS"}}, keys::HopIngredients);
+  EXPECT_EQ(pellets.stringValue(keys::Form), "Loose Pellet Hops");
+}
+
+TEST_F(FileImportTest, TakesOthersAndYeasts) {
+  for (const auto& [use, when] : {std::pair("Boil", "In Boil"),
+                                  {"mash", "In Mash"},
+                                  {"Primary", "In Fermenter"},
+                                  {"Secondary", "In Fermenter"},
+                                  {"Bottling after Primary", "In Dispense Vessel"},
+                                  {"", "In Boil"}}) {
+    const PlistDictionary other =
+        ingredient(keys::MISCS, {{keys::NAME, "Irish Moss"}, {keys::USE, use}, {keys::AMOUNT, "5"}},
+                   keys::OtherIngredients);
+    EXPECT_EQ(other.stringValue(keys::When), when) << use;
+    EXPECT_EQ(other.stringValue(keys::Amount), "5");
+    EXPECT_THAT(std::string(other.stringValue(keys::Ingredient)), HasSubstr("Irish Moss"));
+  }
+  EXPECT_NO_THROW((void)ingredient(keys::MISCS, {{keys::AMOUNT, "5"}}, keys::OtherIngredients));
+
+  const auto yeast = [](PlistDictionary in) {
+    return ingredient(keys::YeastIngredients, std::move(in), keys::YeastIngredients);
+  };
+  const PlistDictionary known = yeast({{keys::YEAST_NAME, "Bry-97"},
+                                       {keys::YEAST_TYPE, "Ale"},
+                                       {keys::YEAST_FORM, "Dry"},
+                                       {keys::Amount, "7"}});
+  EXPECT_THAT(std::string(known.stringValue(keys::Name)), HasSubstr("BRY-97"));
+  EXPECT_EQ(known.size(), 6U) << "not the library's record";
+  EXPECT_EQ(known.stringValue(keys::Amount), "1");
+  EXPECT_EQ(known.stringValue(keys::YeastAmountType), "Commercial Pack");
+  EXPECT_EQ(known.stringValue(keys::UsageNote), "");
+  // A form that no yeast has is no filter.
+  EXPECT_EQ(
+      yeast({{keys::YEAST_NAME, "Bry-97"}, {keys::YEAST_FORM, "Frozen"}}).stringValue(keys::Name),
+      known.stringValue(keys::Name));
+  EXPECT_THAT(*process({{keys::YeastIngredients, PlistArray()}}).array(keys::YeastIngredients),
+              IsEmpty());
+}
+
+TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
+  const struct {
+    KeyName key;
+    const char* text;
+    KeyName resultKey;
+    const char* result;
+  } cases[] = {
+      {keys::TYPE, "All Grain", keys::MashType, "Full Mash"},
+      {keys::TYPE, "partial mash", keys::MashType, "Extract with Mini-mash"},
+      {keys::TYPE, "Extract", keys::MashType, "Extract"},
+      {keys::FORCED_CARBONATION, "FALSE", keys::Carbonation, "Force Carbonated"},
+      {keys::PRIMING_SUGAR_NAME, "Honey", keys::Carbonation, "Primed With Honey"},
+      {keys::MgSO4, "0.1", keys::Carbonation, "Nothing"},
+      {keys::MgSO4, "0.1", keys::Conditioning, "Matured for 4 weeks"},
+      {keys::AGE, "100", keys::Conditioning, "Matured for 2 weeks"},  // 14, the first but one digit
+      {keys::AGE, "110", keys::Conditioning, "Matured for 4 months"},
+      {keys::AGE, "28", keys::Conditioning, "Matured for 4 weeks"},
+      {keys::FermentationTemperature, "11.5", keys::FermentationTemperature, "11.5"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(process({{c.key, c.text}}).stringValue(c.resultKey), c.result) << c.text;
+  }
+  EXPECT_EQ(process({{keys::AGE, "28"}, {keys::AGE_TEMP, "7.9"}}).stringValue(keys::Conditioning),
+            "Lagered for 4 weeks");
+  EXPECT_EQ(process({{keys::AGE, "28"}, {keys::AGE_TEMP, "8"}}).stringValue(keys::Conditioning),
+            "Matured for 4 weeks");
+  for (const char* age : {"soon", "nan", "1e300", "-1e300", "1e999", "-7", ""}) {
+    const std::string text(process({{keys::AGE, age}}).stringValue(keys::Conditioning));
+    EXPECT_THAT(text, ::testing::StartsWith("Matured for ")) << age;
+  }
+
+  const PlistDictionary step{{keys::NAME, "Rest"},
+                             {keys::TYPE, "Infusion"},
+                             {keys::STEP_TEMP, "66"},
+                             {keys::STEP_TIME, "60.7"}};
+  set(keys::TemperatureUnit, 1);
+  const PlistDictionary mashed =
+      process({{keys::Notes, "Nice."}, {keys::MASHSTEPS, PlistArray{step, step, step}}});
+  const std::string line =
+      "Title: Rest\tType: Infusion\tTemp: " +
+      ZYMTemperatureValueTransformer::convertForDisplay(step.find(keys::STEP_TEMP)) +
+      "\tDuration: 60 mins\n";
+  EXPECT_EQ(mashed.stringValue(keys::Notes),
+            "Nice.\n\nMash Schedule in imported recipe:\n\n" + line + line + line);
+  EXPECT_THAT(*mashed.dictionary(keys::MashSchedule)->array(keys::Steps), IsEmpty());
+  EXPECT_FALSE(mashed.contains(keys::Profile));
+}
+
+TEST_F(FileImportTest, ImportsBeerXMLAsOneUndoStep) {
+  std::vector<std::string> urls;
+  const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
+      succeeded, nullptr, [&](const NSNotification& n) {
+        urls.emplace_back(n.userInfo.stringValue(ZYMImportOperationURLKey));
+      });
+  const std::string path = file("bitter.xml", bitter);
+  const auto first = import(path);
+  endTurn();
+  const auto second = import(path);
+  endTurn();
+  EXPECT_THAT(urls, ElementsAre(path, path));
+  EXPECT_EQ(first->failureReason(), std::nullopt);
+  EXPECT_FALSE(context().hasChanges());
+
+  PlistDictionary a = stored(*first);
+  PlistDictionary b = stored(*second);
+  EXPECT_EQ(a.stringValue(keys::RecipeTitle), "Bitter");
+  EXPECT_EQ(a.stringValue(keys::FinalBatchVolume), "20000.000000");
+  EXPECT_NE(a.stringValue(keys::UUID), b.stringValue(keys::UUID));
+  for (PlistDictionary* recipe : {&a, &b}) {
+    recipe->remove(keys::UUID);
+    recipe->remove(keys::DateLastModified);
+  }
+  EXPECT_EQ(a, b);
+  std::vector<std::string_view> kinds;
+  for (const ImportMatch& match : first->matches()) kinds.push_back(match.kind);
+  EXPECT_THAT(kinds, ElementsAre("Style", "Fermentable", "Hop", "Yeast"));
+
+  EXPECT_EQ(undoManager().undoActionName(), "Import Recipe");
+  undoManager().undo();
+  EXPECT_THAT(recipes().summariesForAllRecipes(), SizeIs(1));
+  undoManager().undo();
+  EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
+  EXPECT_FALSE(undoManager().canUndo());
+}
+
+TEST_F(FileImportTest, ImportsARecipeWithBatchesAndPictures) {
+  const auto operation = import(file("own.wm2", ownFile()));
+  endTurn();
+  ASSERT_TRUE(operation->uuidOfRecipe()) << operation->failureReason().value_or("");
+  EXPECT_THAT(operation->matches(), IsEmpty());
+  const std::string uuid = *operation->uuidOfRecipe();
+  const PlistDictionary recipe = stored(*operation);
+  EXPECT_NE(uuid, "FROM-THE-FILE");
+  EXPECT_EQ(*recipe.date(keys::DateLastModified) > NSDate::dateWithTimeIntervalSince1970(1e9), true)
+      << "a picture moves it";
+  EXPECT_EQ(recipe.stringValue(keys::PreBoilWortVolume), "33333.0");
+  EXPECT_NE(recipe.stringValue(keys::BoilDuration), "") << "what the file lacks";
+  EXPECT_EQ(recipe.find(keys::Batches), nullptr);
+  EXPECT_EQ(recipe.find(keys::Images), nullptr);
+  const PlistDictionary& profile = *recipe.dictionary(keys::Profile);
+  EXPECT_EQ(profile.stringValue(keys::UUID), "");
+  EXPECT_EQ(profile.stringValue(keys::ProfileName), "Specific to this recipe");
+  EXPECT_EQ(profile.stringValue(keys::PreBoilVolume), "33333.0");
+
+  EXPECT_THAT(recipes().imageUUIDsForItemWithUUID(uuid), SizeIs(1)) << "the readable one";
+  EXPECT_EQ(recipes().largeImageAtIndex_forItemWithUUID(0, uuid)->size(), (NSSize{600, 200}));
+  const auto batches = recipes().batchSummariesForRecipeWithUUID(uuid);
+  ASSERT_TRUE(batches && batches->size() == 1);
+  EXPECT_NE(batches->front().uuid, "BATCH-IN-FILE");
+  EXPECT_THAT(recipes().imageUUIDsForItemWithUUID(batches->front().uuid), SizeIs(1));
+  const auto batch = recipes().batchWithUUID(batches->front().uuid);
+  const PlistDictionary& own = *batch->dictionary(keys::ModifiedRecipe)->dictionary(keys::Profile);
+  EXPECT_EQ(own.stringValue(keys::PreferredSpargeMethod), "Batch Sparge");
+  EXPECT_EQ(own.stringValue(keys::WaterGrainRatio), "3.25");
+
+  EXPECT_EQ(undoManager().undoActionName(), "Import Recipe");
+  undoManager().undo();
+  EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
+  EXPECT_THAT(*ZYMRecipeBatchEntity::findAllObjects(), IsEmpty());
+  EXPECT_THAT(*ZYMImageEntity::findAllObjects(), IsEmpty());
+}
+
+TEST_F(FileImportTest, KeepsAProfileThatIsTheSameHere) {
+  const PlistDictionary here = ZYMProfiles::sharedInstance().defaultProfile();
+  const auto profileAfter = [&](const PlistDictionary& profile) {
+    const auto operation = import(file("own.wm2", ownFile({{keys::Profile, profile}})));
+    return *stored(*operation).dictionary(keys::Profile);
+  };
+  EXPECT_EQ(profileAfter(here).stringValue(keys::UUID), here.stringValue(keys::UUID));
+  PlistDictionary other = here;
+  other.set(keys::PreBoilVolume, std::to_string(here.doubleValue(keys::PreBoilVolume) + 50));
+  EXPECT_EQ(profileAfter(other).stringValue(keys::UUID), "");
+  PlistDictionary specific{{keys::UUID, ""}, {keys::ProfileName, "Mine"}};
+  EXPECT_EQ(profileAfter(specific).stringValue(keys::ProfileName), "Mine");
+}
+
+TEST_F(FileImportTest, AFailureStoresNothing) {
+  ASSERT_EQ(::mkfifo((folder / "pipe.xml").c_str(), 0600), 0);
+  fs::create_directory(folder / "folder.xml");
+  const std::string deep = "{\"a\":" + std::string(600, '[') + std::string(600, ']') + "}";
+  const struct {
+    std::string path;
+    const char* reason;
+  } cases[] = {
+      {file("bitter.XML", bitter), "\"XML\" is no extension"},
+      {file("bitter", bitter), "\"\" is no extension"},
+      {file(".xml", bitter), "no extension"},
+      {file("bitter.txt", bitter), "\"txt\" is no extension"},
+      {folder / "gone.xml", "No such file"},
+      {folder / "folder.xml", "Is a directory"},
+      {folder / "pipe.xml", "Not a regular file"},
+      {file("empty.xml", ""), ""},
+      {file("other.xml", "<HTML/>"), "RECIPES"},
+      {file("nameless.xml", "<RECIPES><RECIPE><TYPE>x</TYPE></RECIPE></RECIPES>"), "NAME"},
+      {file("empty.wm2", ""), ""},
+      {file("cut.wm2", ownFile().substr(0, ownFile().size() / 2)), ""},
+      {file("list.wm2", "[{}]"), "list"},
+      {file("number.wm2", "7"), ""},
+      {file("deep.wm2", deep), ""},
+      {file("a.wmr", "x"), "yet"},
+      {file("a.rec", "x"), "yet"},
+      {file("a.ing", "x"), "yet"},
+  };
+  const std::string before = storeBytes();
+  for (const auto& c : cases) {
+    const testing::Posts posts{succeeded, failed};
+    const auto operation = import(c.path);
+    endTurn();
+    EXPECT_THAT(posts.names, ElementsAre(failed)) << c.path;
+    EXPECT_THAT(operation->failureReason().value_or("none"), HasSubstr(c.reason)) << c.path;
+    EXPECT_NE(operation->failureReason(), std::nullopt);
+    EXPECT_EQ(operation->uuidOfRecipe(), std::nullopt);
+    EXPECT_FALSE(context().hasChanges());
+    EXPECT_FALSE(undoManager().canUndo());
+  }
+  ZYMFileImportOperation nowhere;
+  nowhere.start();
+  EXPECT_NE(nowhere.failureReason(), std::nullopt);
+  EXPECT_TRUE(storeBytes() == before);
+}
+
+TEST_F(FileImportTest, TakesDocumentsOfAnyShape) {
+  std::string nested = "1";
+  for (int i = 0; i < 505; ++i) nested = "[" + nested + "]";
+  for (const std::string& text :
+       {std::string("{}"),
+        std::string(R"({"UUID":1,"RecipeTitle":[],"Batches":[1,{},{"ModifiedRecipe":7},
+             {"ModifiedRecipe":{"Profile":[]},"DateBrewed":"x","Images":{}}],"Images":[null,{},"x"],
+             "Profile":"x","HopIngredients":{},"MashSchedule":1,"DateLastModified":true})"),
+        std::string(R"({"Batches":{},"Images":"//Data:","Profile":{"UUID":[]}})"),
+        "{\"Notes\":" + nested + ",\"Batches\":[{\"Notes\":" + nested + "}]}"}) {
+    const testing::Posts posts{succeeded, failed};
+    const auto operation = import(file("any.wm2", text));
+    endTurn();
+    EXPECT_THAT(posts.names, SizeIs(1));
+    EXPECT_EQ(operation->uuidOfRecipe().has_value(), posts.names.front() == succeeded)
+        << operation->failureReason().value_or("");
+    EXPECT_FALSE(context().hasChanges());
+    if (operation->uuidOfRecipe()) {
+      EXPECT_NO_THROW((void)stored(*operation)) << text.substr(0, 100);
+    }
+  }
+}
+
+TEST_F(FileImportTest, RunsOnTheMainThreadInTheOrderOfTheQueue) {
+  const std::string path = file("bitter.xml", bitter);
+  ZYMFileImportOperation elsewhere(path);
+  bool done = false;
+  std::thread thread([&] {
+    elsewhere.start();
+    NSRunLoop::mainRunLoop().performBlock([&] { done = true; });
+  });
+  EXPECT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return done; }, 60));
+  thread.join();
+  EXPECT_TRUE(elsewhere.uuidOfRecipe());
+
+  std::vector<std::shared_ptr<ZYMFileImportOperation>> operations;
+  for (const std::string& name : {path, path + "gone", path}) {
+    operations.push_back(std::make_shared<ZYMFileImportOperation>(name));
+    NSOperationQueue::mainQueue().addOperation(operations.back());
+  }
+  const testing::Posts posts{succeeded, failed};
+  operations.back()->cancel();
+  NSOperationQueue::mainQueue().waitUntilAllOperationsAreFinished();
+  EXPECT_THAT(posts.names, ElementsAre(succeeded, failed));
+  EXPECT_THAT(recipes().summariesForAllRecipes(), SizeIs(2));
+}
+
+// Whenever the process ends, nothing is without what it belongs to.
+TEST_F(FileImportTest, SurvivesTheEndOfTheProcess) {
+  const std::string path = file("own.wm2", ownFile());
+  ZYMCoreDataModel::tearDown();
+  for (int round = 0; round < 8; ++round) {
+    reopen();
+    Child child([&](int pipe) {
+      const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
+          CoreDataModelDidSaveNotification, nullptr,
+          [&](const NSNotification&) { Child::tell(pipe, 1); });
+      while (true) (void)import(path);
+    });
+    for (int i = 0; i <= round; ++i) ASSERT_TRUE(child.hear(60'000));
+    child.kill();
+    reopen();
+    const auto batches = ZYMRecipeBatchEntity::findAllObjects();
+    for (auto* batch : *batches) {
+      ASSERT_NE(batch->objectForKey(relationships::recipe), nullptr);
+    }
+    const auto images = ZYMImageEntity::findAllObjects();
+    for (auto* image : *images) {
+      EXPECT_TRUE(image->objectForKey(relationships::recipe) ||
+                  image->objectForKey(relationships::recipeBatch));
+    }
+    for (const ZYMSummary& recipe : recipes().summariesForAllRecipes()) {
+      EXPECT_EQ(recipe.numberOfChildren, 1) << "a recipe comes with its batch";
+      EXPECT_LE(recipes().imageUUIDsForItemWithUUID(recipe.uuid).size(), 1U);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zym

@@ -1,9 +1,6 @@
 #include "app/CalcCommand.h"
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
-#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -13,11 +10,10 @@
 #include "app/Defaults.h"
 #include "app/Documents.h"
 #include "app/Faults.h"
+#include "app/Output.h"
 #include "app/RecipeSheet.h"
 #include "app/Text.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
-#include "zymcore/documents/SafeJSON.h"
-#include "zymcore/platform/NSJSONSerialization.h"
 #include "zymcore/platform/PlistValue.h"
 
 namespace zym::host {
@@ -39,8 +35,6 @@ class Printer {
 
 class SheetPrinter : public Printer {
  public:
-  SheetPrinter() : sheet_(std::cout, isTerminal() ? Sheet::Look::Terminal : Sheet::Look::Plain) {}
-
   void print(const PlistDictionary& document) override {
     if (!isFirst_) std::cout << "\n\n";
     isFirst_ = false;
@@ -52,13 +46,7 @@ class SheetPrinter : public Printer {
   }
 
  private:
-  static bool isTerminal() {
-    const char* const terminal = std::getenv("TERM");
-    return isatty(STDOUT_FILENO) && terminal && std::string_view(terminal) != "dumb" &&
-           !std::getenv("NO_COLOR");
-  }
-
-  Sheet sheet_;
+  Sheet sheet_ = sheetOnOutput();
   bool isFirst_ = true;
 };
 
@@ -70,12 +58,7 @@ class JSONPrinter : public Printer {
 
   void finish() override {
     if (documents_.empty()) return;
-    const PlistValue tree =
-        isOneFile_ && documents_.size() == 1 ? *documents_.find(0) : PlistValue(documents_);
-    NSError error;
-    const auto json = safeDataWithJSONObject_options(tree, NSJSONWritingPrettyPrinted, &error);
-    if (!json) throw InputError("can't be written as JSON: " + error.localizedDescription);
-    std::cout << *json << '\n';
+    printJSON(isOneFile_ && documents_.size() == 1 ? *documents_.find(0) : PlistValue(documents_));
   }
 
  private:

@@ -1,15 +1,13 @@
 #include "app/LibraryCommands.h"
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cmath>
 #include <iostream>
 #include <memory>
 
 #include "app/Faults.h"
 #include "app/LibraryKind.h"
+#include "app/Output.h"
 #include "app/Sheet.h"
 #include "app/Store.h"
 #include "app/Text.h"
@@ -18,10 +16,8 @@
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
-#include "zymcore/documents/SafeJSON.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/ZYMStyles.h"
-#include "zymcore/platform/NSJSONSerialization.h"
 #include "zymcore/platform/NSUserDefaults.h"
 
 namespace zym::host {
@@ -31,23 +27,10 @@ struct Options {
   std::string kind;
   std::string name;
   std::string like;
-  std::vector<std::string> assignments;
   bool asJSON = false;
-  bool isForced = false;
 };
 
 constexpr std::size_t nearestShown = 10;
-
-void printJSON(const PlistValue& tree) {
-  NSError error;
-  const auto json = safeDataWithJSONObject_options(tree, NSJSONWritingPrettyPrinted, &error);
-  if (!json) throw InputError("can't be written as JSON: " + error.localizedDescription);
-  std::cout << *json << '\n';
-}
-
-void printTable(const Table& table) {
-  for (const std::string& line : table.lines()) std::cout << line << '\n';
-}
 
 std::string nameOf(const LibraryKind& kind, const PlistDictionary& record) {
   return printable(record.stringValue(kind.nameKey));
@@ -120,75 +103,6 @@ Table stepsOf(const PlistDictionary& schedule) {
   return table;
 }
 
-void show(const Options& options) {
-  const LibraryKind& kind = libraryKindNamed(options.kind);
-  openStore();
-  const PlistDictionary record = recordNamed(kind, options.name);
-  if (options.asJSON) {
-    printJSON(record);
-    return;
-  }
-  Sheet sheet(std::cout, Sheet::Look::Plain);
-  sheet.title(nameOf(kind, record));
-  Table table({{"", Table::Cells::Texts}, {"", Table::Cells::Texts}});
-  for (const RecordValue& value : kind.values) {
-    table.addRow({std::string(value.label), printable(value.toDisplay(record.find(value.key)))});
-  }
-  sheet.section("Values", table);
-  sheet.section("Steps", stepsOf(record));
-}
-
-const LibraryKind& editable(const std::string& name) {
-  const LibraryKind& kind = libraryKindNamed(name);
-  if (!kind.library) throw UsageError(std::string(kind.plural) + " can't be changed");
-  return kind;
-}
-
-void create(const Options& options) {
-  const LibraryKind& kind = editable(options.kind);
-  openStore();
-  PlistDictionary values;
-  setValues(kind, values, options.assignments);  // before anything is stored
-  PlistDictionary record = kind.library().createItem();
-  record.set(kind.nameKey, options.name);
-  for (const PlistEntry& entry : values) record.set(entry.key, entry.value);
-  kind.library().updateItem(record);
-}
-
-void edit(const Options& options) {
-  const LibraryKind& kind = editable(options.kind);
-  openStore();
-  PlistDictionary record = recordNamed(kind, options.name);
-  setValues(kind, record, options.assignments);
-  kind.library().updateItem(record);
-}
-
-void copy(const Options& options) {
-  const LibraryKind& kind = editable(options.kind);
-  openStore();
-  const PlistDictionary record = recordNamed(kind, options.name);
-  const auto made = kind.library().duplicateItemWithUUID(record.stringValue(keys::UUID));
-  if (!made) throw InputError("several records share the identity of '" + options.name + "'");
-  std::cout << nameOf(kind, *made) << '\n';
-}
-
-bool isConfirmed(const std::string& question) {
-  if (!isatty(STDIN_FILENO)) return true;
-  std::cerr << question << " [y/N] ";
-  std::string answer;
-  return std::getline(std::cin, answer) && (answer == "y" || answer == "Y" || answer == "yes");
-}
-
-void remove(const Options& options) {
-  const LibraryKind& kind = editable(options.kind);
-  openStore();
-  const PlistDictionary record = recordNamed(kind, options.name);
-  const std::string question =
-      "Remove the " + std::string(kind.singular) + " '" + nameOf(kind, record) + "'?";
-  if (!options.isForced && !isConfirmed(question)) return;
-  kind.library().removeItemWithUUID(std::string(record.stringValue(keys::UUID)));
-}
-
 void setDefaultProfile(const Options& options) {
   openStore();
   if (options.name.empty()) {
@@ -202,68 +116,80 @@ void setDefaultProfile(const Options& options) {
       std::string(profile.stringValue(keys::UUID)), keys::UUIDForDefaultProfile);
 }
 
-using Run = void (*)(const Options&);
-
-CLI::App* add(CLI::App& program, const char* name, const char* description,
-              const std::shared_ptr<Options>& options, Run run) {
-  CLI::App* const command = program.add_subcommand(name, description);
-  command->fallthrough();
-  command->callback([options, run] { run(*options); });
-  return command;
-}
-
-void addKind(CLI::App& command, Options& options) {
-  command.add_option("KIND", options.kind, "One of " + libraryKindNames())->required();
-}
-
-void addName(CLI::App& command, Options& options) {
-  command
-      .add_option("NAME", options.name,
-                  "Its name, a beginning of it that no other has, or its UUID")
-      ->required();
+const LibraryKind& editable(const LibraryKind& kind) {
+  if (!kind.library) throw UsageError(std::string(kind.plural) + " can't be changed");
+  return kind;
 }
 
 }  // namespace
 
+void showRecord(const LibraryKind& kind, const std::string& name, bool asJSON) {
+  const PlistDictionary record = recordNamed(kind, name);
+  if (asJSON) {
+    printJSON(record);
+    return;
+  }
+  Sheet sheet(std::cout, Sheet::Look::Plain);
+  sheet.title(nameOf(kind, record));
+  Table table({{"", Table::Cells::Texts}, {"", Table::Cells::Texts}});
+  for (const RecordValue& value : kind.values) {
+    table.addRow({std::string(value.label), printable(value.toDisplay(record.find(value.key)))});
+  }
+  sheet.section("Values", table);
+  sheet.section("Steps", stepsOf(record));
+}
+
+PlistDictionary createRecord(const LibraryKind& kind, const std::string& name,
+                             const std::vector<std::string>& assignments) {
+  PlistDictionary values;
+  setValues(editable(kind), values, assignments);  // before anything is stored
+  PlistDictionary record = kind.library().createItem();
+  record.set(kind.nameKey, name);
+  for (const PlistEntry& entry : values) record.set(entry.key, entry.value);
+  kind.library().updateItem(record);
+  return record;
+}
+
+PlistDictionary editRecord(const LibraryKind& kind, const std::string& name,
+                           const std::vector<std::string>& assignments) {
+  PlistDictionary record = recordNamed(editable(kind), name);
+  setValues(kind, record, assignments);
+  kind.library().updateItem(record);
+  return record;
+}
+
+PlistDictionary copyRecord(const LibraryKind& kind, const std::string& name) {
+  const PlistDictionary record = recordNamed(editable(kind), name);
+  const auto made = kind.library().duplicateItemWithUUID(record.stringValue(keys::UUID));
+  if (!made) throw InputError("several records share the identity of '" + printable(name) + "'");
+  return *made;
+}
+
+void removeRecord(const LibraryKind& kind, const std::string& name, bool isForced) {
+  const PlistDictionary record = recordNamed(editable(kind), name);
+  const std::string question =
+      "Remove the " + std::string(kind.singular) + " '" + nameOf(kind, record) + "'?";
+  if (!isForced && !isConfirmed(question)) return;
+  kind.library().removeItemWithUUID(std::string(record.stringValue(keys::UUID)));
+}
+
 void addLibraryCommands(CLI::App& program) {
   const auto options = std::make_shared<Options>();
-  CLI::App* command = add(program, "list", "List the records of a library.", options, list);
-  addKind(*command, *options);
-  command->add_option("--like", options->like, "The nearest names to TEXT, with their scores")
+  CLI::App* const all = program.add_subcommand("list", "List the records of a library.");
+  all->fallthrough();
+  all->add_option("KIND", options->kind, "One of " + libraryKindNames())->required();
+  all->add_option("--like", options->like, "The nearest names to TEXT, with their scores")
       ->type_name("TEXT");
-  command->add_flag("--json", options->asJSON, "Print the records as JSON and nothing else");
-
-  command = add(program, "show", "Show a record of a library.", options, show);
-  addKind(*command, *options);
-  addName(*command, *options);
-  command->add_flag("--json", options->asJSON, "Print the record as JSON and nothing else");
-
-  command = add(program, "new", "Add a record to a library.", options, create);
-  addKind(*command, *options);
-  command->add_option("NAME", options->name, "The name of the new record")->required();
-  command->add_option("KEY=VALUE", options->assignments, "Values, in your units");
-  command->footer("Example:\n  zym new fermentable 'My Malt' Extract=80 'Color=8 EBC' IsGrain=yes");
-
-  command = add(program, "edit", "Change values of a record.", options, edit);
-  addKind(*command, *options);
-  addName(*command, *options);
-  command->add_option("KEY=VALUE", options->assignments, "Values, in your units")->required();
-  command->footer("Example:\n  zym edit profile Kitchen 'PreBoilVolume=14 l' BoilDuration=60");
-
-  command = add(program, "copy", "Copy a record, and say the name of the copy.", options, copy);
-  addKind(*command, *options);
-  addName(*command, *options);
-
-  command = add(program, "remove", "Remove a record. Asks first on a terminal.", options, remove);
-  addKind(*command, *options);
-  addName(*command, *options);
-  command->add_flag("--force", options->isForced, "Don't ask");
+  all->add_flag("--json", options->asJSON, "Print the records as JSON and nothing else");
+  all->callback([options] { list(*options); });
 
   CLI::App* const profile = program.add_subcommand("profile", "The equipment of new recipes.");
   profile->require_subcommand(1)->fallthrough();
-  command = add(*profile, "default", "Choose the default profile, or say which it is.", options,
-                setDefaultProfile);
-  command->add_option("NAME", options->name, "A profile");
+  CLI::App* const byDefault =
+      profile->add_subcommand("default", "Choose the default profile, or say which it is.");
+  byDefault->fallthrough();
+  byDefault->add_option("NAME", options->name, "A profile");
+  byDefault->callback([options] { setDefaultProfile(*options); });
 }
 
 }  // namespace zym::host

@@ -5,22 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "app/RecordValue.h"
 #include "zymcore/platform/PlistValue.h"
 #include "zymcore/store/ZYMCachingModel.h"
 
 namespace zym::host {
-
-/// A value of a record: how it is shown, and how what the user types becomes it.
-struct RecordValue {
-  enum class Show { InList, InRecord };
-
-  KeyName key;
-  std::string_view label;
-  Show show;
-  /// Null for a value that isn't text of the store, or can't be typed.
-  std::string (*toDisplay)(const PlistValue* stored);
-  std::string (*toStorage)(const std::string& typed);
-};
 
 /// A kind of record that the program lists, shows and edits.
 struct LibraryKind {

@@ -118,6 +118,15 @@ inline constexpr KeyName StepType{"StepType"};
 inline constexpr KeyName Temperature{"Temperature"};
 inline constexpr KeyName Duration{"Duration"};
 
+// Of early versions: names, where there are uuids and additions now.
+inline constexpr KeyName Style{"Style"};
+inline constexpr KeyName Yeast{"Yeast"};
+inline constexpr KeyName YeastAmount{"YeastAmount"};
+
+// Of an addition while it is sorted; sorting leaves none behind.
+inline constexpr KeyName Amount2{"Amount2"};
+inline constexpr KeyName WhenIndex{"WhenIndex"};
+
 // Beside the recipe where it travels in a file.
 inline constexpr KeyName Images{"Images"};
 

@@ -69,4 +69,7 @@ inline constexpr KeyName OrderUUID{"OrderUUID"};
 inline constexpr KeyName GroupName{"GroupName"};
 inline constexpr KeyName KeysOfContents{"KeysOfContents"};
 
+// Rows of lists.
+inline constexpr KeyName Children{"Children"};  // integer
+
 }  // namespace zym::keys

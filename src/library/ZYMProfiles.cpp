@@ -7,6 +7,7 @@
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
+#include "zymcore/library/ProfileValues.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/platform/NSException.h"
@@ -36,30 +37,9 @@ constexpr ZYMFlatLibrary::Default defaults[] = {
     {keys::BoilDuration, "90"},
 };
 
-struct SharedValue {
-  KeyName inProfile;
-  KeyName inRecipe;
-};
-constexpr SharedValue sharedValues[] = {
-    {keys::PreBoilVolume, keys::PreBoilWortVolume},
-    {keys::PostBoilVolume, keys::FinalWortVolume},
-    {keys::VolumeToFermenter, keys::VolumeToFermenter},
-    {keys::VolumeWaterAdded, keys::VolumeWaterAdded},
-    {keys::VolumeAtPitching, keys::VolumeAtPitching},
-    {keys::FinishedBatchVolume, keys::FinalBatchVolume},
-    {keys::PreferredRecipeType, keys::MashType},
-    {keys::ExtractEfficiency, keys::MashEfficiency},
-    {keys::BoilDuration, keys::BoilDuration},
-};
-
 constexpr KeyName comparedVolumes[] = {keys::PreBoilVolume,     keys::PostBoilVolume,
                                        keys::VolumeToFermenter, keys::VolumeWaterAdded,
                                        keys::VolumeAtPitching,  keys::FinishedBatchVolume};
-
-// What isn't there is not copied, so nothing is lost by a profile or recipe that lacks it.
-void copyValue(const PlistDictionary& from, KeyName fromKey, PlistDictionary& to, KeyName toKey) {
-  if (const PlistValue* value = from.find(fromKey)) to.set(toKey, *value);
-}
 
 std::string firstSchedule() {
   const std::vector<ZYMSummary> rows = ZYMMashSchedules::sharedInstance().summariesforAllItems();
@@ -144,7 +124,7 @@ PlistDictionary ZYMProfiles::defaultProfile() {
 void ZYMProfiles::updateRecipe_withProfile(PlistDictionary& recipe,
                                            const PlistDictionary& profile) {
   recipe.set(keys::Profile, duplicate(profile));
-  for (const SharedValue& value : sharedValues) {
+  for (const ProfileValue& value : profileValues) {
     copyValue(profile, value.inProfile, recipe, value.inRecipe);
   }
   ZYMMashSchedules& schedules = ZYMMashSchedules::sharedInstance();
@@ -165,7 +145,7 @@ void ZYMProfiles::updateRecipe_withProfile(PlistDictionary& recipe,
 
 void ZYMProfiles::updateProfile_withRecipe(PlistDictionary& profile,
                                            const PlistDictionary& recipe) {
-  for (const SharedValue& value : sharedValues) {
+  for (const ProfileValue& value : profileValues) {
     copyValue(recipe, value.inRecipe, profile, value.inProfile);
   }
   copyValue(recipe, keys::BaseWaterProfileUsedUUID, profile, keys::PreferredBaseWaterUUID);

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <compare>
+#include <string>
 
 namespace zym {
 
@@ -28,12 +29,22 @@ class NSDate {
     return NSDate(seconds);
   }
 
+  [[nodiscard]] static NSDate dateWithTimeIntervalSinceNow(double seconds) noexcept {
+    return NSDate(date().seconds_ + seconds);
+  }
+  /// The year 1, before any date that is meant.
+  [[nodiscard]] static constexpr NSDate distantPast() noexcept { return NSDate(-63114076800); }
+
   [[nodiscard]] constexpr double timeIntervalSince1970() const noexcept {
     return seconds_ + NSTimeIntervalSince1970;
   }
   [[nodiscard]] constexpr double timeIntervalSinceReferenceDate() const noexcept {
     return seconds_;
   }
+
+  /// Such as "2026-03-01 09:30:00 +0000"; seconds since 2001 for a moment that is no date of years
+  /// with four digits.
+  [[nodiscard]] std::string description() const;
 
   friend constexpr bool operator==(NSDate, NSDate) noexcept = default;
   friend constexpr std::partial_ordering operator<=>(NSDate, NSDate) noexcept = default;

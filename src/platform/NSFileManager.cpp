@@ -117,6 +117,11 @@ bool NSFileManager::isDirectoryAtPath(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+bool NSFileManager::isRegularFileAtPath(const std::string& path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 bool NSFileManager::createDirectoryAtPath(const std::string& path, NSError* error) {
   std::error_code reason;
   fs::create_directories(path, reason);

@@ -19,6 +19,8 @@ class NSFileManager {
   /// True for whatever a path leads to; false for a link that leads nowhere.
   [[nodiscard]] static bool fileExistsAtPath(const std::string& path);
   [[nodiscard]] static bool isDirectoryAtPath(const std::string& path);
+  /// True for a regular file, false for a link to one.
+  [[nodiscard]] static bool isRegularFileAtPath(const std::string& path);
 
   /// The folder and those above it; true also when it is there already.
   static bool createDirectoryAtPath(const std::string& path, NSError* error = nullptr);

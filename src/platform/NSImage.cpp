@@ -14,7 +14,9 @@ namespace {
 constexpr std::int64_t unreadable = 256;
 
 struct Release {
-  void operator()(gpointer object) const noexcept { g_object_unref(object); }
+  void operator()(gpointer object) const noexcept {
+    if (object) g_object_unref(object);
+  }
 };
 template <class Object>
 using Owned = std::unique_ptr<Object, Release>;
@@ -41,15 +43,9 @@ const char* formatOf(std::string_view bytes) noexcept {
   return format == std::end(formats) ? nullptr : format->name;
 }
 
-bool isBounded(int width, int height) noexcept {
-  return width > 0 && height > 0 && width <= NSImage::mostPixelsASide &&
-         height <= NSImage::mostPixelsASide &&
-         static_cast<std::size_t>(width) * static_cast<std::size_t>(height) <= NSImage::mostPixels;
-}
-
 // A size of nothing tells the loader to go no further.
 void refuseLargePicture(GdkPixbufLoader* loader, int width, int height, gpointer refused) {
-  if (isBounded(width, height)) return;
+  if (CGImage::isSize(width, height)) return;
   *static_cast<bool*>(refused) = true;
   gdk_pixbuf_loader_set_size(loader, 0, 0);
 }
@@ -61,10 +57,6 @@ std::string take(GError* problem) {
 }
 
 }  // namespace
-
-struct NSImage::Pixels {
-  Owned<GdkPixbuf> buffer;
-};
 
 std::optional<NSImage> NSImage::imageWithData(const NSData& data, NSError* error) {
   const auto refuse = [&](std::string reason) -> std::optional<NSImage> {
@@ -85,33 +77,22 @@ std::optional<NSImage> NSImage::imageWithData(const NSData& data, NSError* error
   if (isTooLarge) return refuse("a picture too large");
   GdkPixbuf* const picture = isRead ? gdk_pixbuf_loader_get_pixbuf(loader.get()) : nullptr;
   if (!picture) return refuse(reason);
-  Owned<GdkPixbuf> upright(gdk_pixbuf_apply_embedded_orientation(picture));
+  const std::shared_ptr<GdkPixbuf> upright(gdk_pixbuf_apply_embedded_orientation(picture),
+                                           Release());
   if (!upright) return refuse("out of memory");
-  return NSImage(std::make_shared<const Pixels>(Pixels{std::move(upright)}));
-}
-
-NSSize NSImage::size() const noexcept {
-  return {static_cast<double>(gdk_pixbuf_get_width(pixels_->buffer.get())),
-          static_cast<double>(gdk_pixbuf_get_height(pixels_->buffer.get()))};
+  return NSImage(
+      CGImage(gdk_pixbuf_get_width(upright.get()), gdk_pixbuf_get_height(upright.get()),
+              gdk_pixbuf_get_has_alpha(upright.get()) != 0,
+              static_cast<std::size_t>(gdk_pixbuf_get_rowstride(upright.get())),
+              std::shared_ptr<const std::uint8_t>(upright, gdk_pixbuf_read_pixels(upright.get()))));
 }
 
 NSImage NSImage::imageResizedTo(double width, double height) const {
   const auto side = [](double length) {
     return static_cast<int>(std::clamp(std::round(std::isnan(length) ? 1 : length), 1.0,
-                                       static_cast<double>(mostPixelsASide)));
+                                       static_cast<double>(CGImage::mostPixelsASide)));
   };
-  Owned<GdkPixbuf> scaled(gdk_pixbuf_scale_simple(pixels_->buffer.get(), side(width), side(height),
-                                                  GDK_INTERP_BILINEAR));
-  if (!scaled) return *this;
-  return NSImage(std::make_shared<const Pixels>(Pixels{std::move(scaled)}));
-}
-
-NSData NSImage::PNGRepresentation() const {
-  gchar* bytes = nullptr;
-  gsize length = 0;
-  gdk_pixbuf_save_to_buffer(pixels_->buffer.get(), &bytes, &length, "png", nullptr, nullptr);
-  const std::unique_ptr<gchar, decltype(&g_free)> owned(bytes, &g_free);
-  return NSData(std::string_view(bytes, length));
+  return NSImage(image_.scaledTo(side(width), side(height), kCGInterpolationDefault));
 }
 
 }  // namespace zym

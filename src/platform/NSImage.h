@@ -1,44 +1,36 @@
 #pragma once
 
-#include <cstddef>
-#include <memory>
 #include <optional>
+#include <utility>
 
+#include "zymcore/platform/CGGeometry.h"
+#include "zymcore/platform/CGImage.h"
 #include "zymcore/platform/NSData.h"
 #include "zymcore/platform/NSError.h"
 
 namespace zym {
 
-struct NSSize {
-  double width = 0;
-  double height = 0;
+using NSSize = CGSize;
 
-  friend bool operator==(const NSSize&, const NSSize&) = default;
-};
-
-/// A picture that doesn't change. A copy shares it.
+/// A picture that doesn't change. A copy shares it. A point is a pixel.
 class NSImage {
  public:
-  // A picture that says it is larger is refused before it is decoded.
-  static constexpr int mostPixelsASide = 16'384;
-  static constexpr std::size_t mostPixels = 64'000'000;
-
   /// A picture in any format the system knows, turned upright as its orientation tag says. Absent,
-  /// with an error, when it can't be read or is too large.
+  /// with an error, when it can't be read or is larger than a `CGImage` may be; the latter is found
+  /// before it is decoded.
   [[nodiscard]] static std::optional<NSImage> imageWithData(const NSData& data,
                                                             NSError* error = nullptr);
+  explicit NSImage(CGImage image) noexcept : image_(std::move(image)) {}
 
-  /// In pixels.
-  [[nodiscard]] NSSize size() const noexcept;
-  /// Scaled to exactly this size in whole pixels, from 1 to `mostPixelsASide` a side.
+  [[nodiscard]] NSSize size() const noexcept {
+    return {static_cast<double>(image_.width()), static_cast<double>(image_.height())};
+  }
+  [[nodiscard]] const CGImage& image() const noexcept { return image_; }
+  /// Scaled to exactly this size in whole pixels, from 1 to `CGImage::mostPixelsASide` a side.
   [[nodiscard]] NSImage imageResizedTo(double width, double height) const;
-  [[nodiscard]] NSData PNGRepresentation() const;
 
  private:
-  struct Pixels;
-  explicit NSImage(std::shared_ptr<const Pixels> pixels) noexcept : pixels_(std::move(pixels)) {}
-
-  std::shared_ptr<const Pixels> pixels_;
+  CGImage image_;
 };
 
 }  // namespace zym

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <stdexcept>
 
 namespace zym {
@@ -68,6 +69,24 @@ std::string mapped(std::string_view text, CaseMapping mapping, char first, char 
   UErrorCode status = U_ZERO_ERROR;
   mapping("", 0, icu::StringPiece(text.data(), lengthForMapping(text)), sink, nullptr, status);
   return result;
+}
+
+struct Conversion {
+  std::size_t length;  // of its text; 0 for none
+  std::optional<std::size_t> argument;
+};
+
+Conversion conversionAt(std::string_view format) {
+  std::string_view rest = format.substr(1);
+  std::optional<std::size_t> argument;
+  if (rest.size() > 2 && rest[0] >= '1' && rest[0] <= '9' && rest[1] == '$') {
+    argument = static_cast<std::size_t>(rest[0] - '1');
+    rest.remove_prefix(2);
+  }
+  for (const std::string_view kind : {"@", "ld", "lu"}) {
+    if (rest.starts_with(kind)) return {format.size() - rest.size() + kind.size(), argument};
+  }
+  return {0, std::nullopt};
 }
 
 }  // namespace
@@ -174,6 +193,28 @@ std::u32string UTF32String(std::string_view text) {
   forEachCharacter(text, [&](UChar32 character, std::size_t, std::size_t) {
     result.push_back(orReplacement(character));
   });
+  return result;
+}
+
+std::string stringWithFormat(std::string_view format,
+                             std::initializer_list<std::string_view> arguments) {
+  std::string result;
+  std::size_t next = 0;
+  while (!format.empty()) {
+    const std::size_t mark = std::min(format.find('%'), format.size());
+    result += format.substr(0, mark);
+    format.remove_prefix(mark);
+    if (format.empty()) break;
+    const Conversion conversion = conversionAt(format);
+    if (conversion.length == 0) {
+      result += format.starts_with("%%") ? "%" : format.substr(0, 1);
+      format.remove_prefix(format.starts_with("%%") ? 2 : 1);
+      continue;
+    }
+    const std::size_t argument = conversion.argument ? *conversion.argument : next++;
+    if (argument < arguments.size()) result += arguments.begin()[argument];
+    format.remove_prefix(conversion.length);
+  }
   return result;
 }
 

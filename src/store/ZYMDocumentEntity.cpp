@@ -32,10 +32,11 @@ std::optional<PlistDictionary> ZYMDocumentEntity::dictionaryRepresentation() {
 void ZYMDocumentEntity::updateWithDictionaryRepresentation_usingContext(
     PlistDictionary& record, NSManagedObjectContext& /*context*/) {
   correctForSerialization(record);
-  readFields(record);
+  // First, so that a document that can't be stored changes nothing.
   NSError error;
   const std::optional<std::string> data = BinaryPropertyList::write(record, &error);
   if (!data) throw NSException(NSInvalidArgumentException, error.localizedDescription);
+  readFields(record);
   setDocument_forKey(NSData(*data), attributes::data);
 }
 

@@ -60,7 +60,7 @@ TEST_F(Library, RecordsAreMadeChangedCopiedAndRemoved) {
   (void)output({"remove", "fermentable", "Our Malt"});
   const Outcome gone = zym({"show", "fermentable", "Our Malt!"});
   EXPECT_EQ(gone.exitCode, 1);
-  EXPECT_THAT(gone.err, HasSubstr("the nearest name is '"));
+  EXPECT_THAT(gone.err, HasSubstr("the nearest names are '"));
 }
 
 TEST_F(Library, WhatIsAmbiguousNamesTheCandidates) {

@@ -47,7 +47,7 @@ std::uint32_t crc32(std::string_view bytes) {
 
 // A small picture that says it is of another size.
 std::string pngClaiming(std::uint32_t width, std::uint32_t height) {
-  std::string png(imageOf(bitmap(4, 2, 24)).value().PNGRepresentation().view());
+  std::string png(imageOf(bitmap(4, 2, 24))->image().PNGRepresentation()->view());
   png.replace(16, 8, bigEndian(width, 4) + bigEndian(height, 4));
   return png.replace(29, 4, bigEndian(crc32(std::string_view(png).substr(12, 17)), 4));
 }
@@ -58,7 +58,7 @@ TEST(NSImage, ReadsScalesAndWrites) {
   EXPECT_EQ(image->size(), (NSSize{4, 2}));
   const NSImage larger = image->imageResizedTo(10, 30);
   EXPECT_EQ(larger.size(), (NSSize{10, 30}));
-  const auto back = NSImage::imageWithData(larger.PNGRepresentation());
+  const auto back = NSImage::imageWithData(larger.image().PNGRepresentation().value());
   ASSERT_TRUE(back);
   EXPECT_EQ(back->size(), (NSSize{10, 30}));
   EXPECT_EQ(image->imageResizedTo(0.2, -5).size(), (NSSize{1, 1}));

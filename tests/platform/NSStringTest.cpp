@@ -80,6 +80,12 @@ TEST(NSString, FindsParts) {
   EXPECT_FALSE(containsString("Pale Ale", "pale"));
 }
 
+TEST(NSString, Formats) {
+  EXPECT_EQ(stringWithFormat("Batch %ld of %@", {"3", "%@ 100%"}), "Batch 3 of %@ 100%");
+  EXPECT_EQ(stringWithFormat("%2$@: Sud %1$ld", {"3", "Bock"}), "Bock: Sud 3");
+  EXPECT_EQ(stringWithFormat("100%% %@ %s %9$@%", {}), "100%  %s %");
+}
+
 TEST(CommonDigest, IsTheMD5) {
   const auto hexadecimal = [](std::string_view bytes) {
     std::string text;

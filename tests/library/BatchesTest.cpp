@@ -1,0 +1,324 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <ctime>
+
+#include "support/Store.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/library/ZYMProfiles.h"
+#include "zymcore/library/ZYMRecipes.h"
+#include "zymcore/platform/NSException.h"
+#include "zymcore/store/EntityKeys.h"
+#include "zymcore/store/ZYMGroupEntity.h"
+#include "zymcore/store/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/ZYMRecipeEntity.h"
+
+namespace zym {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+class Batches : public testing::WithStore {
+ protected:
+  static ZYMRecipes& recipes() { return ZYMRecipes::sharedInstance(); }
+  static void addRecipe(const char* uuid, PlistDictionary recipe = {}) {
+    recipe.set(keys::UUID, uuid);
+    recipe.set(keys::RecipeTitle, uuid);
+    ZYMRecipeEntity::insertInContext(context()).updateWithDictionaryRepresentation(recipe);
+    model().save();
+  }
+  static void addBatch(const char* uuid, const char* recipe, std::optional<NSDate> brewed) {
+    PlistDictionary batch{{keys::UUID, uuid}, {keys::BatchTitle, uuid}};
+    if (brewed) batch.set(keys::DateBrewed, *brewed);
+    recipes().restoreBatch_toRecipeWithUUID(batch, recipe);
+  }
+  static std::vector<std::string> uuids(const std::vector<ZYMSummary>& rows) {
+    std::vector<std::string> result;
+    for (const ZYMSummary& row : rows) result.push_back(row.uuid);
+    return result;
+  }
+  static std::string stepName() {
+    endTurn();
+    return undoManager().undoActionName();
+  }
+  static NSDate after(NSDate date, double seconds) {
+    return NSDate::dateWithTimeIntervalSinceReferenceDate(date.timeIntervalSinceReferenceDate() +
+                                                          seconds);
+  }
+};
+
+TEST_F(Batches, ANewOneIsMadeOfTheRecipeAndTheDefaultProfile) {
+  ZYMProfiles::sharedInstance().addItemsFromArray(
+      {PlistDictionary{{keys::UUID, "profile"},
+                       {keys::WaterGrainRatio, "3.5"},
+                       {keys::MTThermalMass, "120"},
+                       {keys::PreferredSpargeMethod, "Fly Sparge"},
+                       {keys::PreferredBaseWaterUUID, ""},
+                       {keys::PreferredTargetWaterUUID, ""},
+                       {keys::FinalWortVolume, "1"}}});
+  addRecipe("Bock", {{keys::FinalWortVolume, "23000"},
+                     {keys::FermentationTemperature, 9},
+                     {keys::Profile, PlistDictionary{{keys::WaterGrainRatio, "2"}}}});
+  EXPECT_FALSE(recipes().emptyBatchForRecipeWithUUID("unknown"));
+  set(keys::HydrometerCalibrationTemp, 15.6);
+  const PlistDictionary batch = recipes().emptyBatchForRecipeWithUUID("Bock").value();
+  const PlistDictionary& actuals = *batch.dictionary(keys::Actuals);
+  const PlistDictionary stored =
+      ZYMRecipeEntity::onlyObjectWithUUID(nullptr, "Bock")->dictionaryRepresentation().value();
+
+  for (const auto& [key, text] :
+       {std::pair(keys::BatchTitle, "Batch 1 of Bock"),
+        std::pair(keys::WaterGrainRatio, "3.500000"), std::pair(keys::MTThermalMass, "120.000000"),
+        std::pair(keys::SpargeMethod, "Fly Sparge"), std::pair(keys::RoomTemperature, "15.0"),
+        std::pair(keys::AdjustedInventory, "0"), std::pair(keys::BatchNotes, ""),
+        std::pair(keys::TastingNotes, "")}) {
+    EXPECT_EQ(*batch.string(key), text);
+  }
+  for (const auto& [key, text] :
+       {std::pair(keys::FinalWortVolume, "23000"),
+        std::pair(keys::FermentationTemperature, "9.000000"),
+        std::pair(keys::OGHydroReading, "1.000"), std::pair(keys::OG, "1.000000"),
+        std::pair(keys::ActualMashEfficiency, "0.0"), std::pair(keys::PreBoilTemp, "15.600000"),
+        std::pair(keys::OGTemp, "15.600000"), std::pair(keys::FGTemp, "15.600000"),
+        std::pair(keys::HydrometerCalibratedAt, "15.600000")}) {
+    EXPECT_EQ(*actuals.string(key), text);
+  }
+  for (const KeyName key : {keys::DateLastModified, keys::DateBrewed, keys::DateRacked,
+                            keys::DatePackaged, keys::DateReady}) {
+    EXPECT_NEAR(batch.date(key)->timeIntervalSince1970(), NSDate::date().timeIntervalSince1970(),
+                60);
+  }
+  EXPECT_FALSE(actuals.contains(keys::PreBoilWortVolume));
+  EXPECT_EQ(*batch.dictionary(keys::OriginalRecipe), stored);
+  EXPECT_EQ(batch.dictionary(keys::ModifiedRecipe)->stringValue(keys::Cost), "0.000000");
+  EXPECT_THAT(uuids(recipes().allBatchSummariesNewestFirst()), IsEmpty());
+
+  defaults().removeObjectForKey(keys::HydrometerCalibrationTemp);
+  EXPECT_EQ(recipes()
+                .emptyBatchForRecipeWithUUID("Bock")
+                ->dictionary(keys::Actuals)
+                ->stringValue(keys::OGTemp),
+            "0.000000");
+}
+
+TEST_F(Batches, TitlesCountTheBatchesOfTheMoment) {
+  addRecipe("100%@ Bock");
+  const auto add = [] { return recipes().addBatchToRecipeWithUUID("100%@ Bock").value(); };
+  add();
+  const PlistDictionary second = add();
+  EXPECT_EQ(stepName(), "Add Batch");
+  EXPECT_EQ(add().stringValue(keys::BatchTitle), "Batch 3 of 100%@ Bock");
+  endTurn();
+  recipes().removeBatchWithUUID(second.stringValue(keys::UUID));
+  EXPECT_EQ(stepName(), "Delete Batch");
+  EXPECT_EQ(add().stringValue(keys::BatchTitle), "Batch 3 of 100%@ Bock");
+  EXPECT_FALSE(recipes().addBatchToRecipeWithUUID("unknown"));
+}
+
+TEST_F(Batches, AnUnknownRecipeLeavesAnUndoGroupOpen) {
+  PlistDictionary batch{{keys::UUID, "batch"}};
+  endTurn();
+  recipes().restoreBatch_toRecipeWithUUID(batch, "unknown");
+  EXPECT_EQ(undoManager().groupingLevel(), 2);  // its own in that of the turn
+  EXPECT_FALSE(context().hasChanges());
+  endTurn();
+  EXPECT_EQ(undoManager().groupingLevel(), 0);
+}
+
+TEST_F(Batches, AreRestoredInPlaceOfTheOnlyOneWithTheirUUID) {
+  addRecipe("Bock");
+  addRecipe("Ale");
+  addBatch("a", "Bock", std::nullopt);
+  addBatch("a", "Ale", std::nullopt);
+  EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Bock"), IsEmpty());
+  EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Ale"), ElementsAre(ZYMSummary{"a", "a"}));
+  EXPECT_EQ(recipes().parentRecipeUUIDForBatchWithUUID("a"), "Ale");
+  ZYMRecipeBatchEntity::insertInContext(context()).setUuid("a");
+  addBatch("a", "Bock", std::nullopt);
+  EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Ale"), SizeIs(1));
+  EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Bock"), SizeIs(1));
+  EXPECT_FALSE(recipes().parentRecipeUUIDForBatchWithUUID("a"));
+}
+
+PlistValue nested(int levels) {
+  PlistValue tree = "";
+  for (int i = 0; i < levels; ++i) tree = PlistArray{std::move(tree)};
+  return tree;
+}
+
+TEST_F(Batches, ADocumentThatCannotBeStoredLeavesNothingBehind) {
+  addRecipe("Bock");
+  addBatch("a", "Bock", std::nullopt);
+  for (const char* uuid : {"a", "new"}) {
+    PlistDictionary batch{
+        {keys::UUID, uuid}, {keys::BatchTitle, "changed"}, {keys::Notes, nested(600)}};
+    EXPECT_THROW(recipes().restoreBatch_toRecipeWithUUID(batch, "Bock"), NSException);
+    model().save();
+  }
+  EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Bock"),
+              ElementsAre(ZYMSummary{"a", "a"}));
+}
+
+TEST_F(Batches, AreRepairedWhenTheyAreRead) {
+  addRecipe("Bock");
+  const PlistDictionary recipe{
+      {keys::Notes, std::string(20000, 'n')},
+      {keys::HopIngredients,
+       PlistArray{PlistDictionary{{keys::Description, ""}, {keys::IngredientDeducted, ""}}}},
+      {keys::YeastIngredients, PlistArray{PlistDictionary{{keys::Description, ""}}}}};
+  PlistDictionary batch{{keys::UUID, "a"},
+                        {keys::BatchTitle, ""},
+                        {keys::OriginalRecipe, recipe},
+                        {keys::ModifiedRecipe, recipe},
+                        {keys::RecipeAtCreation, recipe},
+                        {keys::TastingNotes, ""}};
+  recipes().restoreBatch_toRecipeWithUUID(batch, "Bock");
+  EXPECT_FALSE(recipes().batchWithUUID("a"));
+  EXPECT_THAT(recipes().batchSummariesForRecipeWithUUID("Bock"), ::testing::Optional(SizeIs(1)));
+  batch.set(keys::Actuals, "");
+  recipes().updateBatch(batch);
+
+  const PlistDictionary read = recipes().batchWithUUID("a").value();
+  for (const KeyName key : {keys::OriginalRecipe, keys::ModifiedRecipe, keys::RecipeAtCreation}) {
+    const PlistDictionary& repaired = *read.dictionary(key);
+    EXPECT_EQ(repaired.stringValue(keys::MgSO4InGrammes), "nan");
+    EXPECT_FALSE((*repaired.rows(keys::HopIngredients).begin()).contains(keys::Description));
+    EXPECT_TRUE((*repaired.rows(keys::YeastIngredients).begin()).contains(keys::Description));
+    EXPECT_EQ(repaired.contains(keys::SteepTemperature), key.text() == keys::ModifiedRecipe.text());
+  }
+  EXPECT_EQ(ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, "a")->dictionaryRepresentation(),
+            batch);
+}
+
+TEST_F(Batches, OnlyAChangeIsStored) {
+  addRecipe("Bock");
+  const NSDate date = NSDate::dateWithTimeIntervalSinceReferenceDate(0.1);
+  PlistDictionary recipe{{keys::BoilDuration, 60},
+                         {keys::MashEfficiency, 0.1},
+                         {keys::IsGrain, true},
+                         {keys::BatchNotes, PlistArray{1, 0.1, true, "1"}}};
+  ZYMRecipes::checkSaltWeightsExistInRecipe(recipe);
+  ZYMRecipes::ensureRecipeLatestVersion(recipe);
+  PlistDictionary batch{{keys::UUID, "a"},
+                        {keys::DateLastModified, date},
+                        {keys::Actuals, PlistDictionary{{keys::OG, 1.05}}},
+                        {keys::TastingNotes, ""},
+                        {keys::ModifiedRecipe, recipe}};
+  recipes().restoreBatch_toRecipeWithUUID(batch, "Bock");
+  reopen();
+  PlistDictionary read = recipes().batchWithUUID("a").value();
+  const testing::Posts posts({CoreDataModelDidSaveNotification});
+  recipes().updateBatch(read);
+  endTurn();
+  EXPECT_EQ(*read.date(keys::DateLastModified), date);
+  EXPECT_THAT(posts.names, IsEmpty());
+  EXPECT_FALSE(undoManager().canUndo());
+
+  read.set(keys::BatchNotes, 1);
+  recipes().updateBatch_preservingDLM(read, true);
+  EXPECT_EQ(stepName(), "Update Batch");
+  EXPECT_EQ(recipes().batchWithUUID("a"), read);
+  EXPECT_EQ(*read.date(keys::DateLastModified), date);
+  read.set(keys::BatchNotes, "2");
+  recipes().updateBatch(read);
+  EXPECT_GT(*read.date(keys::DateLastModified), date);
+  EXPECT_EQ(recipes().batchWithUUID("a"), read);
+  EXPECT_THAT(posts.names, SizeIs(2));
+  read.set(keys::UUID, "unknown");
+  recipes().updateBatch(read);
+  EXPECT_THAT(posts.names, SizeIs(2));
+}
+
+TEST_F(Batches, ListsBeginStrictlyLaterThanTheirDate) {
+  addRecipe("Bock");
+  const NSDate now = NSDate::date();
+  const auto daysAgo = [&](int days, double seconds) { return after(now, seconds - days * 86400); };
+  struct Span {
+    int days;
+    std::vector<ZYMSummary> (ZYMRecipes::*list)() const;
+  };
+  const Span spans[] = {{93, &ZYMRecipes::batchSummariesNewestFirstLast3Months},
+                        {186, &ZYMRecipes::batchSummariesNewestFirstLast6Months},
+                        {365, &ZYMRecipes::batchSummariesNewestFirstLast12Months},
+                        {730, &ZYMRecipes::batchSummariesNewestFirstLast24Months}};
+  for (const Span& span : spans) {
+    addBatch("in", "Bock", daysAgo(span.days, 60));
+    addBatch("out", "Bock", daysAgo(span.days, 0));
+    EXPECT_THAT(uuids((recipes().*span.list)()), ElementsAre("in"));
+  }
+  addBatch("today", "Bock", now);
+  addBatch("none", "Bock", std::nullopt);
+  addBatch("past", "Bock", NSDate::distantPast());
+  EXPECT_THAT(uuids(*recipes().batchSummariesForRecipeWithUUID("Bock")),
+              ElementsAre("none", "past", "out", "in", "today"));
+  EXPECT_THAT(uuids(recipes().allBatchSummariesNewestFirst()), ElementsAre("today", "in", "out"));
+  const NSDate out = daysAgo(730, 0);
+  EXPECT_THAT(uuids(recipes().batchSummariesNewestFirstSinceDate(out)), ElementsAre("today", "in"));
+  const PlistArray batches = recipes().batchesNewestFirstSinceDate(out);
+  ASSERT_EQ(batches.size(), 2);
+  EXPECT_EQ(*batches.find(0)->dictionary(),
+            ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, "today")->dictionaryRepresentation());
+  EXPECT_FALSE(recipes().batchSummariesForRecipeWithUUID("unknown"));
+}
+
+TEST_F(Batches, TheYearBeginsByTheClockOfThePlace) {
+  addRecipe("Bock");
+  for (const char* zone : {"Pacific/Kiritimati", "Pacific/Pago_Pago"}) {
+    setenv("TZ", zone, 1);
+    tzset();
+    const std::time_t now = std::time(nullptr);
+    std::tm start{};
+    start.tm_mday = 1;
+    start.tm_isdst = -1;
+    start.tm_year = std::localtime(&now)->tm_year;
+    const auto date = NSDate::dateWithTimeIntervalSince1970(static_cast<double>(mktime(&start)));
+    addBatch("in", "Bock", after(date, 1));
+    addBatch("out", "Bock", date);
+    EXPECT_THAT(uuids(recipes().batchSummariesNewestFirstSinceYearStart()), ElementsAre("in"));
+  }
+  unsetenv("TZ");
+  tzset();
+}
+
+TEST_F(Batches, PromotionMakesARecipeAndMovesTheBatchUnderIt) {
+  const PlistDictionary hop{
+      {keys::Amount, "1"}, {keys::IngredientDeducted, "1"}, {keys::Batches, PlistArray()}};
+  addRecipe("Bock", {{keys::HopIngredients, PlistArray{hop}}});
+  const std::string groupUUID = recipes().createGroup().uuid;
+  const PlistDictionary batch = recipes().addBatchToRecipeWithUUID("Bock").value();
+  const std::string uuid(batch.stringValue(keys::UUID));
+  endTurn();
+
+  const PlistDictionary recipe = recipes().promoteBatchWithUUID_addToGroupWithUUID(uuid, groupUUID);
+  EXPECT_EQ(stepName(), "Promote Batch");
+  EXPECT_EQ(recipe.stringValue(keys::RecipeTitle), "Promoted from Batch 1 of Bock");
+  EXPECT_EQ(recipe.array(keys::HopIngredients)->begin()->dictionary()->size(), 1);
+  const std::string recipeUUID(recipe.stringValue(keys::UUID));
+  EXPECT_EQ(ZYMRecipeEntity::onlyObjectWithUUID(nullptr, recipeUUID)->dictionaryRepresentation(),
+            recipe);
+  EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Bock"), IsEmpty());
+  const std::string newUUID = recipes().batchSummariesForRecipeWithUUID(recipeUUID)->at(0).uuid;
+  EXPECT_NE(newUUID, uuid);
+  const PlistDictionary moved = recipes().batchWithUUID(newUUID).value();
+  EXPECT_GT(*moved.date(keys::DateLastModified), *batch.date(keys::DateLastModified));
+  EXPECT_EQ(moved.dictionary(keys::ModifiedRecipe)
+                ->array(keys::HopIngredients)
+                ->begin()
+                ->dictionary()
+                ->size(),
+            3);
+  const PlistDictionary group = recipes().groupForUUID(groupUUID).value();
+  EXPECT_EQ(*group.array(keys::KeysOfContents), (PlistArray{recipeUUID}));
+  EXPECT_GE(*group.date(keys::DateLastModified), *recipe.date(keys::DateLastModified));
+
+  EXPECT_THROW(recipes().promoteBatchWithUUID_addToGroupWithUUID(uuid, ""), NSException);
+  EXPECT_EQ(undoManager().groupingLevel(), 0);
+  undoManager().undo();
+  EXPECT_EQ(recipes().parentRecipeUUIDForBatchWithUUID(uuid), "Bock");
+}
+
+}  // namespace
+}  // namespace zym

@@ -1,0 +1,251 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/Store.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/Vocabularies.h"
+#include "zymcore/library/ZYMProfiles.h"
+#include "zymcore/library/ZYMRecipes.h"
+#include "zymcore/library/ZYMWaters.h"
+#include "zymcore/platform/NSException.h"
+#include "zymcore/store/EntityKeys.h"
+#include "zymcore/store/ZYMGroupEntity.h"
+#include "zymcore/store/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/ZYMRecipeEntity.h"
+
+namespace zym {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class Recipes : public testing::WithStore {
+ protected:
+  static ZYMRecipes& recipes() { return ZYMRecipes::sharedInstance(); }
+
+  static std::string newRecipe(const std::string& title) {
+    PlistDictionary recipe = recipes().createRecipe();
+    recipe.set(keys::RecipeTitle, title);
+    recipes().updateRecipe(recipe);
+    return std::string(recipe.stringValue(keys::UUID));
+  }
+  static std::string newGroup(const std::vector<std::string>& members) {
+    const std::string group = recipes().createGroup().uuid;
+    recipes().replaceRecipesInGroupWithUUID_withRecipes(group, members);
+    backdate(group);
+    return group;
+  }
+  static ZYMGroupEntity& groupObject(const std::string& uuid) {
+    return *ZYMGroupEntity::onlyObjectWithUUID(nullptr, uuid);
+  }
+  static void backdate(const std::string& group) {
+    groupObject(group).setDateLastModified(NSDate());
+    model().save();
+  }
+  static bool hasMoved(const std::string& group) {
+    return groupObject(group).dateLastModified() != NSDate();
+  }
+  static std::vector<std::string> members(const std::string& group) {
+    std::vector<std::string> uuids;
+    const auto rows = recipes().summariesForAllRecipesInGroupWithUUID(group);
+    for (const ZYMSummary& row : rows.value()) {
+      uuids.push_back(row.uuid);
+    }
+    return uuids;
+  }
+  static std::string lastAction() {
+    endTurn();
+    return undoManager().undoActionName();
+  }
+};
+
+TEST_F(Recipes, AnEmptyRecipeIsForTheDefaultProfile) {
+  PlistDictionary water = ZYMWaters::sharedInstance().createItem();
+  water.set(keys::Name, " Aa");
+  ZYMWaters::sharedInstance().updateItem(water);
+  PlistDictionary profile = ZYMProfiles::sharedInstance().defaultProfile();
+  profile.set(keys::PostBoilVolume, "12345");
+  profile.set(keys::PreferredRecipeType, words::mashTypes[1]);
+  profile.set(keys::PreferredMashSchedule, "of no schedule");
+  ZYMProfiles::sharedInstance().updateItem(profile);
+
+  const PlistDictionary recipe = recipes().emptyRecipe();
+  EXPECT_EQ(recipe.doubleValue(keys::FinalWortVolume), 12345);
+  EXPECT_EQ(recipe.stringValue(keys::MashType), "Extract");
+  EXPECT_EQ(recipe.stringValue(keys::WaterProfileUsed), " Aa");
+  EXPECT_EQ(recipe.stringValue(keys::BaseWaterProfileUsedUUID), water.stringValue(keys::UUID));
+  EXPECT_EQ(recipe.dictionary(keys::MashSchedule)->stringValue(keys::UUID), "");
+  EXPECT_EQ(recipe.dictionary(keys::Profile)->stringValue(keys::UUID),
+            profile.stringValue(keys::UUID));
+  EXPECT_FALSE(recipe.contains(keys::WortFermentability));
+  EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
+}
+
+TEST_F(Recipes, OnlyCreateRecipeMakesTheRepairs) {
+  EXPECT_TRUE(recipes().createRecipe().contains(keys::WortFermentability));
+  EXPECT_EQ(lastAction(), "Create Recipe");
+  const PlistDictionary bare = recipes().createRecipeAndAddToGroupWithUUID("");
+  EXPECT_FALSE(bare.contains(keys::WortFermentability));
+  EXPECT_FALSE(bare.contains(keys::TargetWaterProfileUsedUUID));
+  EXPECT_EQ(bare.stringValue(keys::WaterProfileUsed), " No Water Profile Chosen");
+}
+
+TEST_F(Recipes, ARepairedDocumentIsAChangeAndAReadOneIsNot) {
+  PlistDictionary bare = recipes().createRecipeAndAddToGroupWithUUID("");
+  const std::string uuid(bare.stringValue(keys::UUID));
+  PlistDictionary read = recipes().recipeForUUID(uuid).value();
+  const NSDate before = *read.date(keys::DateLastModified);
+
+  recipes().updateRecipe_preservingDLM(read, true);
+  EXPECT_EQ(*read.date(keys::DateLastModified), before);
+  EXPECT_EQ(lastAction(), "Update Recipe");
+
+  testing::Posts posts{CoreDataModelDidSaveNotification};
+  PlistDictionary again = recipes().recipeForUUID(uuid).value();
+  EXPECT_EQ(again, read);
+  recipes().updateRecipe(again);
+  EXPECT_THAT(posts.names, IsEmpty());
+  again.set(keys::Notes, "new");
+  recipes().updateRecipe(again);
+  EXPECT_GT(*again.date(keys::DateLastModified), before);
+  EXPECT_EQ(posts.names.size(), 1U);
+
+  PlistDictionary unknown{{keys::UUID, "unknown"}, {keys::RecipeTitle, "x"}};
+  recipes().updateRecipe(unknown);
+  EXPECT_EQ(recipes().summariesForAllRecipes().size(), 1U);
+}
+
+TEST_F(Recipes, ACopyHasItsOwnIdentityAndNothingFromStock) {
+  const std::string uuid = newRecipe("Ale");
+  const std::string group = newGroup({uuid});
+  PlistDictionary batch = recipes().addBatchToRecipeWithUUID(uuid).value();
+  PlistDictionary hop{{keys::Variety, "Fuggle"},
+                      {keys::IngredientDeducted, "1"},
+                      {keys::Batches, PlistArray{PlistDictionary{{keys::Amount, "3"}}}}};
+  batch.editDictionary(keys::ModifiedRecipe)->set(keys::HopIngredients, PlistArray{hop});
+  batch.set(keys::AdjustedInventory, "1");
+  recipes().updateBatch(batch);
+
+  const auto recipeCopy = recipes().duplicateItemWithUUID_addToGroupWithUUID(uuid, group);
+  EXPECT_EQ(recipeCopy->stringValue(keys::RecipeTitle), "Ale-copy");
+  EXPECT_EQ(members(group).size(), 2U);
+  EXPECT_TRUE(hasMoved(group));
+
+  const auto batchCopy =
+      recipes().duplicateItemWithUUID_addToGroupWithUUID(batch.stringValue(keys::UUID), group);
+  EXPECT_EQ(batchCopy->stringValue(keys::BatchTitle), "Batch 1 of Ale-copy");
+  EXPECT_FALSE(batchCopy->contains(keys::AdjustedInventory));
+  const PlistDictionary copied =
+      *batchCopy->dictionary(keys::ModifiedRecipe)->rows(keys::HopIngredients).begin();
+  EXPECT_FALSE(copied.contains(keys::IngredientDeducted) || copied.contains(keys::Batches));
+  EXPECT_EQ(recipes().parentRecipeUUIDForBatchWithUUID(batchCopy->stringValue(keys::UUID)), uuid);
+  EXPECT_EQ(recipes().summaryForRecipeWithUUID(uuid)->numberOfChildren, 2);
+  EXPECT_FALSE(recipes().duplicateItemWithUUID_addToGroupWithUUID("unknown", ""));
+}
+
+TEST_F(Recipes, ARemovedRecipeLeavesItsGroupsAndComesBackWhole) {
+  const std::string uuid = newRecipe("Ale");
+  const std::string group = newGroup({uuid});
+  const auto batch = recipes().addBatchToRecipeWithUUID(uuid);
+  endTurn();
+
+  recipes().removeRecipeWithUUID_fromGroupWithUUID(uuid, "");
+  EXPECT_EQ(lastAction(), "Remove Recipe");
+  EXPECT_TRUE(hasMoved(group));
+  EXPECT_THAT(members(group), IsEmpty());
+  EXPECT_FALSE(recipes().batchWithUUID(batch->stringValue(keys::UUID)));
+
+  undoManager().undo();
+  EXPECT_THAT(members(group), ElementsAre(uuid));
+  EXPECT_TRUE(recipes().batchWithUUID(batch->stringValue(keys::UUID)));
+  EXPECT_FALSE(hasMoved(group));
+}
+
+TEST_F(Recipes, AGroupIsMadeRenamedAndRestored) {
+  const std::string uuid = newRecipe("Ale");
+  const ZYMSummary made = recipes().createGroup();
+  EXPECT_EQ(made, (ZYMSummary{"New Group", made.uuid, 0}));
+  PlistDictionary record = recipes().groupForUUID(made.uuid).value();
+  EXPECT_EQ(record.stringValue(keys::Type), "Normal");
+
+  backdate(made.uuid);
+  recipes().updateGroup(made);
+  EXPECT_FALSE(hasMoved(made.uuid));
+  recipes().updateGroup({"Ales", made.uuid, 9});
+  EXPECT_TRUE(hasMoved(made.uuid));
+  recipes().replaceRecipesInGroupWithUUID_withRecipes(made.uuid, {uuid, "unknown"});
+  EXPECT_THAT(recipes().summariesForAllGroups(), ElementsAre(ZYMSummary{"Ales", made.uuid, 1}));
+  EXPECT_EQ(recipes().summaryForLibraryGroup(), (ZYMSummary{"Library", "", 1}));
+
+  record = recipes().groupForUUID(made.uuid).value();
+  recipes().deleteGroupWithUUID(made.uuid);
+  EXPECT_FALSE(recipes().summariesForAllRecipesInGroupWithUUID(made.uuid));
+  EXPECT_EQ(recipes().summariesForAllRecipes().size(), 1U);
+  recipes().restoreGroup(record);
+  EXPECT_EQ(lastAction(), "Restore Group");
+  EXPECT_THAT(members(made.uuid), ElementsAre(uuid));
+}
+
+// Hosts have come to rely on it: what is called adding takes out.
+TEST_F(Recipes, AddingToAGroupTakesOut) {
+  const std::string inside = newRecipe("a");
+  const std::string outside = newRecipe("b");
+  const std::string group = newGroup({inside});
+  recipes().addRecipeWithUUID_toGroupWithUUID(outside, group);
+  EXPECT_THAT(members(group), ElementsAre(inside));
+  EXPECT_TRUE(hasMoved(group));
+  backdate(group);
+  recipes().addRecipeWithUUID_toGroupWithUUID(inside, group);
+  EXPECT_THAT(members(group), IsEmpty());
+  EXPECT_EQ(lastAction(), "Add Recipe to Group");
+  recipes().addRecipeWithUUID_toGroupWithUUID(inside, "");
+  EXPECT_EQ(recipes().summariesForAllRecipes().size(), 2U);
+}
+
+TEST_F(Recipes, ItemsAreRemovedFromTheLibraryOrFromAGroup) {
+  const std::string first = newRecipe("a");
+  const std::string second = newRecipe("b");
+  const auto batchOf = [](const std::string& uuid) {
+    return std::string(recipes().addBatchToRecipeWithUUID(uuid)->stringValue(keys::UUID));
+  };
+  const std::string batch = batchOf(second);
+  const std::string other = batchOf(second);
+  const std::string group = newGroup({first, second});
+
+  recipes().removeItems_fromGroupWithUUID({first, batch, other}, "unknown");
+  EXPECT_EQ(lastAction(), "Delete Recipes and Batches");
+  EXPECT_EQ(members(group).size(), 2U);
+  recipes().removeItems_fromGroupWithUUID({batch}, group);
+  EXPECT_FALSE(recipes().batchWithUUID(batch));
+  EXPECT_FALSE(hasMoved(group));
+  recipes().removeItems_fromGroupWithUUID({first}, group);
+  EXPECT_TRUE(hasMoved(group));
+  EXPECT_THAT(members(group), ElementsAre(second));
+  EXPECT_TRUE(recipes().recipeForUUID(first));
+  recipes().removeItems_fromGroupWithUUID({first, other}, "");
+  EXPECT_FALSE(recipes().recipeForUUID(first) || recipes().batchWithUUID(other));
+}
+
+TEST_F(Recipes, ADamagedDocumentHarmsNothingElse) {
+  const std::string damaged = newRecipe("a");
+  const std::string sound = newRecipe("b");
+  ZYMRecipeEntity& object = *ZYMRecipeEntity::onlyObjectWithUUID(nullptr, damaged);
+  object.setDocument_forKey(NSData("bplist00 and nothing of use"), attributes::data);
+  model().save();
+  EXPECT_THROW((void)recipes().recipeForUUID(damaged), NSException);
+  PlistDictionary document{{keys::UUID, damaged}, {keys::RecipeTitle, "over it"}};
+  EXPECT_THROW(recipes().updateRecipe(document), NSException);
+  EXPECT_EQ(recipes().summariesForAllRecipes().size(), 2U);
+  EXPECT_TRUE(recipes().recipeForUUID(sound));
+  EXPECT_EQ(object.documentForKey(attributes::data)->view(), "bplist00 and nothing of use");
+}
+
+TEST_F(Recipes, ListsAreInTheOrderOfNamesByCodePoint) {
+  const std::string b = newRecipe("Zwickel");
+  const std::string a = newRecipe("abbey");
+  const std::string c = newRecipe("Ähre");
+  EXPECT_THAT(members(newGroup({a, b, c})), ElementsAre(b, a, c));
+}
+
+}  // namespace
+}  // namespace zym

@@ -111,6 +111,7 @@ void addCalcCommand(CLI::App& program, int& exitCode) {
       "calc",
       "Recalculate recipes and batches, and print what they will produce or did produce:\n"
       "gravities, alcohol, bitterness, colour, volumes, and the part of each addition.");
+  command->fallthrough();
   command
       ->add_option(
           "FILE", options->files,

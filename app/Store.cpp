@@ -1,7 +1,6 @@
 #include "app/Store.h"
 
-#include <stdlib.h>
-
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <system_error>

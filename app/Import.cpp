@@ -12,7 +12,7 @@ RecipeToImport recipeToImport(const std::string& file) {
   ZYMFileImportOperation operation(file);
   try {
     std::optional<PlistDictionary> recipe = operation.recipeInFile();
-    if (!recipe) throw InputError(operation.failureReason().value_or("can't be imported"));
+    if (!recipe) throw InputError(reasonOf(operation));
     ZYMRecipes::checkSaltWeightsExistInRecipe(*recipe);
     ZYMRecipes::ensureRecipeLatestVersion(*recipe);
     ZYMBeerCalculations::recalculateBeerRecipe(*recipe);
@@ -20,6 +20,12 @@ RecipeToImport recipeToImport(const std::string& file) {
   } catch (const NSException& exception) {
     throw InputError(exception.reason());
   }
+}
+
+std::string reasonOf(const ZYMFileImportOperation& operation) {
+  const std::string reason = operation.failureReason().value_or("can't be imported");
+  const std::string file = operation.url().value_or("") + ": ";
+  return reason.starts_with(file) ? reason.substr(file.size()) : reason;
 }
 
 }  // namespace zym::host

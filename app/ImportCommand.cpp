@@ -91,7 +91,7 @@ Outcome importFile(const std::string& file) {
   NSOperationQueue::mainQueue().addOperation(operation);
   NSOperationQueue::mainQueue().waitUntilAllOperationsAreFinished();
   Outcome outcome{file, std::nullopt, operation->matches(),
-                  operation->failureReason().value_or("")};
+                  operation->uuidOfRecipe() ? "" : reasonOf(*operation)};
   if (operation->uuidOfRecipe()) outcome.recipe = importedRecipe(*operation->uuidOfRecipe());
   return outcome;
 }

@@ -94,8 +94,8 @@ TEST(CGBitmapContext, ScalesLikeTheMeanOfWhatIsCovered) {
   });
   const auto meanOver = [&](double left, double right, double top, double bottom, int channel) {
     double sum = 0;
-    for (int y = static_cast<int>(top); y < bottom; ++y) {
-      for (int x = static_cast<int>(left); x < right; ++x) {
+    for (int y = static_cast<int>(top); y < bottom && y < height; ++y) {
+      for (int x = static_cast<int>(left); x < right && x < width; ++x) {
         const double across = std::min(x + 1.0, right) - std::max<double>(x, left);
         const double down = std::min(y + 1.0, bottom) - std::max<double>(y, top);
         sum += across * down * image.pixelAt(x, y)[channel];

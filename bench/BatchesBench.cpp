@@ -1,4 +1,4 @@
-// Batches in a large library, beside bare SQLite.
+// Recipes and batches in a large library, beside bare SQLite.
 
 #include <sqlite3.h>
 #include <stdlib.h>
@@ -224,6 +224,67 @@ void listNewestFirst(benchmark::State& state) {
       });
 }
 
+void listRecipes(benchmark::State& state) {
+  LargeLibrary& library = LargeLibrary::shared();
+  const auto select = library.prepare(
+      "SELECT name, uuid, (SELECT COUNT(*) FROM ZYMRecipeBatchEntity b WHERE b.recipe = r._key) "
+      "FROM ZYMRecipeEntity r ORDER BY name");
+  measureRatio(
+      state, 3,
+      [] { benchmark::DoNotOptimize(ZYMRecipes::sharedInstance().summariesForAllRecipes()); },
+      [&] {
+        std::vector<ZYMSummary> rows;
+        while (sqlite3_step(select.get()) == SQLITE_ROW) {
+          const auto text = [&](int column) {
+            return reinterpret_cast<const char*>(sqlite3_column_text(select.get(), column));
+          };
+          rows.push_back({text(0), text(1), sqlite3_column_int64(select.get(), 2)});
+        }
+        sqlite3_reset(select.get());
+        benchmark::DoNotOptimize(rows);
+      });
+}
+
+/// The stored document of a recipe by bare SQLite and the codec.
+PlistValue bareRecipe(sqlite3_stmt* select, const std::string& uuid) {
+  bindText(select, 1, uuid);
+  require(sqlite3_step(select) == SQLITE_ROW);
+  const std::string_view bytes(static_cast<const char*>(sqlite3_column_blob(select, 0)),
+                               static_cast<std::size_t>(sqlite3_column_bytes(select, 0)));
+  std::optional<PlistValue> tree = BinaryPropertyList::read(bytes);
+  sqlite3_reset(select);
+  return tree.value();
+}
+constexpr const char* selectRecipe =
+    "SELECT value FROM \"ZYMRecipeEntity.data\" d JOIN ZYMRecipeEntity r ON r._key = d._key "
+    "WHERE r.uuid = ?";
+
+void readRecipe(benchmark::State& state) {
+  LargeLibrary& library = LargeLibrary::shared();
+  const auto select = library.prepare(selectRecipe);
+  measureRatio(
+      state, 3,
+      [] { benchmark::DoNotOptimize(ZYMRecipes::sharedInstance().recipeForUUID("77").value()); },
+      [&] { benchmark::DoNotOptimize(bareRecipe(select.get(), "77")); });
+}
+
+void updateUnchangedRecipe(benchmark::State& state) {
+  LargeLibrary& library = LargeLibrary::shared();
+  const auto select = library.prepare(selectRecipe);
+  ZYMRecipes& recipes = ZYMRecipes::sharedInstance();
+  PlistDictionary recipe = recipes.recipeForUUID("77").value();
+  recipes.updateRecipe(recipe);  // the repairs
+  recipe = recipes.recipeForUUID("77").value();
+  const NSDate before = *recipe.date(keys::DateLastModified);
+  measureRatio(
+      state, 2, [&] { recipes.updateRecipe(recipe); },
+      [&] { benchmark::DoNotOptimize(bareRecipe(select.get(), "77") == PlistValue(recipe)); });
+  require(*recipe.date(keys::DateLastModified) == before);
+}
+
+BENCHMARK(listRecipes)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(readRecipe)->UseManualTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(updateUnchangedRecipe)->UseManualTime()->Unit(benchmark::kMicrosecond);
 BENCHMARK(addBatch)->UseManualTime()->Unit(benchmark::kMicrosecond)->MinTime(2);
 BENCHMARK(listNewestFirst)
     ->ArgName("all")

@@ -111,9 +111,11 @@ void addCalcCommand(CLI::App& program, int& exitCode) {
       "calc",
       "Recalculate recipes and batches, and print what they will produce or did produce:\n"
       "gravities, alcohol, bitterness, colour, volumes, and the part of each addition.");
+  command->fallthrough();
   command
-      ->add_option("FILE", options->files,
-                   "Recipe or batch documents in native JSON; - is standard input")
+      ->add_option(
+          "FILE", options->files,
+          "Recipe or batch documents in native JSON, or a BeerXML file; - is standard input")
       ->required();
   command->add_flag(
       "--json", options->asJSON,

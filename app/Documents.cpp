@@ -8,6 +8,8 @@
 #include <utility>
 
 #include "app/Faults.h"
+#include "app/Import.h"
+#include "app/Store.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/documents/SafeJSON.h"
@@ -61,6 +63,11 @@ std::string readFile(const std::string& file) {
   return std::move(*bytes);
 }
 
+PlistDictionary readBeerXML(const std::string& file) {
+  openTemporaryStore();
+  return recipeToImport(file).recipe;
+}
+
 void addDocument(const PlistValue& value, const std::string& what,
                  std::vector<PlistDictionary>& documents) {
   const PlistDictionary* document = value.dictionary();
@@ -77,6 +84,7 @@ std::optional<DocumentKind> kindOf(const PlistDictionary& document) {
 }
 
 std::vector<PlistDictionary> readDocuments(const std::string& file) {
+  if (file.ends_with(".xml")) return {readBeerXML(file)};
   const std::string bytes = file == standardInput ? readStandardInput() : readFile(file);
   if (bytes.empty()) throw InputError("is empty");
 

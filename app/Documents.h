@@ -16,7 +16,8 @@ enum class DocumentKind { Recipe, Batch };
 /// What standard input is called among files.
 inline constexpr const char* standardInput = "-";
 
-/// The recipes and batches in a file of native JSON: one, or an array of them. Throws `InputError`,
+/// The recipes and batches in a file of native JSON: one, or an array of them; or the recipe in a
+/// BeerXML file (".xml"), matched against the libraries. Throws `InputError`,
 /// with the reason, when it can't be read or anything in it is neither.
 [[nodiscard]] std::vector<PlistDictionary> readDocuments(const std::string& file);
 

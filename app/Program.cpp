@@ -8,6 +8,7 @@
 #include "app/CalcCommand.h"
 #include "app/Faults.h"
 #include "app/ImageCommands.h"
+#include "app/ImportCommand.h"
 #include "app/LibraryCommands.h"
 #include "app/RecipeCommands.h"
 #include "app/RecordCommands.h"
@@ -44,6 +45,7 @@ int parse(std::vector<std::string> arguments, CalledFrom caller) {
   addRecordCommands(program);
   addBatchCommands(program);
   addImageCommands(program);
+  addImportCommand(program, exitCode);
   addLibraryCommands(program);
   addUnitsCommand(program);
   addSettingsCommands(program);

@@ -1,6 +1,10 @@
 #include "app/Store.h"
 
+#include <cstdlib>
+#include <filesystem>
 #include <iostream>
+#include <system_error>
+#include <utility>
 
 #include "app/Defaults.h"
 #include "app/Faults.h"
@@ -31,6 +35,29 @@ void requireReadableStore() {
   }
 }
 
+bool isOpen = false;
+
+/// A folder that goes with the process.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "zymXXXXXX").string();
+    if (!mkdtemp(name.data())) throw InputError(name + ": no temporary folder can be made");
+    path_ = name;
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
 }  // namespace
 
 void useDataFolder(const std::string& folder) {
@@ -51,6 +78,7 @@ std::string storePath() {
 }
 
 void openStore() {
+  if (std::exchange(isOpen, true)) return;
   requireReadableStore();
   (void)model().mainObjectContext();
   if (!model().firstRun()) {
@@ -64,6 +92,19 @@ void openStore() {
   }
   std::cerr << "zym: made a new store with " << records << " records in " << model().newV2Path()
             << '\n';
+}
+
+void openTemporaryStore() {
+  if (std::exchange(isOpen, true)) return;
+  static const TemporaryFolder folder;
+  NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
+  const std::filesystem::path kept = folder.path() / "Preferences.plist";
+  std::error_code ignored;
+  std::filesystem::copy_file(defaults.persistentFile(), kept, ignored);
+  defaults.setPersistentFile(kept);
+  model().setDataFolder(folder.path());
+  (void)model().mainObjectContext();
+  model().installInitialState();
 }
 
 }  // namespace zym::host

@@ -16,4 +16,9 @@ void openStore();
 /// The path of the store's file.
 [[nodiscard]] std::string storePath();
 
+/// For a command that needs the libraries and no store of the user's: opens a new one, filled, that
+/// goes with the process. Settings are the user's, and stay as they are. Nothing where a store is
+/// open already.
+void openTemporaryStore();
+
 }  // namespace zym::host

@@ -109,29 +109,26 @@ Outcome waters(const NSXMLNode& element, KeyName, PlistDictionary& recipe) {
   return std::nullopt;
 }
 
-// ---- Lists: a record for each child, of the tags that are accepted.
+// ---- Lists: a record for each child, of the tags that are accepted; those that lack a required
+// one are dropped.
 
 using Keys = std::span<const KeyName>;
-// Kilograms to grams.
-enum class Amounts { None, InGrams };
 
-PlistDictionary record(const NSXMLNode& element, Keys accepted, Amounts amounts) {
-  PlistDictionary record;
-  if (amounts == Amounts::InGrams) record.set(keys::AMOUNT, "0.0");
+void readTags(const NSXMLNode& element, Keys accepted, PlistDictionary& record) {
   for (const NSXMLNode& tag : element.children()) {
     const auto key = std::ranges::find(accepted, tag.name(), &KeyName::text);
     if (key == accepted.end()) continue;
     if (key->text() == keys::AMOUNT.text()) {
-      record.setNumber(*key, thousandfold(tag));
+      record.setNumber(*key, thousandfold(tag));  // from kilograms
     } else {
       record.set(*key, tag.stringValue());
     }
   }
-  return record;
 }
 
-bool hasAll(const PlistDictionary& record, Keys required) noexcept {
-  return std::ranges::all_of(required, [&](KeyName key) { return record.contains(key); });
+void appendIfComplete(PlistArray& records, PlistDictionary record, Keys required) {
+  const auto isThere = [&](KeyName key) { return record.contains(key); };
+  if (std::ranges::all_of(required, isThere)) records.append(std::move(record));
 }
 
 constexpr KeyName fermentableTags[] = {keys::NAME,   keys::TYPE,     keys::AMOUNT,
@@ -157,38 +154,32 @@ constexpr KeyName miscNeeds[] = {keys::NAME, keys::TYPE, keys::AMOUNT, keys::USE
 
 constexpr KeyName stepTags[] = {keys::NAME, keys::TYPE, keys::STEP_TEMP, keys::STEP_TIME};
 
-Outcome fermentables(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
+Outcome additions(const NSXMLNode& element, KeyName key, Keys accepted, Keys required,
+                  PlistDictionary& recipe) {
   PlistArray records;
   for (const NSXMLNode& each : element.children()) {
-    PlistDictionary fermentable = record(each, fermentableTags, Amounts::InGrams);
-    if (hasAll(fermentable, fermentableNeeds)) records.append(std::move(fermentable));
+    PlistDictionary record{{keys::AMOUNT, "0.0"}};
+    readTags(each, accepted, record);
+    // What is in the mash stays in the kettle to the end.
+    if (key.text() == keys::HOPS.text() && record.stringValue(keys::USE) == "Mash") {
+      record.setOrRemove(keys::TIME, recipe.find(keys::BoilDuration));
+    }
+    appendIfComplete(records, std::move(record), required);
   }
   recipe.set(key, std::move(records));
   return std::nullopt;
+}
+
+Outcome fermentables(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
+  return additions(element, key, fermentableTags, fermentableNeeds, recipe);
 }
 
 Outcome hops(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
-  PlistArray records;
-  for (const NSXMLNode& each : element.children()) {
-    PlistDictionary hop = record(each, hopTags, Amounts::InGrams);
-    // What is in the mash stays in the kettle to the end.
-    if (hop.stringValue(keys::USE) == "Mash") {
-      hop.setOrRemove(keys::TIME, recipe.find(keys::BoilDuration));
-    }
-    if (hasAll(hop, hopNeeds)) records.append(std::move(hop));
-  }
-  recipe.set(key, std::move(records));
-  return std::nullopt;
+  return additions(element, key, hopTags, hopNeeds, recipe);
 }
 
 Outcome miscs(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
-  PlistArray records;
-  for (const NSXMLNode& each : element.children()) {
-    PlistDictionary misc = record(each, miscTags, Amounts::InGrams);
-    if (hasAll(misc, miscNeeds)) records.append(std::move(misc));
-  }
-  recipe.set(key, std::move(records));
-  return std::nullopt;
+  return additions(element, key, miscTags, miscNeeds, recipe);
 }
 
 Outcome mash(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
@@ -197,8 +188,9 @@ Outcome mash(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
   PlistArray records;
   if (const auto steps = child(element, "MASH_STEPS")) {
     for (const NSXMLNode& each : steps->children()) {
-      PlistDictionary step = record(each, stepTags, Amounts::None);
-      if (hasAll(step, stepTags)) records.append(std::move(step));
+      PlistDictionary step;
+      readTags(each, stepTags, step);
+      appendIfComplete(records, std::move(step), stepTags);
     }
   }
   recipe.set(key, std::move(records));

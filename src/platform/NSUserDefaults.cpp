@@ -179,7 +179,7 @@ void NSUserDefaults::change(KeyName key, std::optional<PlistValue> value) {
 }
 
 bool NSUserDefaults::exchangeWithDisk() const {
-  const std::string file = persistentFile();
+  const std::string file = fileInUse();
   const bool usable = file.empty() || readFile(file, persistent_);
   for (const auto& [key, value] : unwritten_) {
     persistent_.setOrRemove(KeyName(key), value ? &*value : nullptr);
@@ -198,6 +198,11 @@ void NSUserDefaults::publish() const {
 }
 
 std::string NSUserDefaults::persistentFile() const {
+  const std::lock_guard lock(mutex_);
+  return fileInUse();
+}
+
+std::string NSUserDefaults::fileInUse() const {
   if (chosenFile_) return *chosenFile_;
   const std::string identifier = NSBundle::mainBundle().bundleIdentifier();
   if (identifier.empty()) return "";

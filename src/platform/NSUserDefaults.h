@@ -32,6 +32,8 @@ class NSUserDefaults {
   /// The file that keeps what is set, read anew; its folder is made when first written. An empty
   /// path keeps everything in memory.
   void setPersistentFile(std::string path);
+  /// Where the persistent domain is kept now.
+  [[nodiscard]] std::string persistentFile() const;
   /// Forgets all three layers and the file's place. What is on disk stays.
   void reset();
 
@@ -70,7 +72,7 @@ class NSUserDefaults {
   // These want the lock.
   bool exchangeWithDisk() const;
   void publish() const;
-  [[nodiscard]] std::string persistentFile() const;
+  [[nodiscard]] std::string fileInUse() const;
 
   mutable std::mutex mutex_;
   mutable std::atomic<std::uint64_t> version_{0};  // of `merged_`; 0 before the first read

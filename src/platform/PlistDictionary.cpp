@@ -97,8 +97,9 @@ struct PlistDictionary::Storage : CowStorage {
   [[nodiscard]] const PlistEntry* likelyEntry(KeyName key) const noexcept {
     const std::size_t place =
         lastPlaces[key.hash() % lastPlaces.size()].load(std::memory_order_relaxed);
+    if (place >= entries.size()) return nullptr;
     const PlistEntry* const entry = entries.data() + place;
-    return place < entries.size() && entry->key.isNamed(key) ? entry : nullptr;
+    return entry->key.isNamed(key) ? entry : nullptr;
   }
 
   // Apart, so that the usual way needs no room for it.

@@ -93,21 +93,45 @@ std::string originPrefix(const PlistDictionary& ingredient) {
   return origin ? std::string(meaningOf(*origin, originPrefixes, *origin + " ")) : "";
 }
 
-/// The record with the name nearest to the text.
-PlistDictionary nearestRecord(ZYMCachingModel& library, std::string_view kind,
-                              std::string_view nameInFile, const std::string& text,
-                              const PlistDictionary* filter, std::vector<ImportMatch>& matches) {
+/// What the file says of an ingredient, and the text to look for.
+struct Wanted {
+  const PlistDictionary& ingredient;
+  std::string text;
+};
+
+[[noreturn]] void nothingToStandFor(std::string_view kind) {
+  throw NSException(NSRangeException, "the library has no record of the kind " + std::string(kind) +
+                                          " that could stand for another");
+}
+
+/// Hands over each ingredient with a copy of the record with the name nearest to its text.
+template <class Take>
+void forNearestRecords(ZYMCachingModel& library, std::string_view kind,
+                       const std::vector<Wanted>& wanted, std::vector<ImportMatch>& matches,
+                       Take take) {
+  std::vector<std::string> texts;
+  for (const Wanted& one : wanted) texts.push_back(one.text);
+  std::vector<PlistDictionary> records;
   try {
-    PlistDictionary record =
-        library.ingredientWithNameMostSimilarToString_matchingKeysAndValues(text, filter);
-    addMatch(matches, kind, std::string(nameInFile), text,
-             record.stringValue(library.nameKeyInRecords()));
-    return record;
+    records = library.ingredientsWithNamesMostSimilarToStrings(texts);
   } catch (const NSException& exception) {
     if (exception.name() != NSRangeException) throw;
-    throw NSException(NSRangeException,
-                      "no " + std::string(kind) + " of the library can stand for \"" + text + "\"");
+    nothingToStandFor(kind);
   }
+  for (std::size_t i = 0; i < wanted.size(); ++i) {
+    addMatch(matches, kind, std::string(wanted[i].ingredient.stringValue(keys::NAME)),
+             wanted[i].text, records[i].stringValue(library.nameKeyInRecords()));
+    take(wanted[i].ingredient, std::move(records[i]));
+  }
+}
+
+template <class TextOf>
+std::vector<Wanted> wantedOf(const PlistDictionary& parsed, KeyName key, TextOf textOf) {
+  std::vector<Wanted> wanted;
+  for (const PlistDictionary& ingredient : parsed.rows(key)) {
+    wanted.push_back({ingredient, textOf(ingredient)});
+  }
+  return wanted;
 }
 
 struct Copied {
@@ -193,19 +217,19 @@ void takeFermentables(const PlistDictionary& parsed, PlistDictionary& recipe,
                                       {keys::YIELD, keys::Extract},
                                       {keys::COLOR, keys::Color},
                                       {keys::MOISTURE, keys::Moisture}};
-  for (const PlistDictionary& fermentable : parsed.rows(keys::FERMENTABLES)) {
-    PlistDictionary record = nearestRecord(ZYMFermentables::sharedInstance(), words::Fermentable,
-                                           fermentable.stringValue(keys::NAME),
-                                           fermentableText(fermentable), nullptr, matches);
-    const std::string_view type = fermentable.stringValue(keys::TYPE);
-    const bool isGrain = containsSubstring(type, "Grain") || containsSubstring(type, "Adjunct");
-    record.set(keys::IsGrain, isGrain ? "1" : "0");
-    record.set(keys::MustBeMashed, isGrain ? "1" : "0");
-    record.set(keys::When, isGrain ? words::InMashSteeped : words::StartOfBoil);
-    record.set(keys::Moisture, "4.0");
-    copy(values, fermentable, record);
-    append(std::move(record), recipe, keys::FermentableIngredients);
-  }
+  forNearestRecords(ZYMFermentables::sharedInstance(), words::Fermentable,
+                    wantedOf(parsed, keys::FERMENTABLES, fermentableText), matches,
+                    [&](const PlistDictionary& fermentable, PlistDictionary record) {
+                      const std::string_view type = fermentable.stringValue(keys::TYPE);
+                      const bool isGrain =
+                          containsSubstring(type, "Grain") || containsSubstring(type, "Adjunct");
+                      record.set(keys::IsGrain, isGrain ? "1" : "0");
+                      record.set(keys::MustBeMashed, isGrain ? "1" : "0");
+                      record.set(keys::When, isGrain ? words::InMashSteeped : words::StartOfBoil);
+                      record.set(keys::Moisture, "4.0");
+                      copy(values, fermentable, record);
+                      append(std::move(record), recipe, keys::FermentableIngredients);
+                    });
 }
 
 void takeHops(const PlistDictionary& parsed, PlistDictionary& recipe,
@@ -214,35 +238,39 @@ void takeHops(const PlistDictionary& parsed, PlistDictionary& recipe,
   static constexpr std::int64_t longestBoil = 1'000'000;
   const std::int64_t boil =
       std::clamp(recipe.integerValue(keys::BoilDuration), -longestBoil, longestBoil);
-  for (const PlistDictionary& hop : parsed.rows(keys::HOPS)) {
-    const std::string_view name = hop.stringValue(keys::NAME);
-    PlistDictionary record = nearestRecord(ZYMHops::sharedInstance(), words::Hop, name,
-                                           originPrefix(hop) + std::string(name), nullptr, matches);
-    const bool isPellets = containsSubstring(hop.stringValue(keys::FORM), "Pellet");
-    record.set(keys::Form, isPellets ? words::LoosePelletHops : words::LooseWholeHops);
-    const std::size_t position = positionOfHop(hop, boil);
-    record.set(keys::When, words::hopWhen[position]);
-    if (position >= timesForTheBoil) {
-      record.set(keys::Minutes, std::to_string(hopMinutes[position - timesForTheBoil]));
-    } else {
-      record.setOrRemove(keys::Minutes, recipe.find(keys::BoilDuration));
-    }
-    copy(values, hop, record);
-    append(std::move(record), recipe, keys::HopIngredients);
-  }
+  const auto textOf = [](const PlistDictionary& hop) {
+    return originPrefix(hop) + std::string(hop.stringValue(keys::NAME));
+  };
+  forNearestRecords(
+      ZYMHops::sharedInstance(), words::Hop, wantedOf(parsed, keys::HOPS, textOf), matches,
+      [&](const PlistDictionary& hop, PlistDictionary record) {
+        const bool isPellets = containsSubstring(hop.stringValue(keys::FORM), "Pellet");
+        record.set(keys::Form, isPellets ? words::LoosePelletHops : words::LooseWholeHops);
+        const std::size_t position = positionOfHop(hop, boil);
+        record.set(keys::When, words::hopWhen[position]);
+        if (position >= timesForTheBoil) {
+          record.set(keys::Minutes, std::to_string(hopMinutes[position - timesForTheBoil]));
+        } else {
+          record.setOrRemove(keys::Minutes, recipe.find(keys::BoilDuration));
+        }
+        copy(values, hop, record);
+        append(std::move(record), recipe, keys::HopIngredients);
+      });
 }
 
 void takeOthers(const PlistDictionary& parsed, PlistDictionary& recipe,
                 std::vector<ImportMatch>& matches) {
   static constexpr Copied values[] = {{keys::AMOUNT, keys::Amount}};
-  for (const PlistDictionary& other : parsed.rows(keys::MISCS)) {
-    const std::string name(other.stringValue(keys::NAME));
-    PlistDictionary record = nearestRecord(ZYMOtherIngredients::sharedInstance(), words::Other,
-                                           name, name, nullptr, matches);
-    record.set(keys::When, meaningOf(other.stringValue(keys::USE), otherUses, words::InBoil));
-    copy(values, other, record);
-    append(std::move(record), recipe, keys::OtherIngredients);
-  }
+  const auto textOf = [](const PlistDictionary& other) {
+    return std::string(other.stringValue(keys::NAME));
+  };
+  forNearestRecords(
+      ZYMOtherIngredients::sharedInstance(), words::Other, wantedOf(parsed, keys::MISCS, textOf),
+      matches, [&](const PlistDictionary& other, PlistDictionary record) {
+        record.set(keys::When, meaningOf(other.stringValue(keys::USE), otherUses, words::InBoil));
+        copy(values, other, record);
+        append(std::move(record), recipe, keys::OtherIngredients);
+      });
 }
 
 void takeYeasts(const PlistDictionary& parsed, PlistDictionary& recipe,
@@ -260,10 +288,12 @@ void takeYeasts(const PlistDictionary& parsed, PlistDictionary& recipe,
     PlistDictionary record{
         {keys::Amount, "1"}, {keys::YeastAmountType, words::CommercialPack}, {keys::UsageNote, ""}};
     try {
-      copy(values,
-           nearestRecord(ZYMYeasts::sharedInstance(), words::Yeast, name, name,
-                         filter.empty() ? nullptr : &filter, matches),
-           record);
+      ZYMYeasts& library = ZYMYeasts::sharedInstance();
+      const PlistDictionary nearest =
+          library.ingredientWithNameMostSimilarToString_matchingKeysAndValues(
+              name, filter.empty() ? nullptr : &filter);
+      addMatch(matches, words::Yeast, name, name, nearest.stringValue(keys::Name));
+      copy(values, nearest, record);
     } catch (const NSException& exception) {
       if (exception.name() != NSRangeException) throw;
       continue;

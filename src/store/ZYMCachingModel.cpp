@@ -69,6 +69,19 @@ std::int64_t indexOfMostSimilar(std::string_view text, std::size_t count, TextAt
   return bestIndex;
 }
 
+NSManagedObject& mostSimilar(std::string_view text,
+                             const std::vector<NSManagedObject*>& candidates) {
+  const std::int64_t index = indexOfMostSimilar(text, candidates.size(), [&](std::size_t i) {
+    const std::string* name = candidates[i]->stringForKey(attributes::name);
+    return name ? std::string_view(*name) : std::string_view();
+  });
+  if (index < 0) {
+    throw NSException(NSRangeException,
+                      "index -1 beyond bounds for array of " + std::to_string(candidates.size()));
+  }
+  return *candidates[static_cast<std::size_t>(index)];
+}
+
 std::string_view textOf(const PlistValue& element, const std::optional<KeyName>& key) {
   const PlistDictionary* record = element.dictionary();
   if (key) return record ? record->stringValue(*key) : std::string_view();
@@ -227,15 +240,16 @@ PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingK
     });
     if (!matching.empty()) candidates = matching;
   }
-  const std::int64_t index = indexOfMostSimilar(text, candidates.size(), [&](std::size_t i) {
-    const std::string* name = candidates[i]->stringForKey(attributes::name);
-    return name ? std::string_view(*name) : std::string_view();
-  });
-  if (index < 0) {
-    throw NSException(NSRangeException,
-                      "index -1 beyond bounds for array of " + std::to_string(candidates.size()));
-  }
-  return recordOf(*candidates[static_cast<std::size_t>(index)]);
+  return recordOf(mostSimilar(text, candidates));
+}
+
+std::vector<PlistDictionary> ZYMCachingModel::ingredientsWithNamesMostSimilarToStrings(
+    const std::vector<std::string>& texts) {
+  std::vector<PlistDictionary> records;
+  if (texts.empty()) return records;
+  const Objects candidates = objectsSortedOnName();
+  for (const std::string& text : texts) records.push_back(recordOf(mostSimilar(text, candidates)));
+  return records;
 }
 
 std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> ZYMCachingModel::objectsByUUID()

@@ -77,6 +77,10 @@ class ZYMCachingModel {
   [[nodiscard]] PlistDictionary ingredientWithNameMostSimilarToString_matchingKeysAndValues(
       std::string_view text, const PlistDictionary* keysAndValues);
 
+  /// The same for each of several texts among all records; the library is read but once.
+  [[nodiscard]] std::vector<PlistDictionary> ingredientsWithNamesMostSimilarToStrings(
+      const std::vector<std::string>& texts);
+
   /// Stores all records that have a "UUID", new or in place of what is there, each with the present
   /// time as its date; saves once. No undo step.
   void addItemsFromArray(const PlistArray& items);

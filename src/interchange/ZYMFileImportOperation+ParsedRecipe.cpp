@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <iterator>
 
 #include "zymcore/calculations/ZYMTemperatureValueTransformer.h"
 #include "zymcore/documents/NSStringExtensions.h"
@@ -12,6 +14,7 @@
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/ZYMRecipes.h"
 #include "zymcore/library/ZYMStyles.h"
+#include "zymcore/platform/NSException.h"
 #include "zymcore/platform/NSString.h"
 #include "zymcore/platform/NumberText.h"
 #include "zymcore/store/ZYMCachingModel.h"
@@ -32,6 +35,29 @@ constexpr auto lageringsFirst = [] {
                    result.begin());
   return result;
 }();
+
+// A name is compared with every one of a library, letter by letter. No recipe has a tenth of this.
+constexpr std::size_t mostToMatch = 200'000;
+constexpr std::size_t shareOfAName = 100;
+
+std::size_t lengthToMatch(const PlistDictionary& record) {
+  std::size_t length = shareOfAName;
+  for (const KeyName key : {keys::NAME, keys::ORIGIN, keys::YEAST_NAME, keys::STYLENAME, keys::TYPE,
+                            keys::PRIMING_SUGAR_NAME}) {
+    length += record.stringValue(key).size();
+  }
+  return length;
+}
+
+void refuseEndlessMatching(const PlistDictionary& parsed) {
+  std::size_t length = lengthToMatch(parsed);
+  for (const KeyName key : {keys::FERMENTABLES, keys::HOPS, keys::MISCS, keys::YeastIngredients}) {
+    for (const PlistDictionary& record : parsed.rows(key)) length += lengthToMatch(record);
+  }
+  if (length > mostToMatch) {
+    throw NSException(NSInvalidArgumentException, "more names than any recipe has");
+  }
+}
 
 std::string mashTypeText(const PlistDictionary& parsed) {
   std::string text(parsed.stringValue(keys::TYPE));
@@ -108,6 +134,7 @@ std::int64_t ZYMFileImportOperation::indexOfMostSimilarObjectToString_inArray_fo
 }
 
 PlistDictionary ZYMFileImportOperation::processParsedRecipe(const PlistDictionary& parsed) {
+  refuseEndlessMatching(parsed);
   matches_.clear();
   PlistDictionary recipe = ZYMRecipes::sharedInstance().emptyRecipe();
   recipe.remove(keys::Profile);

@@ -175,8 +175,12 @@ std::optional<PlistDictionary> ZYMFileImportOperation::recipeInFile() {
   const auto bytes = NSFileManager::contentsAtPath(*url_, mostBytes, &error);
   if (!bytes) return refuse(error.localizedDescription);
   if (!format->read) return refuse(*url_ + ": files of this kind can't be read yet");
-  Recipe recipe = format->read(*this, *bytes, error);
-  return recipe ? std::move(recipe) : refuse(*url_ + ": " + error.localizedDescription);
+  try {
+    Recipe recipe = format->read(*this, *bytes, error);
+    return recipe ? std::move(recipe) : refuse(*url_ + ": " + error.localizedDescription);
+  } catch (const NSException& exception) {
+    return refuse(*url_ + ": " + exception.reason());
+  }
 }
 
 // All that can fail comes before the first change.

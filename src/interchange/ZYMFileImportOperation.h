@@ -52,7 +52,8 @@ class ZYMFileImportOperation final : public NSOperation {
   /// lacks, and a profile. Absent, with a `failureReason`, when there is none.
   [[nodiscard]] std::optional<PlistDictionary> recipeInFile();
   /// The recipe document of a parsed recipe (`ParsedRecipeKeys.h`). Throws `NSRangeException` when
-  /// a library that it needs is empty.
+  /// a library that it needs is empty, and `NSInvalidArgumentException` for so many or so long
+  /// names that matching them would take seconds.
   [[nodiscard]] PlistDictionary processParsedRecipe(const PlistDictionary& parsed);
 
   /// Gives a recipe, or the recipe as brewed of a batch, a profile of its own where its profile

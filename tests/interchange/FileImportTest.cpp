@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <thread>
 
 #include "support/Child.h"
@@ -395,6 +396,9 @@ TEST_F(FileImportTest, AFailureStoresNothing) {
       {file("empty.xml", ""), ""},
       {file("other.xml", "<HTML/>"), "RECIPES"},
       {file("nameless.xml", "<RECIPES><RECIPE><TYPE>x</TYPE></RECIPE></RECIPES>"), "NAME"},
+      {file("endless.xml",
+            std::regex_replace(bitter, std::regex("Fuggle"), std::string(3'000'000, 'a'))),
+       "more names"},
       {file("empty.wm2", ""), ""},
       {file("cut.wm2", ownFile().substr(0, ownFile().size() / 2)), ""},
       {file("list.wm2", "[{}]"), "list"},

@@ -4,8 +4,8 @@
 #include <string>
 #include <system_error>
 
-#include "app/Defaults.h"
-#include "zymcore/platform/NSBundle.h"
+#include "app/session/Defaults.h"
+#include "zymcore/platform/host/NSBundle.h"
 
 namespace zym::host {
 namespace {

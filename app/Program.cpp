@@ -4,19 +4,19 @@
 #include <algorithm>
 #include <iostream>
 
-#include "app/BatchCommands.h"
-#include "app/CalcCommand.h"
-#include "app/Faults.h"
-#include "app/ImageCommands.h"
-#include "app/ImportCommand.h"
-#include "app/LibraryCommands.h"
-#include "app/RecipeCommands.h"
-#include "app/RecordCommands.h"
-#include "app/SettingsCommands.h"
-#include "app/ShellCommand.h"
-#include "app/Store.h"
-#include "app/StoreCommand.h"
-#include "app/UnitsCommand.h"
+#include "app/commands/BatchCommands.h"
+#include "app/commands/CalcCommand.h"
+#include "app/commands/ImageCommands.h"
+#include "app/commands/ImportCommand.h"
+#include "app/commands/LibraryCommands.h"
+#include "app/commands/RecipeCommands.h"
+#include "app/commands/RecordCommands.h"
+#include "app/commands/SettingsCommands.h"
+#include "app/commands/ShellCommand.h"
+#include "app/commands/StoreCommand.h"
+#include "app/commands/UnitsCommand.h"
+#include "app/session/Store.h"
+#include "app/terminal/Faults.h"
 
 namespace zym::host {
 namespace {
@@ -38,7 +38,12 @@ int parse(std::vector<std::string> arguments, CalledFrom caller) {
     program.add_option("--data", dataFolder, "The folder of the store and the settings")
         ->type_name("DIR");
     program.parse_complete_callback([&dataFolder] { useDataFolder(dataFolder); });
-    addShellCommand(program, exitCode);
+    addShellCommand(
+        program,
+        [](std::vector<std::string> words) {
+          return runProgram(std::move(words), CalledFrom::Shell);
+        },
+        exitCode);
   }
   addCalcCommand(program, exitCode);
   addRecipeCommands(program);

@@ -8,18 +8,18 @@
 #include <stdexcept>
 #include <string>
 
-#include "Ratio.h"
+#include "bench/Ratio.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
-#include "zymcore/library/ZYMRecipes.h"
-#include "zymcore/platform/BinaryPropertyList.h"
-#include "zymcore/platform/NSBundle.h"
-#include "zymcore/platform/NSUserDefaults.h"
-#include "zymcore/store/EntityKeys.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/formats/BinaryPropertyList.h"
+#include "zymcore/platform/host/NSBundle.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
-#include "zymcore/store/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/ZYMRecipeEntity.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "Ratio.h"
-#include "zymcore/interchange/ZYMBeerXML.h"
-#include "zymcore/platform/PlistValue.h"
+#include "bench/Ratio.h"
+#include "zymcore/interchange/beerxml/ZYMBeerXML.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {
 namespace {

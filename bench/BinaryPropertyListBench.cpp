@@ -1,6 +1,6 @@
-#include "Ratio.h"
-#include "SampleDocument.h"
-#include "zymcore/platform/BinaryPropertyList.h"
+#include "bench/Ratio.h"
+#include "bench/SampleDocument.h"
+#include "zymcore/platform/formats/BinaryPropertyList.h"
 
 namespace zym {
 namespace {

@@ -3,14 +3,14 @@
 #include <string>
 #include <vector>
 
-#include "Ratio.h"
-#include "reference/DocumentOf.h"
-#include "reference/PlainRecalculation.h"
+#include "bench/Ratio.h"
+#include "tests/reference/DocumentOf.h"
+#include "tests/reference/PlainRecalculation.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/NSStringExtensions.h"
-#include "zymcore/platform/NSUserDefaults.h"
-#include "zymcore/platform/PlistValue.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <memory>
 #include <string_view>
 
-#include "Ratio.h"
-#include "zymcore/library/ZYMRecipes.h"
+#include "bench/Ratio.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
 
 namespace zym {
 namespace {

@@ -8,17 +8,17 @@
 #include <fstream>
 #include <string>
 
-#include "Ratio.h"
+#include "bench/Ratio.h"
 #include "zymcore/documents/RecordKeys.h"
-#include "zymcore/interchange/ZYMBeerXML.h"
-#include "zymcore/interchange/ZYMFileImportOperation.h"
+#include "zymcore/interchange/beerxml/ZYMBeerXML.h"
+#include "zymcore/interchange/operations/ZYMFileImportOperation.h"
 #include "zymcore/library/ZYMFermentables.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMYeasts.h"
-#include "zymcore/platform/BinaryPropertyList.h"
-#include "zymcore/platform/NSBundle.h"
-#include "zymcore/platform/NSOperationQueue.h"
-#include "zymcore/platform/NSUserDefaults.h"
+#include "zymcore/platform/events/NSOperationQueue.h"
+#include "zymcore/platform/formats/BinaryPropertyList.h"
+#include "zymcore/platform/host/NSBundle.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 
 namespace zym {

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "Ratio.h"
-#include "SampleDocument.h"
-#include "zymcore/platform/NSJSONSerialization.h"
+#include "bench/Ratio.h"
+#include "bench/SampleDocument.h"
+#include "zymcore/platform/formats/NSJSONSerialization.h"
 
 namespace zym {
 namespace {

@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "Ratio.h"
+#include "bench/Ratio.h"
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/library/ZYMFermentables.h"
-#include "zymcore/platform/NSBundle.h"
-#include "zymcore/platform/NSUserDefaults.h"
+#include "zymcore/platform/host/NSBundle.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 
 namespace zym {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "Ratio.h"
-#include "SampleDocument.h"
-#include "zymcore/platform/BinaryPropertyList.h"
-#include "zymcore/platform/NSManagedObjectContext.h"
+#include "bench/Ratio.h"
+#include "bench/SampleDocument.h"
+#include "zymcore/platform/formats/BinaryPropertyList.h"
+#include "zymcore/platform/objects/NSManagedObjectContext.h"
 
 namespace zym {
 namespace {

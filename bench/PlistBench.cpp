@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "Ratio.h"
-#include "SampleDocument.h"
+#include "bench/Ratio.h"
+#include "bench/SampleDocument.h"
 
 namespace zym {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "zymcore/platform/PlistValue.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {
 

@@ -1,4 +1,4 @@
-# What src/platform stands on. The same names are in ZymCoreConfig.cmake.in.
+# What zymcore/platform stands on. The same names are in ZymCoreConfig.cmake.in.
 find_package(PkgConfig REQUIRED)
 find_package(ICU REQUIRED COMPONENTS i18n uc)
 find_package(RapidJSON REQUIRED)

@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "zymcore/interchange/ParsedRecipeKeys.h"
-#include "zymcore/interchange/ZYMBeerXML.h"
-#include "zymcore/platform/NSString.h"
-#include "zymcore/platform/PlistValue.h"
+#include "zymcore/interchange/beerxml/ZYMBeerXML.h"
+#include "zymcore/platform/text/NSString.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace {
 

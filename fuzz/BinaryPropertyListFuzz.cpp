@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "zymcore/platform/BinaryPropertyList.h"
+#include "zymcore/platform/formats/BinaryPropertyList.h"
 
 // Whatever is read can be written, and what reads back from that is written the same. (Trees aren't
 // compared: a date that is no number differs from itself.)

@@ -4,8 +4,8 @@
 #include <memory>
 #include <string_view>
 
-#include "zymcore/platform/NSManagedObjectContext.h"
-#include "zymcore/platform/NSPropertyListSerialization.h"
+#include "zymcore/platform/formats/NSPropertyListSerialization.h"
+#include "zymcore/platform/objects/NSManagedObjectContext.h"
 
 // Whatever is taken for a model makes a store in which every entity can be saved.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

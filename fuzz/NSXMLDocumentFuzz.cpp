@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "zymcore/platform/NSString.h"
-#include "zymcore/platform/NSXMLDocument.h"
+#include "zymcore/platform/formats/NSXMLDocument.h"
+#include "zymcore/platform/text/NSString.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #include <cstdlib>
 
-#include "TreeFromBytes.h"
+#include "fuzz/TreeFromBytes.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/Vocabularies.h"
-#include "zymcore/platform/BinaryPropertyList.h"
-#include "zymcore/platform/NSUserDefaults.h"
+#include "zymcore/platform/formats/BinaryPropertyList.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
 
 namespace zym {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "zymcore/platform/PlistValue.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {
 

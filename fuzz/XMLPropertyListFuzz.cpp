@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "zymcore/platform/XMLPropertyList.h"
+#include "zymcore/platform/formats/XMLPropertyList.h"
 
 // Whatever is read can be written, and reads back the same.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

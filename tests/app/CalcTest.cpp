@@ -7,7 +7,7 @@
 #include <iterator>
 #include <sstream>
 
-#include "app/Program.h"
+#include "tests/app/Program.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/documents/SafeJSON.h"
@@ -104,14 +104,14 @@ TEST(Calc, PrintsTheDocumentAsJSONAndNothingElse) {
   const std::string stout = example("dry-stout");
   const test::Outcome one = run({"calc", "--json", stout});
   const PlistDictionary document = dictionary(one.out);
-  const PlistDictionary original = dictionary(test::contentOf(stout));
+  const PlistDictionary original = dictionary(bytesOf(stout));
   EXPECT_NE(document.stringValue(keys::ExpectedIBU), original.stringValue(keys::ExpectedIBU));
   EXPECT_NE(document.date(keys::DateLastModified), nullptr);
   for (const PlistEntry& entry : original) {
     EXPECT_TRUE(document.contains(entry.key)) << entry.key.text();
   }
 
-  EXPECT_EQ(run({"calc", "--json", "-"}, test::contentOf(stout)).out, one.out);
+  EXPECT_EQ(run({"calc", "--json", "-"}, bytesOf(stout)).out, one.out);
   EXPECT_EQ(itemsIn(run({"calc", stout, example("tripel"), "--json"}).out), 2U);
   EXPECT_EQ(run({"calc", "--json", "-"}, one.out).out, one.out);
 }
@@ -161,8 +161,8 @@ TEST(Calc, TellsBadUsageFromBadInput) {
 }
 
 TEST(Calc, RefusesWhatIsNoDocument) {
-  const test::TemporaryFolder folder;
-  const std::string fifo = folder.path() / "fifo";
+  const TemporaryFolder folder;
+  const std::string fifo = folder / "fifo";
   ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
   const std::string huge = folder.file("huge", "[");
   std::filesystem::resize_file(huge, 200U << 20U);
@@ -245,8 +245,8 @@ void addSpoiled(const PlistDictionary& document, PlistArray& all,
 }
 
 TEST(Calc, StandsAnyValueInAnyPlace) {
-  const PlistDictionary recipe = dictionary(test::contentOf(example("american-pale-ale")));
-  const PlistDictionary batch = dictionary(test::contentOf(example("dry-stout-batch")));
+  const PlistDictionary recipe = dictionary(bytesOf(example("american-pale-ale")));
+  const PlistDictionary batch = dictionary(bytesOf(example("dry-stout-batch")));
   const auto inArray = [&recipe](KeyName key) {
     return [&recipe, key](PlistDictionary row) {
       PlistDictionary copy = recipe;

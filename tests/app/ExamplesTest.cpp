@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "app/Program.h"
+#include "tests/app/Program.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/documents/SafeJSON.h"

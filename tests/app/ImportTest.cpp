@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "app/Program.h"
+#include "tests/app/Program.h"
 
 namespace zym {
 namespace {
@@ -23,18 +23,18 @@ constexpr const char* ale =
 class Import : public ::testing::Test {
  protected:
   Outcome zym(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.end(), {"--data", folder.path() / "data"});
+    arguments.insert(arguments.end(), {"--data", folder / "data"});
     return test::run(arguments);
   }
-  test::TemporaryFolder folder;
+  TemporaryFolder folder;
 };
 
 TEST_F(Import, GoesOnAfterAFileThatFails) {
   const std::string good = folder.file("ale.xml", ale);
   const std::string bad = folder.file("bad.xml", "<RECIPES><RECIPE><NAME>x</NAME>");
-  const std::string pipe = folder.path() / "pipe.xml";
+  const std::string pipe = folder / "pipe.xml";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  const Outcome outcome = zym({"import", bad, folder.path() / "none.xml", pipe, good, good});
+  const Outcome outcome = zym({"import", bad, folder / "none.xml", pipe, good, good});
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.out, AllOf(HasSubstr("TYPE"), HasSubstr("Kölsch & Co, OG 1.0"),
                                  HasSubstr("2 imported, 3 failed")));

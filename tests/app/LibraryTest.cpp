@@ -3,8 +3,8 @@
 
 #include <fstream>
 
-#include "app/Program.h"
-#include "zymcore/platform/NSJSONSerialization.h"
+#include "tests/app/Program.h"
+#include "zymcore/platform/formats/NSJSONSerialization.h"
 
 namespace zym {
 namespace {
@@ -25,8 +25,8 @@ class Library : public ::testing::Test {
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
     return outcome.out;
   }
-  test::TemporaryFolder folder;
-  std::string data = folder.path() / "data";
+  TemporaryFolder folder;
+  std::string data = folder / "data";
 };
 
 TEST_F(Library, IsFilledOnTheFirstRunAndSaysSo) {
@@ -122,7 +122,7 @@ TEST_F(Library, AFileThatIsNoStoreIsNamedAndLeftAlone) {
     const Outcome outcome = zym({"list", "hops"});
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.err, HasSubstr("Wortmeister.sqlite"));
-    EXPECT_EQ(test::contentOf(data + "/Wortmeister.sqlite"), content);
+    EXPECT_EQ(bytesOf(data + "/Wortmeister.sqlite"), content);
   }
 }
 

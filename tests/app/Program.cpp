@@ -1,4 +1,4 @@
-#include "app/Program.h"
+#include "tests/app/Program.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -6,8 +6,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace zym::test {
@@ -48,33 +46,12 @@ Outcome run(const std::vector<std::string>& arguments, std::string_view input,
   if (child == 0) become(arguments, folder.path(), locale);
   int status = 0;
   if (child < 0 || waitpid(child, &status, 0) != child) throw std::runtime_error("no child");
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status),
-          contentOf(folder.path() / "out"), contentOf(folder.path() / "err")};
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), bytesOf(folder / "out"),
+          bytesOf(folder / "err")};
 }
 
 std::string example(const std::string& name) {
   return std::string(ZYM_EXAMPLES) + "/" + name + ".wm2";
-}
-
-TemporaryFolder::TemporaryFolder() {
-  std::string name = std::filesystem::temp_directory_path() / "zym-test-XXXXXX";
-  if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-  path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code fault;
-  std::filesystem::remove_all(path_, fault);
-}
-
-std::string TemporaryFolder::file(const std::string& name, std::string_view content) const {
-  std::ofstream(path_ / name, std::ios::binary) << content;
-  return path_ / name;
-}
-
-std::string contentOf(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 }  // namespace zym::test

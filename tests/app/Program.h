@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/TemporaryFolder.h"
+
 namespace zym::test {
 
 /// What a run of the program left.
@@ -19,23 +21,5 @@ struct Outcome {
                           const std::string& locale = "C");
 
 [[nodiscard]] std::string example(const std::string& name);
-
-/// A folder of its own that goes with it.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  [[nodiscard]] const std::filesystem::path& path() const noexcept { return path_; }
-  /// The path of a new file with that content.
-  [[nodiscard]] std::string file(const std::string& name, std::string_view content) const;
-
- private:
-  std::filesystem::path path_;
-};
-
-[[nodiscard]] std::string contentOf(const std::filesystem::path& file);
 
 }  // namespace zym::test

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/Program.h"
+#include "tests/app/Program.h"
 
 namespace zym {
 namespace {
@@ -15,7 +15,7 @@ using ::testing::StartsWith;
 class RecipeCommands : public ::testing::Test {
  protected:
   Outcome zym(std::vector<std::string> arguments, std::string_view input = "") const {
-    arguments.insert(arguments.end(), {"--data", folder.path() / "data"});
+    arguments.insert(arguments.end(), {"--data", folder / "data"});
     return test::run(arguments, input);
   }
   std::string output(std::vector<std::string> arguments) const {
@@ -23,7 +23,7 @@ class RecipeCommands : public ::testing::Test {
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
     return outcome.out;
   }
-  test::TemporaryFolder folder;
+  TemporaryFolder folder;
 };
 
 TEST_F(RecipeCommands, ARecipeIsWrittenBrewedMeasuredAndPromoted) {

@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "app/Program.h"
+#include "tests/app/Program.h"
 
 namespace zym {
 namespace {

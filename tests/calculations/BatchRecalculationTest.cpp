@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "support/Defaults.h"
+#include "tests/support/Defaults.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/Vocabularies.h"

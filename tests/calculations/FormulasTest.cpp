@@ -3,11 +3,11 @@
 
 #include <cmath>
 
-#include "support/Defaults.h"
+#include "tests/support/Defaults.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/calculations/ZYMUnitConverter.h"
 #include "zymcore/documents/NSColorExtensions.h"
-#include "zymcore/platform/NSNotFound.h"
+#include "zymcore/platform/values/NSNotFound.h"
 
 namespace zym {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "support/Defaults.h"
+#include "tests/support/Defaults.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/documents/Vocabularies.h"

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "reference/DocumentOf.h"
-#include "reference/PlainRecalculation.h"
-#include "reference/RandomDocuments.h"
-#include "support/Defaults.h"
+#include "tests/reference/DocumentOf.h"
+#include "tests/reference/PlainRecalculation.h"
+#include "tests/reference/RandomDocuments.h"
+#include "tests/support/Defaults.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
-#include "zymcore/platform/PlistValue.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {
 namespace {

@@ -2,8 +2,8 @@
 
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/RecipeKeys.h"
-#include "zymcore/platform/NSException.h"
-#include "zymcore/platform/NSNotFound.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSNotFound.h"
 
 namespace zym {
 namespace {

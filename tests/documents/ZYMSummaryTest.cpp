@@ -2,7 +2,7 @@
 
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/ZYMSummary.h"
-#include "zymcore/platform/NSNotFound.h"
+#include "zymcore/platform/values/NSNotFound.h"
 
 namespace zym {
 namespace {

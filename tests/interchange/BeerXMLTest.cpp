@@ -10,8 +10,8 @@
 #include <string>
 
 #include "zymcore/interchange/ParsedRecipeKeys.h"
-#include "zymcore/interchange/ZYMBeerXML.h"
-#include "zymcore/platform/PlistValue.h"
+#include "zymcore/interchange/beerxml/ZYMBeerXML.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {
 namespace {

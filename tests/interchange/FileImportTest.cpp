@@ -7,23 +7,23 @@
 #include <regex>
 #include <thread>
 
-#include "support/Child.h"
-#include "support/Pictures.h"
-#include "support/Store.h"
-#include "zymcore/calculations/ZYMTemperatureValueTransformer.h"
+#include "tests/support/Child.h"
+#include "tests/support/Pictures.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/SafeJSON.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
-#include "zymcore/interchange/ZYMFileImportOperation.h"
+#include "zymcore/interchange/operations/ZYMFileImportOperation.h"
 #include "zymcore/library/ZYMProfiles.h"
-#include "zymcore/library/ZYMRecipes.h"
-#include "zymcore/platform/NSFileManager.h"
-#include "zymcore/platform/NSOperationQueue.h"
-#include "zymcore/store/EntityKeys.h"
-#include "zymcore/store/ZYMImageEntity.h"
-#include "zymcore/store/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/ZYMRecipeEntity.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/events/NSOperationQueue.h"
+#include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMImageEntity.h"
+#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/entities/ZYMRecipeEntity.h"
+#include "zymcore/transformers/ZYMTemperatureValueTransformer.h"
 
 namespace zym {
 namespace {

@@ -4,13 +4,13 @@
 #include <filesystem>
 #include <fstream>
 
-#include "support/Store.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/BatchKeys.h"
-#include "zymcore/library/ZYMRecipes.h"
-#include "zymcore/platform/NSFileManager.h"
-#include "zymcore/store/EntityKeys.h"
-#include "zymcore/store/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/ZYMRecipeEntity.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {

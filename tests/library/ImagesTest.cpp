@@ -4,16 +4,16 @@
 #include <filesystem>
 #include <fstream>
 
-#include "support/Child.h"
-#include "support/Pictures.h"
-#include "support/Store.h"
-#include "zymcore/library/ZYMImageUtils.h"
-#include "zymcore/library/ZYMRecipes.h"
-#include "zymcore/platform/NSFileManager.h"
-#include "zymcore/store/EntityKeys.h"
-#include "zymcore/store/ZYMImageEntity.h"
-#include "zymcore/store/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/ZYMRecipeEntity.h"
+#include "tests/support/Child.h"
+#include "tests/support/Pictures.h"
+#include "tests/support/Store.h"
+#include "zymcore/library/recipes/ZYMImageUtils.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMImageEntity.h"
+#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {

@@ -3,12 +3,12 @@
 
 #include <fstream>
 
-#include "support/Store.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMSuppliers.h"
 #include "zymcore/library/ZYMWaters.h"
-#include "zymcore/platform/NSPropertyListSerialization.h"
+#include "zymcore/platform/formats/NSPropertyListSerialization.h"
 
 namespace zym {
 namespace {

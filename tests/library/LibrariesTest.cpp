@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/Store.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMFermentables.h"
@@ -12,11 +12,11 @@
 #include "zymcore/library/ZYMSuppliers.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
-#include "zymcore/platform/NSException.h"
-#include "zymcore/store/EntityKeys.h"
-#include "zymcore/store/ZYMInventoryEntity.h"
-#include "zymcore/store/ZYMMashStepEntity.h"
-#include "zymcore/store/ZYMWaterEntity.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMInventoryEntity.h"
+#include "zymcore/store/entities/ZYMMashStepEntity.h"
+#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <limits>
 
-#include "support/Store.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
-#include "zymcore/library/ZYMRecipes.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
 
 namespace zym {
 namespace {

@@ -1,17 +1,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/Store.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMProfiles.h"
-#include "zymcore/library/ZYMRecipes.h"
 #include "zymcore/library/ZYMWaters.h"
-#include "zymcore/platform/NSException.h"
-#include "zymcore/store/EntityKeys.h"
-#include "zymcore/store/ZYMGroupEntity.h"
-#include "zymcore/store/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/ZYMRecipeEntity.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMGroupEntity.h"
+#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {

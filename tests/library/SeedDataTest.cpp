@@ -5,7 +5,7 @@
 
 #include <set>
 
-#include "support/Store.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMFermentables.h"

@@ -3,14 +3,14 @@
 
 #include <fstream>
 
-#include "support/Defaults.h"
-#include "support/TemporaryFolder.h"
+#include "tests/support/Defaults.h"
+#include "tests/support/TemporaryFolder.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/library/ZYMStyles.h"
-#include "zymcore/platform/NSBundle.h"
-#include "zymcore/platform/NSException.h"
-#include "zymcore/platform/NSNotFound.h"
-#include "zymcore/platform/NSPropertyListSerialization.h"
+#include "zymcore/platform/formats/NSPropertyListSerialization.h"
+#include "zymcore/platform/host/NSBundle.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSNotFound.h"
 
 namespace zym {
 namespace {
@@ -37,7 +37,7 @@ class Styles : public testing::WithDefaults {
     set(ZYMPreferredStyleGuidelinesKey, value);
     return ZYMStyles::userPreferredStyleGuidelines();
   }
-  const testing::TemporaryFolder folder;
+  const TemporaryFolder folder;
   ZYMStyles& styles = ZYMStyles::sharedInstance();
   const PlistDictionary file{
       {KeyName{"Styles"},

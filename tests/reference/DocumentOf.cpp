@@ -1,9 +1,9 @@
-#include "reference/DocumentOf.h"
+#include "tests/reference/DocumentOf.h"
 
 #include <algorithm>
 
-#include "reference/PlainFields.h"
-#include "zymcore/platform/PlistValue.h"
+#include "tests/reference/PlainFields.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace zym::reference {
 namespace {

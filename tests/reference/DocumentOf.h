@@ -1,7 +1,7 @@
 #pragma once
 
-#include "reference/PlainDocuments.h"
-#include "zymcore/platform/PlistDictionary.h"
+#include "tests/reference/PlainDocuments.h"
+#include "zymcore/platform/values/PlistDictionary.h"
 
 namespace zym::reference {
 

@@ -1,8 +1,8 @@
 #include <algorithm>
 
-#include "reference/PlainFormulas.h"
-#include "reference/PlainNumbers.h"
-#include "reference/PlainRecalculation.h"
+#include "tests/reference/PlainFormulas.h"
+#include "tests/reference/PlainNumbers.h"
+#include "tests/reference/PlainRecalculation.h"
 
 namespace zym::reference {
 namespace {

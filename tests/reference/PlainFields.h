@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "reference/PlainDocuments.h"
+#include "tests/reference/PlainDocuments.h"
 #include "zymcore/documents/BatchKeys.h"
 
 /// Which key of a document each field of the plain structs stands for.

@@ -1,8 +1,8 @@
-#include "reference/PlainFormulas.h"
+#include "tests/reference/PlainFormulas.h"
 
 #include <cmath>
 
-#include "reference/PlainNumbers.h"
+#include "tests/reference/PlainNumbers.h"
 
 namespace zym::reference {
 namespace {

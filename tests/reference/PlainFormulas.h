@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "reference/PlainDocuments.h"
+#include "tests/reference/PlainDocuments.h"
 
 namespace zym::reference {
 

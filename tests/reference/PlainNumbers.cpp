@@ -1,4 +1,4 @@
-#include "reference/PlainNumbers.h"
+#include "tests/reference/PlainNumbers.h"
 
 #include <charconv>
 #include <cmath>

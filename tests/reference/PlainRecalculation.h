@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reference/PlainDocuments.h"
+#include "tests/reference/PlainDocuments.h"
 
 /// The calculations over plain structs: the oracle of the tests and the limit that the benchmarks
 /// measure against. Shares no line with the library.

@@ -2,9 +2,9 @@
 #include <cctype>
 #include <string>
 
-#include "reference/PlainFormulas.h"
-#include "reference/PlainNumbers.h"
-#include "reference/PlainRecalculation.h"
+#include "tests/reference/PlainFormulas.h"
+#include "tests/reference/PlainNumbers.h"
+#include "tests/reference/PlainRecalculation.h"
 
 namespace zym::reference {
 namespace {

@@ -1,9 +1,9 @@
-#include "reference/RandomDocuments.h"
+#include "tests/reference/RandomDocuments.h"
 
-#include "reference/PlainFields.h"
-#include "reference/PlainNumbers.h"
+#include "tests/reference/PlainFields.h"
+#include "tests/reference/PlainNumbers.h"
 #include "zymcore/documents/DefaultsKeys.h"
-#include "zymcore/platform/PlistValue.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace zym::reference {
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "reference/PlainDocuments.h"
-#include "zymcore/platform/PlistDictionary.h"
+#include "tests/reference/PlainDocuments.h"
+#include "zymcore/platform/values/PlistDictionary.h"
 
 namespace zym::reference {
 

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "support/Store.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
-#include "zymcore/store/ZYMFermentableEntity.h"
-#include "zymcore/store/ZYMHopEntity.h"
-#include "zymcore/store/ZYMProfileEntity.h"
-#include "zymcore/store/ZYMWaterEntity.h"
+#include "zymcore/store/entities/ZYMFermentableEntity.h"
+#include "zymcore/store/entities/ZYMHopEntity.h"
+#include "zymcore/store/entities/ZYMProfileEntity.h"
+#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym {
 namespace {

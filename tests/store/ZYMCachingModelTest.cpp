@@ -1,14 +1,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/Store.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
-#include "zymcore/platform/NSException.h"
-#include "zymcore/platform/NSNotFound.h"
-#include "zymcore/store/EntityKeys.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSNotFound.h"
 #include "zymcore/store/ZYMCachingModel.h"
-#include "zymcore/store/ZYMHopEntity.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMHopEntity.h"
 
 namespace zym {
 namespace {

@@ -4,13 +4,13 @@
 #include <fstream>
 #include <thread>
 
-#include "support/Store.h"
+#include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
-#include "zymcore/platform/NSException.h"
-#include "zymcore/platform/NSLog.h"
-#include "zymcore/platform/NSRunLoop.h"
+#include "zymcore/platform/events/NSRunLoop.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
-#include "zymcore/store/ZYMHopEntity.h"
+#include "zymcore/store/entities/ZYMHopEntity.h"
 
 namespace zym {
 namespace {
@@ -65,7 +65,7 @@ class WithHome : public testing::WithDefaults {
   static ZYMCoreDataModel& model() { return ZYMCoreDataModel::sharedInstance(); }
 
   const std::string before = getenv("HOME") ? getenv("HOME") : "";
-  const testing::TemporaryFolder home;
+  const TemporaryFolder home;
 };
 
 TEST_F(CoreDataModel, AFirstRunIsToldOnce) {

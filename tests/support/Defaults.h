@@ -4,8 +4,8 @@
 
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/LocalizedNumbers.h"
-#include "zymcore/platform/NSLocale.h"
-#include "zymcore/platform/NSUserDefaults.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
+#include "zymcore/platform/text/NSLocale.h"
 
 namespace zym::testing {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "zymcore/platform/CGImage.h"
+#include "zymcore/platform/graphics/CGImage.h"
 
 namespace zym::testing {
 

@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "support/Defaults.h"
-#include "support/TemporaryFolder.h"
-#include "zymcore/platform/NSBundle.h"
-#include "zymcore/platform/NSNotificationCenter.h"
-#include "zymcore/platform/NSRunLoop.h"
-#include "zymcore/platform/NSUndoManager.h"
+#include "tests/support/Defaults.h"
+#include "tests/support/TemporaryFolder.h"
+#include "zymcore/platform/events/NSNotificationCenter.h"
+#include "zymcore/platform/events/NSRunLoop.h"
+#include "zymcore/platform/events/NSUndoManager.h"
+#include "zymcore/platform/host/NSBundle.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 
 namespace zym::testing {

@@ -1,32 +1,53 @@
 #pragma once
 
-#include <unistd.h>
+#include <stdlib.h>
 
-#include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
+#include <string_view>
 
-namespace zym::testing {
+namespace zym {
 
-/// A folder of its own for a test, gone with it.
+/// A folder that goes with the test.
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "zymXXXXXX").string();
-    path_ = mkdtemp(name.data());
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+  TemporaryFolder() : path_((std::filesystem::temp_directory_path() / "zymcore.XXXXXX").string()) {
+    if (!::mkdtemp(path_.data())) throw std::runtime_error("no temporary folder");
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder() {
+    std::error_code none;
+    std::filesystem::remove_all(path_, none);
+  }
 
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-  [[nodiscard]] std::string operator/(const std::string& name) const { return path_ / name; }
+  [[nodiscard]] const std::string& path() const noexcept { return path_; }
+  [[nodiscard]] std::string operator/(std::string_view name) const {
+    return std::string(path_).append("/").append(name);
+  }
+  /// The path of a new file with those bytes.
+  [[nodiscard]] std::string file(std::string_view name, std::string_view bytes) const;
 
  private:
-  std::filesystem::path path_;
+  std::string path_;
 };
 
-}  // namespace zym::testing
+inline void putFile(const std::string& path, std::string_view bytes) {
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+inline std::string TemporaryFolder::file(std::string_view name, std::string_view bytes) const {
+  putFile(*this / name, bytes);
+  return *this / name;
+}
+
+[[nodiscard]] inline std::string bytesOf(const std::string& path) {
+  std::ostringstream bytes;
+  bytes << std::ifstream(path, std::ios::binary).rdbuf();
+  return bytes.str();
+}
+
+}  // namespace zym

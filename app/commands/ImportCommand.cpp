@@ -1,0 +1,221 @@
+#include "app/commands/ImportCommand.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "app/session/Import.h"
+#include "app/session/Store.h"
+#include "app/sheets/Figures.h"
+#include "app/terminal/Faults.h"
+#include "app/terminal/Output.h"
+#include "app/terminal/Text.h"
+#include "app/values/Items.h"
+#include "zymcore/documents/LocalizedNumbers.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/interchange/operations/ZYMFileImportOperation.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/events/NSOperationQueue.h"
+
+namespace zym::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Options {
+  std::vector<std::string> paths;
+  bool isDryRun = false;
+  bool isVerbose = false;
+  bool asJSON = false;
+};
+
+constexpr std::string_view extensions[] = {".xml", ".wm2"};
+constexpr std::size_t fewFiles = 20;
+
+/// The files themselves, and those of a known extension below the folders, by name.
+std::vector<std::string> filesOf(const std::vector<std::string>& paths) {
+  std::vector<std::string> files;
+  for (const std::string& path : paths) {
+    std::error_code fault;
+    if (!fs::is_directory(path, fault)) {
+      files.push_back(path);
+      continue;
+    }
+    std::vector<std::string> found;
+    const auto options = fs::directory_options::skip_permission_denied;
+    for (auto at = fs::recursive_directory_iterator(path, options, fault);
+         !fault && at != fs::recursive_directory_iterator(); at.increment(fault)) {
+      const std::string extension = at->path().extension().string();
+      std::error_code ignored;
+      if (std::ranges::find(extensions, extension) != std::end(extensions) &&
+          at->is_regular_file(ignored)) {
+        found.push_back(at->path().string());
+      }
+    }
+    std::ranges::sort(found);
+    files.insert(files.end(), found.begin(), found.end());
+  }
+  return files;
+}
+
+/// What came of a file.
+struct Outcome {
+  std::string file;
+  std::optional<PlistDictionary> recipe;  // recalculated
+  std::vector<ImportMatch> matches;
+  std::string reason;
+};
+
+Outcome tryFile(const std::string& file) {
+  try {
+    RecipeToImport found = recipeToImport(file);
+    return {file, std::move(found.recipe), std::move(found.matches), {}};
+  } catch (const InputError& error) {
+    return {file, std::nullopt, {}, error.what()};
+  }
+}
+
+/// The recipe as it was stored, with its predicted figures, which are stored as well.
+PlistDictionary importedRecipe(const std::string& uuid) {
+  PlistDictionary recipe = documentOf({Item::Kind::Recipe, "", uuid});
+  ZYMRecipes::sharedInstance().updateRecipe(recipe);
+  return recipe;
+}
+
+Outcome importFile(const std::string& file) {
+  const auto operation = std::make_shared<ZYMFileImportOperation>(file);
+  NSOperationQueue::mainQueue().addOperation(operation);
+  NSOperationQueue::mainQueue().waitUntilAllOperationsAreFinished();
+  Outcome outcome{file, std::nullopt, operation->matches(),
+                  operation->uuidOfRecipe() ? "" : reasonOf(*operation)};
+  if (operation->uuidOfRecipe()) outcome.recipe = importedRecipe(*operation->uuidOfRecipe());
+  return outcome;
+}
+
+std::string scoreOf(double similarity) {
+  const PlistValue score(similarity);
+  return localizedStringWithValue_decimalPlaces(&score, 2);
+}
+
+void printMatches(const Outcome& outcome) {
+  Table table({{"", Table::Cells::Texts},
+               {"", Table::Cells::Texts},
+               {"", Table::Cells::Texts},
+               {"", Table::Cells::Texts}});
+  for (const ImportMatch& match : outcome.matches) {
+    table.addRow({std::string("    ") + std::string(match.kind),
+                  shortened(printable(match.textLookedUp), 40),
+                  "-> " + shortened(printable(match.nameMatched), 40), scoreOf(match.similarity)});
+  }
+  printTable(table);
+}
+
+void print(const Outcome& outcome, bool withMatches) {
+  if (!outcome.recipe) {
+    std::cout << printable(outcome.file) << ": " << printable(outcome.reason) << '\n';
+    return;
+  }
+  const PlistDictionary& recipe = *outcome.recipe;
+  std::cout << printable(outcome.file) << ": " << titleAt(recipe, keys::RecipeTitle) << ", OG "
+            << gravityAt(recipe, keys::ExpectedOriginalGravity) << ", FG "
+            << gravityAt(recipe, keys::ExpectedFinalGravity) << ", "
+            << bitternessAt(recipe, keys::ExpectedIBU) << ", "
+            << beerColorAt(recipe, keys::ExpectedColor) << '\n';
+  if (withMatches) printMatches(outcome);
+}
+
+PlistDictionary recordOf(const Outcome& outcome) {
+  PlistDictionary record{{KeyName("File"), outcome.file}};
+  if (outcome.recipe) {
+    record.set(KeyName("Recipe"), *outcome.recipe);
+  } else {
+    record.set(KeyName("Reason"), outcome.reason);
+  }
+  PlistArray matches;
+  for (const ImportMatch& match : outcome.matches) {
+    matches.append(PlistDictionary{{KeyName("Kind"), match.kind},
+                                   {KeyName("NameInFile"), match.nameInFile},
+                                   {KeyName("LookedUp"), match.textLookedUp},
+                                   {KeyName("Matched"), match.nameMatched},
+                                   {KeyName("Similarity"), match.similarity}});
+  }
+  record.set(KeyName("Matches"), std::move(matches));
+  return record;
+}
+
+/// How far a long run has come, on a terminal that the lines themselves don't go to.
+class Progress {
+ public:
+  explicit Progress(std::size_t total)
+      : total_(total), isShown_(total > fewFiles && isatty(STDERR_FILENO)) {}
+  ~Progress() {
+    if (isShown_) std::cerr << "\r" << std::string(width + 20, ' ') << "\r";
+  }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  void show(std::size_t done) const {
+    if (!isShown_) return;
+    const std::size_t filled = width * done / total_;
+    std::cerr << "\r[" << std::string(filled, '#') << std::string(width - filled, ' ') << "] "
+              << done << "/" << total_ << std::flush;
+  }
+
+ private:
+  static constexpr std::size_t width = 40;
+  std::size_t total_;
+  bool isShown_;
+};
+
+int importAll(const Options& options) {
+  openStore();
+  const std::vector<std::string> files = filesOf(options.paths);
+  PlistArray records;
+  std::size_t failed = 0;
+  {
+    const Progress progress(files.size());
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      progress.show(i);
+      const Outcome outcome = options.isDryRun ? tryFile(files[i]) : importFile(files[i]);
+      if (!outcome.recipe) ++failed;
+      if (options.asJSON) {
+        records.append(recordOf(outcome));
+      } else {
+        print(outcome, options.isDryRun || options.isVerbose);
+      }
+    }
+  }
+  if (options.asJSON) {
+    printJSON(records);
+  } else {
+    std::cout << files.size() - failed << (options.isDryRun ? " can be imported, " : " imported, ")
+              << failed << " failed\n";
+  }
+  return failed == 0 && !files.empty() ? 0 : 1;
+}
+
+}  // namespace
+
+void addImportCommand(CLI::App& program, int& exitCode) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* const command = program.add_subcommand(
+      "import", "Import recipe files of other brewing programs (BeerXML), and our own (wm2).");
+  command->fallthrough();
+  command->add_option("FILE", options->paths, "Files, or folders whose files end in .xml or .wm2")
+      ->required();
+  command->add_flag("--dry-run", options->isDryRun,
+                    "Store nothing; show what each name would be matched to, and how well");
+  command->add_flag("--verbose", options->isVerbose, "Show what each name was matched to");
+  command->add_flag("--json", options->asJSON, "Print JSON and nothing else");
+  command->footer(
+      "A line a file: the recipe and what it predicts, or why it failed; the others are imported\n"
+      "all the same, and the exit code is 1. Every ingredient becomes the nearest one in your\n"
+      "libraries, with the amounts of the file.");
+  command->callback([options, &exitCode] { exitCode = importAll(*options); });
+}
+
+}  // namespace zym::host

@@ -1,0 +1,195 @@
+#include "app/commands/LibraryCommands.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+#include <memory>
+
+#include "app/session/Store.h"
+#include "app/terminal/Faults.h"
+#include "app/terminal/Output.h"
+#include "app/terminal/Sheet.h"
+#include "app/terminal/Text.h"
+#include "app/values/LibraryKind.h"
+#include "zymcore/documents/DefaultsKeys.h"
+#include "zymcore/documents/LocalizedNumbers.h"
+#include "zymcore/documents/NSStringExtensions.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/library/ZYMProfiles.h"
+#include "zymcore/library/ZYMStyles.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
+#include "zymcore/transformers/ZYMTemperatureValueTransformer.h"
+
+namespace zym::host {
+namespace {
+
+struct Options {
+  std::string kind;
+  std::string name;
+  std::string like;
+  bool asJSON = false;
+};
+
+constexpr std::size_t nearestShown = 10;
+
+std::string nameOf(const LibraryKind& kind, const PlistDictionary& record) {
+  return printable(record.stringValue(kind.nameKey));
+}
+
+void listAll(const LibraryKind& kind, const PlistArray& records) {
+  std::vector<Table::Column> columns{{"Name", Table::Cells::Texts}};
+  for (const RecordValue& value : kind.values) {
+    if (value.show != RecordValue::Show::InList) continue;
+    columns.push_back({std::string(value.label), Table::Cells::Quantities});
+  }
+  Table table(std::move(columns));
+  for (const PlistDictionary& record : PlistRows(&records)) {
+    std::vector<std::string> cells{nameOf(kind, record)};
+    for (const RecordValue& value : kind.values) {
+      if (value.show != RecordValue::Show::InList) continue;
+      cells.push_back(shortened(printable(value.toDisplay(record.find(value.key))), 40));
+    }
+    table.addRow(std::move(cells));
+  }
+  printTable(table);
+}
+
+struct Scored {
+  double score;
+  const PlistDictionary* record;
+};
+
+std::vector<Scored> nearestTo(const std::string& text, const LibraryKind& kind,
+                              const PlistArray& records) {
+  std::vector<Scored> scored;
+  for (const PlistDictionary& record : PlistRows(&records)) {
+    const double score = similarityWithString(text, record.stringValue(kind.nameKey));
+    if (score > 0) scored.push_back({score, &record});
+  }
+  std::ranges::stable_sort(scored, std::greater(), &Scored::score);
+  if (scored.size() > nearestShown) scored.resize(nearestShown);
+  return scored;
+}
+
+void list(const Options& options) {
+  const LibraryKind& kind = libraryKindNamed(options.kind);
+  openStore();
+  const PlistArray records = recordsOf(kind);
+  if (options.like.empty()) {
+    options.asJSON ? printJSON(records) : listAll(kind, records);
+    return;
+  }
+  PlistArray rows;
+  Table table({{"Score", Table::Cells::Quantities}, {"Name", Table::Cells::Texts}});
+  for (const Scored& near : nearestTo(options.like, kind, records)) {
+    PlistDictionary row = *near.record;
+    row.set(KeyName("Score"), near.score);
+    rows.append(row);
+    const PlistValue score(near.score);
+    table.addRow({localizedStringWithValue_decimalPlaces(&score, 3), nameOf(kind, *near.record)});
+  }
+  options.asJSON ? printJSON(rows) : printTable(table);
+}
+
+Table stepsOf(const PlistDictionary& schedule) {
+  Table table({{"Step", Table::Cells::Texts},
+               {"Temperature", Table::Cells::Quantities},
+               {"Duration", Table::Cells::Quantities}});
+  for (const PlistDictionary& step : schedule.rows(keys::Steps)) {
+    table.addRow({printable(step.stringValue(keys::StepType)),
+                  ZYMTemperatureValueTransformer::convertForDisplay(step.find(keys::Temperature)),
+                  localizedStringWithValue_decimalPlaces(step.find(keys::Duration), 0) + " min"});
+  }
+  return table;
+}
+
+void setDefaultProfile(const Options& options) {
+  openStore();
+  if (options.name.empty()) {
+    std::cout << printable(
+                     ZYMProfiles::sharedInstance().defaultProfile().stringValue(keys::ProfileName))
+              << '\n';
+    return;
+  }
+  const PlistDictionary profile = recordNamed(libraryKindNamed("profiles"), options.name);
+  NSUserDefaults::standardUserDefaults().setObject_forKey(
+      std::string(profile.stringValue(keys::UUID)), keys::UUIDForDefaultProfile);
+}
+
+const LibraryKind& editable(const LibraryKind& kind) {
+  if (!kind.library) throw UsageError(std::string(kind.plural) + " can't be changed");
+  return kind;
+}
+
+}  // namespace
+
+void showRecord(const LibraryKind& kind, const std::string& name, bool asJSON) {
+  const PlistDictionary record = recordNamed(kind, name);
+  if (asJSON) {
+    printJSON(record);
+    return;
+  }
+  Sheet sheet(std::cout, Sheet::Look::Plain);
+  sheet.title(nameOf(kind, record));
+  Table table({{"", Table::Cells::Texts}, {"", Table::Cells::Texts}});
+  for (const RecordValue& value : kind.values) {
+    table.addRow({std::string(value.label), printable(value.toDisplay(record.find(value.key)))});
+  }
+  sheet.section("Values", table);
+  sheet.section("Steps", stepsOf(record));
+}
+
+PlistDictionary createRecord(const LibraryKind& kind, const std::string& name,
+                             const std::vector<std::string>& assignments) {
+  PlistDictionary values;
+  setValues(editable(kind), values, assignments);  // before anything is stored
+  PlistDictionary record = kind.library().createItem();
+  record.set(kind.nameKey, name);
+  for (const PlistEntry& entry : values) record.set(entry.key, entry.value);
+  kind.library().updateItem(record);
+  return record;
+}
+
+PlistDictionary editRecord(const LibraryKind& kind, const std::string& name,
+                           const std::vector<std::string>& assignments) {
+  PlistDictionary record = recordNamed(editable(kind), name);
+  setValues(kind, record, assignments);
+  kind.library().updateItem(record);
+  return record;
+}
+
+PlistDictionary copyRecord(const LibraryKind& kind, const std::string& name) {
+  const PlistDictionary record = recordNamed(editable(kind), name);
+  const auto made = kind.library().duplicateItemWithUUID(record.stringValue(keys::UUID));
+  if (!made) throw InputError("several records share the identity of '" + printable(name) + "'");
+  return *made;
+}
+
+void removeRecord(const LibraryKind& kind, const std::string& name, bool isForced) {
+  const PlistDictionary record = recordNamed(editable(kind), name);
+  const std::string question =
+      "Remove the " + std::string(kind.singular) + " '" + nameOf(kind, record) + "'?";
+  if (!isForced && !isConfirmed(question)) return;
+  kind.library().removeItemWithUUID(std::string(record.stringValue(keys::UUID)));
+}
+
+void addLibraryCommands(CLI::App& program) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* const all = program.add_subcommand("list", "List the records of a library.");
+  all->fallthrough();
+  all->add_option("KIND", options->kind, "One of " + libraryKindNames())->required();
+  all->add_option("--like", options->like, "The nearest names to TEXT, with their scores")
+      ->type_name("TEXT");
+  all->add_flag("--json", options->asJSON, "Print the records as JSON and nothing else");
+  all->callback([options] { list(*options); });
+
+  CLI::App* const profile = program.add_subcommand("profile", "The equipment of new recipes.");
+  profile->require_subcommand(1)->fallthrough();
+  CLI::App* const byDefault =
+      profile->add_subcommand("default", "Choose the default profile, or say which it is.");
+  byDefault->fallthrough();
+  byDefault->add_option("NAME", options->name, "A profile");
+  byDefault->callback([options] { setDefaultProfile(*options); });
+}
+
+}  // namespace zym::host

@@ -1,0 +1,220 @@
+#include "app/commands/RecordCommands.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+#include <memory>
+
+#include "app/commands/LibraryCommands.h"
+#include "app/session/Store.h"
+#include "app/sheets/BatchSheet.h"
+#include "app/sheets/RecipeSheet.h"
+#include "app/terminal/Faults.h"
+#include "app/terminal/Output.h"
+#include "app/terminal/Text.h"
+#include "app/values/DocumentValues.h"
+#include "app/values/Items.h"
+#include "app/values/LibraryKind.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/events/NSUndoManager.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
+
+namespace zym::host {
+namespace {
+
+struct Options {
+  std::vector<std::string> words;
+  bool asJSON = false;
+  bool isForced = false;
+};
+
+/// What the words of a command are about: a record of a library, or else a recipe or batch.
+struct Target {
+  const LibraryKind* library = nullptr;
+  Item (*item)(const std::string& name) = itemNamed;
+  std::string name;
+  std::vector<std::string> assignments;
+};
+
+const LibraryKind* libraryOrNull(const std::string& word) {
+  const auto found = std::ranges::find_if(libraryKinds(), [&](const LibraryKind& kind) {
+    return kind.plural == word || kind.singular == word;
+  });
+  return found == libraryKinds().end() ? nullptr : &*found;
+}
+
+/// Takes the word for a kind off the front. A name alone, or one before assignments, has none.
+Target targetOf(std::vector<std::string> words) {
+  Target target;
+  if (words.size() > 1 && words[1].find('=') == std::string::npos) {
+    target.library = libraryOrNull(words[0]);
+    if (words[0] == "recipe" || words[0] == "recipes") target.item = recipeNamed;
+    if (words[0] == "batch" || words[0] == "batches") target.item = batchNamed;
+    if (target.library || target.item != itemNamed) words.erase(words.begin());
+  }
+  target.name = words.front();
+  target.assignments.assign(words.begin() + 1, words.end());
+  return target;
+}
+
+Target targetWithoutValues(const Options& options) {
+  const Target target = targetOf(options.words);
+  if (!target.assignments.empty()) {
+    throw UsageError("'" + printable(target.assignments.front()) + "' is one word too many");
+  }
+  return target;
+}
+
+KeyName titleKeyOf(const Item& item) {
+  return item.kind == Item::Kind::Recipe ? keys::RecipeTitle : keys::BatchTitle;
+}
+
+void show(const Options& options) {
+  const Target target = targetWithoutValues(options);
+  openStore();
+  if (target.library) {
+    showRecord(*target.library, target.name, options.asJSON);
+    return;
+  }
+  const Item item = target.item(target.name);
+  const PlistDictionary document = documentOf(item);
+  remember(item, document);
+  if (options.asJSON) {
+    printJSON(document);
+    return;
+  }
+  Sheet sheet = sheetOnOutput();
+  item.kind == Item::Kind::Recipe ? writeRecipe(sheet, document) : writeBatch(sheet, document);
+}
+
+PlistDictionary createRecipe(const Target& target) {
+  PlistDictionary values = ZYMRecipes::sharedInstance().emptyRecipe();
+  setDocumentValues(Item::Kind::Recipe, values, target.assignments);  // before anything is stored
+  PlistDictionary recipe = ZYMRecipes::sharedInstance().createRecipe();
+  recipe.set(keys::RecipeTitle, target.name);
+  setDocumentValues(Item::Kind::Recipe, recipe, target.assignments);
+  const Item item{Item::Kind::Recipe, target.name, std::string(recipe.stringValue(keys::UUID))};
+  storeDocument(item, recipe);
+  // Both changes are one to the user.
+  ZYMCoreDataModel::sharedInstance().mainObjectContext()->undoManager()->setActionName(
+      Localized_String("Create Recipe", "ZYMRecipes.createRecipe"));
+  return recipe;
+}
+
+void create(const Options& options) {
+  if (options.words.size() < 2) throw UsageError("give a kind and a name");
+  const Target target = targetOf(options.words);
+  if (!target.library && target.item != recipeNamed) {
+    throw UsageError("'" + printable(options.words.front()) + "' is no kind; choose recipe, " +
+                     libraryKindNames());
+  }
+  openStore();
+  const PlistDictionary made = target.library
+                                   ? createRecord(*target.library, target.name, target.assignments)
+                                   : createRecipe(target);
+  if (options.asJSON) printJSON(made);
+}
+
+void edit(const Options& options) {
+  const Target target = targetOf(options.words);
+  if (target.assignments.empty()) throw UsageError("give a KEY=VALUE");
+  openStore();
+  PlistDictionary changed;
+  if (target.library) {
+    changed = editRecord(*target.library, target.name, target.assignments);
+  } else {
+    const Item item = target.item(target.name);
+    changed = documentOf(item);
+    setDocumentValues(item.kind, changed, target.assignments);
+    storeDocument(item, changed);
+  }
+  if (options.asJSON) printJSON(changed);
+}
+
+void copy(const Options& options) {
+  const Target target = targetWithoutValues(options);
+  openStore();
+  PlistDictionary made;
+  KeyName nameKey = keys::RecipeTitle;
+  if (target.library) {
+    made = copyRecord(*target.library, target.name);
+    nameKey = target.library->nameKey;
+  } else {
+    const Item item = target.item(target.name);
+    const auto copied =
+        ZYMRecipes::sharedInstance().duplicateItemWithUUID_addToGroupWithUUID(item.uuid, "");
+    if (!copied) throw InputError("'" + printable(item.name) + "' shares its identity");
+    made = *copied;
+    nameKey = titleKeyOf(item);
+  }
+  if (options.asJSON) {
+    printJSON(made);
+  } else {
+    std::cout << printable(made.stringValue(nameKey)) << '\n';
+  }
+}
+
+void remove(const Options& options) {
+  const Target target = targetWithoutValues(options);
+  openStore();
+  if (target.library) {
+    removeRecord(*target.library, target.name, options.isForced);
+    return;
+  }
+  const Item item = target.item(target.name);
+  const bool isRecipe = item.kind == Item::Kind::Recipe;
+  const std::string question = "Remove the " +
+                               std::string(isRecipe ? "recipe, with its batches, '" : "batch '") +
+                               printable(item.name) + "'?";
+  if (!options.isForced && !isConfirmed(question)) return;
+  ZYMRecipes& recipes = ZYMRecipes::sharedInstance();
+  isRecipe ? recipes.removeRecipeWithUUID(item.uuid) : recipes.removeBatchWithUUID(item.uuid);
+}
+
+CLI::App* add(CLI::App& program, const char* name, const char* description, const char* words,
+              void (*run)(const Options&)) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* const command = program.add_subcommand(name, description);
+  command->fallthrough();
+  command
+      ->add_option(words, options->words,
+                   "[KIND] is recipe, batch, or one of " + libraryKindNames() +
+                       "; without it NAME is that of a recipe or batch. NAME is a name, a "
+                       "beginning of it that no other has, or a UUID")
+      ->required();
+  if (std::string_view(name) == "remove") {
+    command->add_flag("--force", options->isForced, "Don't ask");
+  } else {
+    command->add_flag("--json", options->asJSON, "Print the record as JSON and nothing else");
+  }
+  command->callback([options, run] { run(*options); });
+  return command;
+}
+
+}  // namespace
+
+void addRecordCommands(CLI::App& program) {
+  add(program, "show", "Show a recipe, a batch, or a record of a library.", "[KIND] NAME", show)
+      ->footer("Examples:\n  zym show 'Burton Ale'\n  zym show hop Fuggle");
+  add(program, "new", "Make a recipe, or a record of a library.", "KIND NAME [KEY=VALUE]", create)
+      ->footer(
+          "Values are in your units. Examples:\n"
+          "  zym new recipe 'Burton Ale' Boil=60 'Style=English IPA'\n"
+          "  zym new fermentable 'My Malt' Extract=80 'Color=8 EBC' IsGrain=yes\n\n" +
+          recipeValuesHelp());
+  add(program, "edit", "Change values of a recipe, a batch, or a record of a library.",
+      "[KIND] NAME KEY=VALUE", edit)
+      ->footer(
+          "Values are in your units. Examples:\n"
+          "  zym edit 'Burton Ale' Efficiency=78 'Target water=Burton On Trent'\n"
+          "  zym edit profile Kitchen 'PreBoilVolume=14 l' BoilDuration=60\n\n" +
+          recipeValuesHelp() + batchValuesHelp());
+  add(program, "copy", "Copy a recipe, a batch or a record, and say the name of the copy.",
+      "[KIND] NAME", copy);
+  add(program, "remove", "Remove a recipe, a batch or a record. Asks first on a terminal.",
+      "[KIND] NAME", remove);
+}
+
+}  // namespace zym::host

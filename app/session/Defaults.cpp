@@ -1,0 +1,203 @@
+#include "app/session/Defaults.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "app/terminal/Faults.h"
+#include "app/terminal/Text.h"
+#include "zymcore/documents/DefaultsKeys.h"
+#include "zymcore/documents/LocalizedNumbers.h"
+#include "zymcore/documents/Vocabularies.h"
+#include "zymcore/library/ZYMStyles.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
+#include "zymcore/platform/text/NSLocale.h"
+#include "zymcore/platform/values/NumberText.h"
+#include "zymcore/platform/values/PlistDictionary.h"
+#include "zymcore/platform/values/PlistValue.h"
+
+namespace zym::host {
+namespace {
+
+using Words = std::span<const std::string_view>;
+
+constexpr std::string_view systems[] = {"US", "British", "metric"};
+constexpr std::string_view gravities[] = {"SG", "Plato"};
+constexpr std::string_view colors[] = {"SRM", "EBC"};
+constexpr std::string_view temperatures[] = {"Celsius", "Fahrenheit"};
+
+constexpr std::string_view guidelines[] = {"2008", "2015"};
+
+struct Default {
+  KeyName key;
+  double initial;
+  Words words;  // what the numbers from 0 on stand for
+  std::string_view meaning;
+};
+
+// The five factors correct bitterness formulas that were fitted to whole hops, loose in the kettle.
+const Default defaults[] = {
+    {keys::Units, 2, systems, "weights and volumes"},
+    {keys::HopUnits, 2, systems, "weights of hops"},
+    {keys::GravityUnits, 0, gravities, "gravities"},
+    {keys::ColorUnit, 0, colors, "colours of malt and beer"},
+    {keys::TemperatureUnit, 0, temperatures, "temperatures"},
+    {keys::HopFormula, 0, words::hopFormulas, "bitterness formula"},
+    {keys::BeerColorFormula, 0, words::beerColorFormulas, "colour formula"},
+
+    {ZYMPreferredStyleGuidelinesKey, 1, guidelines, "BJCP style guidelines"},
+
+    // Milled lupulin glands give up their resins sooner: 10 to 15 % more is used, says G. Tinseth
+    // of his own measurements ("Glenn's Hop Utilization Numbers", The Hop Page, 1995); the lower
+    // end.
+    {keys::PelletHopAdjustment, 1.10, {}, "utilisation of loose pellets"},
+    // A bag keeps wort from moving through the hops; M. Garetz ("Using Hops", 1994) allows for it,
+    // and a tenth is the usual figure.
+    {keys::BaggedHopAdjustment, 0.90, {}, "utilisation of whole hops in a bag"},
+    // Both at once: 1.10 x 0.90.
+    {keys::BaggedPelletHopAdjustment, 0.99, {}, "utilisation of pellets in a bag"},
+    // F. Preis and W. Mitter ("The re-discovery of first wort hopping", Brauwelt International,
+    // 1995) measured more bitterness than from the same hops in the boil; a tenth is the usual
+    // allowance.
+    {keys::FirstWortHopAdjustment, 1.10, {}, "bitterness of first wort hops"},
+    // Most of the resin stays behind with the spent grain. Brewers who mash with hops reckon with
+    // four fifths lost; no measurement has been published that would bear more digits.
+    {keys::MashHopAdjustment, 0.20, {}, "bitterness of hops in the mash"},
+
+    // At sea level, under the standard atmosphere of 1013.25 hPa.
+    {keys::BoilingPoint, 100, {}, "boiling point of water in °C"},
+    // Brewing hydrometers outside the United States are made for 20 °C.
+    {keys::HydrometerCalibrationTemp, 20, {}, "°C at which the hydrometer reads true"},
+};
+
+constexpr KeyName localeKey{"Locale"};
+
+bool equalButForCase(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; };
+  return std::ranges::equal(a, b, {}, lower, lower);
+}
+
+std::optional<double> numberOf(std::string_view text, Words words) {
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (equalButForCase(text, words[i])) return static_cast<double>(i);
+  }
+  double number = 0;
+  const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (fault != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) {
+    return std::nullopt;
+  }
+  return number;
+}
+
+const Default& defaultNamed(std::string_view key) {
+  const auto found =
+      std::ranges::find(defaults, key, [](const Default& d) { return d.key.text(); });
+  if (found == std::end(defaults)) {
+    throw UsageError("unknown default '" + printable(key) + "'");
+  }
+  return *found;
+}
+
+void setLocale(std::string_view identifier) {
+  NSLocale::setCurrentLocale(identifier);
+  createFormatter();
+}
+
+std::string choices(Words words) {
+  std::string text;
+  for (const std::string_view word : words) text.append(text.empty() ? "" : ", ").append(word);
+  return text;
+}
+
+double valueOf(const Default& known, std::string_view text) {
+  const std::optional<double> number = numberOf(text, known.words);
+  if (!number) {
+    throw UsageError("'" + printable(text) + "' is no value for " + std::string(known.key.text()) +
+                     "; " +
+                     (known.words.empty() ? "give a number" : "choose " + choices(known.words)));
+  }
+  return *number;
+}
+
+}  // namespace
+
+void registerInitialDefaults() {
+  PlistDictionary values;
+  for (const Default& one : defaults) values.set(one.key, one.initial);
+  NSUserDefaults::standardUserDefaults().registerDefaults(values);
+}
+
+void setDefaultsForThisRun(const std::vector<std::string>& assignments) {
+  PlistDictionary values;
+  for (const std::string& assignment : assignments) {
+    const std::size_t equals = assignment.find('=');
+    if (equals == std::string::npos) {
+      throw UsageError("'" + printable(assignment) + "' is not of the form KEY=VALUE");
+    }
+    const std::string_view key = std::string_view(assignment).substr(0, equals);
+    const std::string_view value = std::string_view(assignment).substr(equals + 1);
+    if (key == localeKey.text()) {
+      setLocale(value);
+      continue;
+    }
+    const Default& known = defaultNamed(key);
+    values.set(known.key, valueOf(known, value));
+  }
+  NSUserDefaults::standardUserDefaults().setArguments(values);
+}
+
+void keepDefault(const std::string& key, const std::string& value) {
+  NSUserDefaults& defaultsOfUser = NSUserDefaults::standardUserDefaults();
+  if (key == localeKey.text()) {
+    defaultsOfUser.setObject_forKey(value, localeKey);
+  } else {
+    const Default& known = defaultNamed(key);
+    defaultsOfUser.setObject_forKey(valueOf(known, value), known.key);
+  }
+  if (!defaultsOfUser.synchronize()) throw InputError("the settings can't be written");
+}
+
+void useKeptLocale() {
+  const auto locale = NSUserDefaults::standardUserDefaults().stringForKey(localeKey);
+  if (locale) setLocale(*locale);
+}
+
+std::string settingsInForce() {
+  const NSUserDefaults& defaultsOfUser = NSUserDefaults::standardUserDefaults();
+  std::string text;
+  const auto line = [&text](std::string_view key, const std::string& value) {
+    text.append(padded(key, 27)).append(value).append("\n");
+  };
+  for (const Default& one : defaults) {
+    const double value = defaultsOfUser.doubleForKey(one.key);
+    const bool isWord = value >= 0 && value < static_cast<double>(one.words.size());
+    line(one.key.text(), isWord ? std::string(one.words[static_cast<std::size_t>(value)])
+                                : shortestNumberText(value));
+  }
+  line(localeKey.text(), printable(NSLocale::currentLocale().localeIdentifier()));
+  return text;
+}
+
+std::string defaultsHelp() {
+  std::string text = "Defaults, their meaning and [initial value]:\n";
+  const auto line = [&text](std::string_view key, const std::string& meaning) {
+    text.append("  ").append(padded(key, 27)).append(meaning).append("\n");
+  };
+  for (const Default& one : defaults) {
+    std::string meaning(one.meaning);
+    if (one.words.empty()) {
+      meaning.append(" [").append(shortestNumberText(one.initial));
+    } else {
+      meaning.append(": ").append(choices(one.words)).append(" [");
+      meaning.append(one.words[static_cast<std::size_t>(one.initial)]);
+    }
+    line(one.key.text(), meaning + "]");
+  }
+  line(localeKey.text(), "language and form of numbers, such as de_DE [the environment's]");
+  return text;
+}
+
+}  // namespace zym::host

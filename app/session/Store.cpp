@@ -1,0 +1,110 @@
+#include "app/session/Store.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <system_error>
+#include <utility>
+
+#include "app/session/Defaults.h"
+#include "app/terminal/Faults.h"
+#include "app/values/LibraryKind.h"
+#include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
+#include "zymcore/platform/objects/NSPersistentStoreCoordinator.h"
+#include "zymcore/platform/values/NSCocoaErrors.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
+
+namespace zym::host {
+namespace {
+
+/// Application data, where the store belongs on this system.
+constexpr std::uint64_t applicationSupport = 1;
+
+ZYMCoreDataModel& model() {
+  return ZYMCoreDataModel::sharedInstance();
+}
+
+// The library ends the process over a store that it can't read. The program says so instead.
+void requireReadableStore() {
+  NSError error;
+  const auto metadata = NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
+      NSSQLiteStoreType, storePath(), &error);
+  if (!metadata && NSFileManager::fileExistsAtPath(storePath())) {
+    throw InputError(storePath() + ": " + error.localizedDescription);
+  }
+}
+
+bool isOpen = false;
+
+/// A folder that goes with the process.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "zymXXXXXX").string();
+    if (!mkdtemp(name.data())) throw InputError(name + ": no temporary folder can be made");
+    path_ = name;
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace
+
+void useDataFolder(const std::string& folder) {
+  model().setDataStorage(applicationSupport);
+  if (!folder.empty()) {
+    NSError error;
+    if (!NSFileManager::createDirectoryAtPath(folder, &error)) {
+      throw InputError(folder + ": " + error.localizedDescription);
+    }
+    model().setDataFolder(folder);
+    NSUserDefaults::standardUserDefaults().setPersistentFile(folder + "/Preferences.plist");
+  }
+  useKeptLocale();
+}
+
+std::string storePath() {
+  return model().newV2Path() + "/" + kDataManagerSQLiteName;
+}
+
+void openStore() {
+  if (std::exchange(isOpen, true)) return;
+  requireReadableStore();
+  (void)model().mainObjectContext();
+  if (!model().firstRun()) {
+    model().checkVersionsAndUpdateIfNecessary();
+    return;
+  }
+  model().installInitialState();
+  std::size_t records = 0;
+  for (const LibraryKind& kind : libraryKinds()) {
+    if (kind.library) records += kind.library().allItems().size();
+  }
+  std::cerr << "zym: made a new store with " << records << " records in " << model().newV2Path()
+            << '\n';
+}
+
+void openTemporaryStore() {
+  if (std::exchange(isOpen, true)) return;
+  static const TemporaryFolder folder;
+  NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
+  const std::filesystem::path kept = folder.path() / "Preferences.plist";
+  std::error_code ignored;
+  std::filesystem::copy_file(defaults.persistentFile(), kept, ignored);
+  defaults.setPersistentFile(kept);
+  model().setDataFolder(folder.path());
+  (void)model().mainObjectContext();
+  model().installInitialState();
+}
+
+}  // namespace zym::host

@@ -1,0 +1,169 @@
+#include "app/sheets/RecipeSheet.h"
+
+#include <span>
+#include <string>
+
+#include "app/sheets/Figures.h"
+#include "zymcore/documents/DefaultsKeys.h"
+#include "zymcore/documents/RecipeKeys.h"
+#include "zymcore/documents/Vocabularies.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
+#include "zymcore/platform/values/PlistValue.h"
+
+namespace zym::host {
+namespace {
+
+using Cells = Table::Cells;
+
+/// What a quantity is called, where it stands and how it is shown.
+struct Figure {
+  const char* name;
+  KeyName key;
+  std::string (*shown)(const PlistDictionary&, KeyName);
+};
+
+constexpr Figure predictions[] = {
+    {"Before the boil", keys::ExpectedPreBoilGravity, gravityAt},
+    {"Original gravity", keys::ExpectedOriginalGravity, gravityAt},
+    {"Final gravity", keys::ExpectedFinalGravity, gravityAt},
+    {"Apparent attenuation", keys::ApparentAttenuation, percentAt},
+    {"Alcohol by volume", keys::ExpectedABV, percentAt},
+    {"Alcohol by weight", keys::ExpectedABW, percentAt},
+    {"Bitterness", keys::ExpectedIBU, bitternessAt},
+    {"Colour", keys::ExpectedColor, beerColorAt},
+};
+
+constexpr Figure volumes[] = {
+    {"Before the boil", keys::PreBoilWortVolume, volumeAt},
+    {"After the boil", keys::FinalWortVolume, volumeAt},
+    {"To the fermenter", keys::VolumeToFermenter, volumeAt},
+    {"Water added", keys::VolumeWaterAdded, volumeAt},
+    {"At pitching", keys::VolumeAtPitching, volumeAt},
+    {"Finished beer", keys::FinalBatchVolume, volumeAt},
+};
+
+std::string formulaInUse(KeyName key, words::Vocabulary names) {
+  const std::int64_t code = NSUserDefaults::standardUserDefaults().integerForKey(key);
+  if (code < 0 || code >= static_cast<std::int64_t>(names.size())) return {};
+  return std::string(names[static_cast<std::size_t>(code)]);
+}
+
+Table predictionTable(const PlistDictionary& recipe) {
+  Table table({{"", Cells::Texts}, {"", Cells::Quantities}, {"", Cells::Texts}});
+  for (const Figure& figure : predictions) {
+    std::string remark;
+    if (figure.key.text() == keys::ExpectedIBU.text()) {
+      remark = formulaInUse(keys::HopFormula, words::hopFormulas);
+    } else if (figure.key.text() == keys::ExpectedColor.text()) {
+      remark = formulaInUse(keys::BeerColorFormula, words::beerColorFormulas);
+    }
+    table.addRow({label(figure.name), figure.shown(recipe, figure.key), remark});
+  }
+  return table;
+}
+
+Table volumeTable(const PlistDictionary& recipe) {
+  Table table({{"", Cells::Texts}, {"", Cells::Quantities}});
+  for (const Figure& figure : volumes) {
+    table.addRow({label(figure.name), figure.shown(recipe, figure.key)});
+  }
+  return table;
+}
+
+double sum(const PlistDictionary& recipe, KeyName rows, KeyName key) {
+  double total = 0;
+  for (const PlistDictionary& row : recipe.rows(rows)) total += row.doubleValue(key);
+  return total;
+}
+
+Table fermentableTable(const PlistDictionary& recipe) {
+  Table table({{"", Cells::Texts},
+               {label("Amount"), Cells::Quantities},
+               {label("Grist"), Cells::Quantities},
+               {label("Extract"), Cells::Quantities},
+               {label("Colour"), Cells::Quantities},
+               {label("Malt"), Cells::Quantities},
+               {label("When"), Cells::Texts}});
+  const double points = sum(recipe, keys::FermentableIngredients, keys::GravityPointsForAddition);
+  for (const PlistDictionary& row : recipe.rows(keys::FermentableIngredients)) {
+    const double share =
+        points > 0 ? row.doubleValue(keys::GravityPointsForAddition) / points * 100 : 0;
+    table.addRow({nameAt(row, keys::Ingredient), weightAt(row, keys::Amount),
+                  percentAt(row, keys::Percentage), percent(share),
+                  percentAt(row, keys::MCUPercentage), maltColorAt(row, keys::Color),
+                  wordAt(row, keys::When)});
+  }
+  return table;
+}
+
+Table hopTable(const PlistDictionary& recipe) {
+  Table table({{"", Cells::Texts},
+               {label("Amount"), Cells::Quantities},
+               {label("Alpha"), Cells::Quantities},
+               {label("Boiled"), Cells::Quantities},
+               {label("Bitterness"), Cells::Quantities},
+               {label("When"), Cells::Texts},
+               {label("Form"), Cells::Texts}});
+  for (const PlistDictionary& row : recipe.rows(keys::HopIngredients)) {
+    table.addRow({nameAt(row, keys::Variety), hopWeightAt(row, keys::Amount),
+                  percentAt(row, keys::Alpha), minutesAt(row, keys::Minutes),
+                  bitternessAt(row, keys::IBUForAddition), wordAt(row, keys::When),
+                  wordAt(row, keys::Form)});
+  }
+  return table;
+}
+
+Table otherTable(const PlistDictionary& recipe) {
+  Table table(
+      {{"", Cells::Texts}, {label("Amount"), Cells::Quantities}, {label("When"), Cells::Texts}});
+  for (const PlistDictionary& row : recipe.rows(keys::OtherIngredients)) {
+    table.addRow(
+        {nameAt(row, keys::Ingredient), weightAt(row, keys::Amount), wordAt(row, keys::When)});
+  }
+  return table;
+}
+
+Table yeastTable(const PlistDictionary& recipe) {
+  Table table({{"", Cells::Texts},
+               {label("Amount"), Cells::Quantities},
+               {label("Attenuation"), Cells::Quantities}});
+  for (const PlistDictionary& row : recipe.rows(keys::YeastIngredients)) {
+    table.addRow({nameAt(row, keys::Name), yeastAmount(row), percentAt(row, keys::Attenuation)});
+  }
+  return table;
+}
+
+Table mashTable(const PlistDictionary& recipe) {
+  Table table({{"", Cells::Texts}, {"", Cells::Quantities}, {"", Cells::Quantities}});
+  if (const PlistDictionary* schedule = recipe.dictionary(keys::MashSchedule)) {
+    for (const PlistDictionary& step : schedule->rows(keys::Steps)) {
+      table.addRow({label(step.stringValue(keys::StepType)), temperatureAt(step, keys::Temperature),
+                    minutesAt(step, keys::Duration)});
+    }
+  }
+  return table;
+}
+
+}  // namespace
+
+void writeRecipe(Sheet& sheet, const PlistDictionary& recipe) {
+  sheet.title(titleAt(recipe, keys::RecipeTitle));
+  const std::string type = wordAt(recipe, keys::MashType);
+  sheet.remark((type.empty() ? "" : type + ", ") + percentAt(recipe, keys::MashEfficiency) + " " +
+               label("mash efficiency") + ", " + minutesAt(recipe, keys::BoilDuration) + " " +
+               label("boil"));
+  sheet.section(label("Prediction"), predictionTable(recipe));
+  sheet.section(label("Volumes"), volumeTable(recipe));
+  writeAdditions(sheet, recipe);
+}
+
+void writeAdditions(Sheet& sheet, const PlistDictionary& recipe) {
+  sheet.section(label("Fermentables"), fermentableTable(recipe));
+  sheet.section(label("Hops"), hopTable(recipe));
+  sheet.section(label("Other ingredients"), otherTable(recipe));
+  sheet.section(label("Yeast"), yeastTable(recipe));
+  sheet.section(label("Mash"), mashTable(recipe));
+  sheet.section(label("Notes"), textAt(recipe, keys::Notes));
+}
+
+}  // namespace zym::host

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "app/terminal/Sheet.h"
+#include "zymcore/platform/values/PlistDictionary.h"
+
+namespace zym::host {
+
+/// Writes what a recalculated recipe will produce, and its additions.
+void writeRecipe(Sheet& sheet, const PlistDictionary& recipe);
+
+/// Writes the additions of a recalculated recipe with their shares, its mash and its notes.
+void writeAdditions(Sheet& sheet, const PlistDictionary& recipe);
+
+}  // namespace zym::host

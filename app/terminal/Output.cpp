@@ -1,0 +1,46 @@
+#include "app/terminal/Output.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
+
+#include "app/terminal/Faults.h"
+#include "zymcore/documents/SafeJSON.h"
+#include "zymcore/platform/formats/NSJSONSerialization.h"
+
+namespace zym::host {
+namespace {
+
+bool isTerminal() {
+  const char* const terminal = std::getenv("TERM");
+  return isatty(STDOUT_FILENO) && terminal && std::string_view(terminal) != "dumb" &&
+         !std::getenv("NO_COLOR");
+}
+
+}  // namespace
+
+void printJSON(const PlistValue& tree) {
+  NSError error;
+  const auto json = safeDataWithJSONObject_options(tree, NSJSONWritingPrettyPrinted, &error);
+  if (!json) throw InputError("can't be written as JSON: " + error.localizedDescription);
+  std::cout << *json << '\n';
+}
+
+void printTable(const Table& table) {
+  for (const std::string& line : table.lines()) std::cout << line << '\n';
+}
+
+Sheet sheetOnOutput() {
+  return {std::cout, isTerminal() ? Sheet::Look::Terminal : Sheet::Look::Plain};
+}
+
+bool isConfirmed(const std::string& question) {
+  if (!isatty(STDIN_FILENO)) return true;
+  std::cerr << question << " [y/N] ";
+  std::string answer;
+  return std::getline(std::cin, answer) && (answer == "y" || answer == "Y" || answer == "yes");
+}
+
+}  // namespace zym::host

@@ -1,0 +1,214 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include "tests/platform/formats/AnyPlistValue.h"
+#include "zymcore/platform/formats/NSJSONSerialization.h"
+#include "zymcore/platform/text/NSString.h"
+
+namespace zym {
+namespace {
+
+using testing::HasSubstr;
+using namespace std::string_literals;
+
+std::optional<PlistValue> read(std::string_view text, NSError* error = nullptr) {
+  return NSJSONSerialization::JSONObjectWithData_options(text, 0, error);
+}
+
+std::optional<std::string> written(const PlistValue& value) {
+  return NSJSONSerialization::dataWithJSONObject_options(value, 0);
+}
+
+const PlistValue& only(const std::optional<PlistValue>& array) {
+  return *array.value().array()->find(0);
+}
+
+TEST(NSJSONSerialization, KeepsTheKindsApart) {
+  const PlistDictionary tree{{KeyName("integer"), 2},
+                             {KeyName("real"), 2.0},
+                             {KeyName("small"), 0.1},
+                             {KeyName("huge"), 1e300},
+                             {KeyName("least"), std::numeric_limits<std::int64_t>::min()},
+                             {KeyName("most"), std::numeric_limits<std::int64_t>::max()},
+                             {KeyName("true"), true},
+                             {KeyName("text"), "2"},
+                             {KeyName("empty"), PlistDictionary()},
+                             {KeyName("none"), PlistArray()}};
+  const auto back = read(written(tree).value()).value();
+  EXPECT_EQ(back, PlistValue(tree));
+  for (const PlistEntry& entry : tree) {
+    EXPECT_EQ(back.dictionary()->find(entry.key)->kind(), entry.value.kind()) << entry.key.text();
+  }
+  EXPECT_EQ(written(PlistArray{2.0, 2, true, "2"}), R"([2.0,2,true,"2"])");
+}
+
+TEST(NSJSONSerialization, ReadsNumbersToTheLastBit) {
+  struct Case {
+    const char* text;
+    PlistValue value;
+  };
+  const Case cases[] = {
+      {"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
+      {"-9223372036854775808", std::numeric_limits<std::int64_t>::min()},
+      {"9223372036854775808", 9223372036854775808.0},
+      {"18446744073709551615", 18446744073709551615.0},
+      {"123456789012345678901234567890", 123456789012345678901234567890.0},
+      {"1e2", 100.0},
+      {"0.30000000000000004", 0.1 + 0.2},
+      {"2.2250738585072011e-308", 0x0.fffffffffffffp-1022},
+      {"5e-324", 5e-324},
+      {"1e-999", 0.0},
+      {"0e237", 0.0},
+      {"-0", 0},
+      {"-1.5E+1", -15.0},
+  };
+  for (const Case& c : cases) {
+    const auto back = read("["s + c.text + "]");
+    EXPECT_EQ(only(back), c.value) << c.text;
+    EXPECT_EQ(only(back).kind(), c.value.kind()) << c.text;
+  }
+}
+
+TEST(NSJSONSerialization, PassesOverNullAndTakesTheLastOfEqualKeys) {
+  EXPECT_EQ(
+      read(R"({"a":null,"b":[null,1,null],"c":{"d":null},"e":1,"e":2,"e":null})"),
+      PlistValue(PlistDictionary{
+          {KeyName("b"), PlistArray{1}}, {KeyName("c"), PlistDictionary()}, {KeyName("e"), 2}}));
+}
+
+TEST(NSJSONSerialization, RefusesWhatIsNoDocumentAndSaysWhere) {
+  struct Case {
+    std::string text;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {"", "line 1, column 1: The document is empty"},
+      {"  ", "line 1, column 3: The document is empty"},
+      {"12", "top level"},
+      {"null", "top level"},
+      {"\"text\"", "top level"},
+      {"{\"a\":1", "line 1, column 7: Missing a comma or '}'"},
+      {"{\n \"a\" 1}", "line 2, column 6: Missing a colon"},
+      {"{\"ü\": tru}", "line 1, column 10: Invalid value"},
+      {"[1,]", "Invalid value"},
+      {"[1] [2]", "line 1, column 5: The document root must not be followed"},
+      {"[]\0x"s, "line 1, column 3: a zero byte"},
+      {"[\"\xFF\"]", "line 1, column 3: bytes that aren't UTF-8"},
+      {"[\"\xED\xA0\x80\"]", "UTF-8"},
+      {"[\"\\ud800\"]", "surrogate pair"},
+      {"[\"\\udc00\"]", "line 1, column 10: half a surrogate pair"},
+      {"{\"\\udc00\":1}", "half a surrogate pair"},
+      {"[\"a", "quotation mark"},
+      {"[\"\n\"]", "line 1, column 3: Invalid"},
+      {"[NaN]", "Invalid value"},
+      {"[1e999]", "Number too big"},
+      {"[1.8e308]", "line 1, column 2: a number too big"},
+      {"[01]", "Missing a comma"},
+      {"[1.]", "Miss fraction"},
+      {"['a']", "Invalid value"},
+      {std::string(1'000'000, '['), "line 1, column 513: containers nested too deep"},
+      {"{\"a\":" + std::string(600, '['), "too deep"},
+  };
+  for (const Case& c : cases) {
+    NSError error;
+    EXPECT_EQ(read(c.text, &error), std::nullopt) << c.text.substr(0, 40);
+    EXPECT_EQ(error.domain, NSCocoaErrorDomain);
+    EXPECT_THAT(error.localizedDescription, HasSubstr(c.reason)) << c.text.substr(0, 40);
+  }
+}
+
+TEST(NSJSONSerialization, BoundsLevelsAndValues) {
+  constexpr std::size_t levels = NSJSONSerialization::mostLevels;
+  EXPECT_TRUE(read(std::string(levels, '[') + std::string(levels, ']')));
+  EXPECT_FALSE(read(std::string(levels + 1, '[') + std::string(levels + 1, ']')));
+
+  std::string many = "[0";
+  for (std::size_t i = 2; i < NSJSONSerialization::mostValues; ++i) many += ",0";
+  EXPECT_TRUE(read(many + "]"));
+  NSError error;
+  EXPECT_FALSE(read(many + ",0]", &error));
+  EXPECT_THAT(error.localizedDescription, HasSubstr("too many values"));
+  EXPECT_FALSE(read(std::string(NSJSONSerialization::mostBytes + 1, ' '), &error));
+  EXPECT_THAT(error.localizedDescription, HasSubstr("too many bytes"));
+}
+
+std::string wide(std::u16string_view units, bool isBigEndian, std::size_t unitSize) {
+  std::string bytes;
+  for (const char16_t unit : units) {
+    std::string one(unitSize, '\0');
+    one[0] = static_cast<char>(unit & 0xFF);
+    one[1] = static_cast<char>(unit >> 8U);
+    bytes.append(isBigEndian ? std::string(one.rbegin(), one.rend()) : one);
+  }
+  return bytes;
+}
+
+TEST(NSJSONSerialization, RecognisesEncodings) {
+  const std::u16string text = u"{\"Größe\":[\"\u2212°\"]}";
+  const PlistValue tree = PlistDictionary{{KeyName("Größe"), PlistArray{"\u2212°"}}};
+  EXPECT_EQ(read("\uFEFF" + stringWithUTF16(text)), tree);
+  for (const bool isBigEndian : {false, true}) {
+    for (const std::size_t unitSize : {2, 4}) {
+      EXPECT_EQ(read(wide(text, isBigEndian, unitSize)), tree);
+      EXPECT_EQ(read(wide(u"\uFEFF" + text, isBigEndian, unitSize)), tree);
+    }
+  }
+  EXPECT_EQ(read(wide(u"[\"\U0001F37A\"]", false, 2)), PlistValue(PlistArray{"\U0001F37A"}));
+  EXPECT_FALSE(read(wide(u"[\"\xD83C\"]", false, 2)));
+  EXPECT_FALSE(read(wide(u"[1]", false, 2) + "x"));
+}
+
+TEST(NSJSONSerialization, RefusesToWriteWhatJSONCannotCarry) {
+  struct Case {
+    PlistValue value;
+    const char* reason;
+  };
+  PlistValue deep = PlistArray();
+  for (std::size_t i = 0; i < NSJSONSerialization::mostLevels; ++i) deep = PlistArray{deep};
+  const Case cases[] = {
+      {"text", "top level"},
+      {1, "top level"},
+      {PlistArray{NSDate()}, "a date"},
+      {PlistDictionary{{KeyName("a"), PlistArray{NSData()}}}, "binary data"},
+      {PlistArray{std::nan("")}, "a number"},
+      {PlistArray{-std::numeric_limits<double>::infinity()}, "a number"},
+      {PlistArray{"\xC3"}, "UTF-8"},
+      {PlistDictionary{{KeyName("\xC3"), 1}}, "UTF-8"},
+      {deep, "too deep"},
+  };
+  for (const Case& c : cases) {
+    NSError error;
+    EXPECT_FALSE(NSJSONSerialization::isValidJSONObject(c.value)) << c.reason;
+    EXPECT_FALSE(NSJSONSerialization::dataWithJSONObject_options(c.value, 0, &error)) << c.reason;
+    EXPECT_THAT(error.localizedDescription, HasSubstr(c.reason));
+  }
+}
+
+TEST(NSJSONSerialization, EscapesWhatMustBeAndNothingElse) {
+  EXPECT_EQ(written(PlistDictionary{{KeyName("a\"b"), "\\ / \n \x01 ü \u2028 \U0001F37A"}}),
+            "{\"a\\\"b\":\"\\\\ / \\n \\u0001 ü \u2028 \U0001F37A\"}");
+  const PlistValue withZero = PlistArray{"a\0b"s};
+  EXPECT_EQ(written(withZero), "[\"a\\u0000b\"]");
+  EXPECT_EQ(read("[\"a\\u0000b\"]"), withZero);
+}
+
+TEST(NSJSONSerialization, PrettyPrints) {
+  EXPECT_EQ(NSJSONSerialization::dataWithJSONObject_options(
+                PlistDictionary{{KeyName("a"), PlistArray{1, 2}}}, NSJSONWritingPrettyPrinted),
+            "{\n  \"a\": [\n    1,\n    2\n  ]\n}");
+}
+
+RC_GTEST_PROP(NSJSONSerialization, WhatIsWrittenReadsBackTheSame, ()) {
+  const PlistValue tree = *anyTree(AnyTree::OfJSON);
+  RC_ASSERT(NSJSONSerialization::isValidJSONObject(tree));
+  const auto back = read(written(tree).value());
+  RC_ASSERT(back.has_value());
+  RC_ASSERT(isIdentical(*back, tree));
+}
+
+}  // namespace
+}  // namespace zym

@@ -1,0 +1,205 @@
+#include <gmock/gmock.h>
+#include <rapidcheck/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "zymcore/platform/formats/NSXMLDocument.h"
+
+namespace zym {
+namespace {
+
+std::optional<NSXMLDocument> open(std::string_view bytes, NSXMLNodeOptions options,
+                                  NSError* error) {
+  return NSXMLDocument::initWithData_options(NSData(bytes), options, error);
+}
+
+// The elements from the node on as "name(children)" and a leaf's text as "name=text".
+std::string outline(const NSXMLNode& node) {
+  std::string text(node.name());
+  if (!node.children().firstObject()) {
+    text += "=" + std::string(node.stringValue());
+  } else {
+    text += "(" + outline(*node.children().firstObject()) + ")";
+  }
+  if (const auto next = node.nextSibling()) text += " " + outline(*next);
+  return text;
+}
+
+struct Case {
+  std::string_view bytes;
+  std::string_view outline;
+  std::string_view damage;  // empty for what is well-formed
+};
+
+using namespace std::string_view_literals;
+
+constexpr Case cases[] = {
+    // Well-formed.
+    {"<a/>", "a=", ""},
+    {"<a>x<b>y</b>z<c/></a >", "a(b=y c=)", ""},
+    {"<a x = '>' y=\"/>\"\n/>", "a=", ""},
+    {"<?xml version='1.0'?><?p a>b?><!-- <b> --><a>x<!-- - -->y<?q?>z</a><!-- -->\n", "a=xyz", ""},
+    {"<a><![CDATA[<&]]]]>&lt;&amp;&gt;&quot;&apos;&#65;&#x1F37A;</a>", "a=<&]]<&>\"'A🍺", ""},
+    {"<!DOCTYPE a [<!-- ' > --><!ENTITY b '>]'>]><a>\r\n\r</a>", "a=\n\n", ""},
+    {"<é:_-.1>ü</é:_-.1>", "é:_-.1=ü", ""},
+    // Tags that match none, cross or never end.
+    {"<a><b>x</b></c></a>", "a(b=x)", "line 1: </c> ends no element"},
+    {"<a><b>x</bb>\n<c/></a>", "a(b=x c=)", "line 1: </bb> ends no element"},
+    {"<a>x</br>y</a>", "a=xy", "line 1: </br> ends no element"},
+    {"<a><b><c/></a></b>", "a(b(c=))", "line 1: </a> ends an element that isn't the innermost"},
+    {"<a><b>x<c>y</c><d/></a>", "a(b=x c=y d=)",
+     "line 1: </a> ends an element that isn't the innermost"},
+    {"<a><b><c/><b/><d/></a>", "a(b(c=) b= d=)",
+     "line 1: </a> ends an element that isn't the innermost"},
+    {"<a>\n<b>x", "a(b=x)", "line 2: the text ends within <b>"},
+    {"<a/><b/>", "a= b=", "line 1: a second root element <b>"},
+    {"<a><b>x</b<c/></a", "a(b=x c=)", "line 1: no end of the tag </b"},
+    // Tags that are none.
+    {"<a>1 < 2 <3 <b c> <></a>", "a=1 < 2 <3 <b c> <>", "line 1: a \"<\" that begins no tag"},
+    {"<a b=c/d e=f/>", "a=", "line 1: the attribute b without quotes"},
+    {"<a b=\"c><d/></a>", "a(d=)", "line 1: the attribute b without quotes"},
+    {"<a>&b; & &#0; &#xD800;&#99999999999;&#x;</a>", "a=&b; &  &#x;",
+     "line 1: an \"&\" that begins no entity"},
+    {"<a>&eacute;</a>", "a=é", "line 1: the entity eacute, which isn't declared"},
+    {"<a>\1\0b</a>"sv, "a=b", "line 1: a character that XML doesn't allow"},
+    // What has no end.
+    {"<a><!-- b<c/></a>", "a(c=)", "line 1: a comment without an end"},
+    {"<a><![CDATA[b</a><c><![CDATA[d]]></c>", "a=b c=d", "line 1: a CDATA section without an end"},
+    {"<?xml version=\"1.0\"<a/>", "a=", "line 1: a processing instruction without an end"},
+    {"<!DOCTYPE a [ <a>x</a>", "a=x", "line 1: a document type without an end"},
+    // Around the element.
+    {"x<a/>", "a=", "line 1: text outside all elements"},
+    {"\n<?xml version='1.0'?><a/>", "a=", "line 2: a declaration after the beginning"},
+};
+
+TEST(NSXMLDocument, MendsWhatItMay) {
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.bytes);
+    NSError error;
+    const auto tidied = open(each.bytes, NSXMLDocumentTidyXML, &error);
+    ASSERT_TRUE(tidied) << error.localizedDescription;
+    EXPECT_EQ(outline(tidied->rootElement()), each.outline);
+    EXPECT_EQ(error.localizedDescription, each.damage);
+    EXPECT_EQ(open(each.bytes, NSXMLNodeOptionsNone, nullptr).has_value(), each.damage.empty());
+  }
+}
+
+TEST(NSXMLDocument, ValueIsAllTextWithin) {
+  const auto document = open("<a> b<c>d<e> </e></c>f<g/>\n</a>", NSXMLNodeOptionsNone, nullptr);
+  ASSERT_TRUE(document);
+  EXPECT_EQ(document->rootElement().stringValue(), " bd f\n");
+  EXPECT_EQ(document->rootElement().children().firstObject()->stringValue(), "d ");
+}
+
+// Any tree, written as XML, is read as it was.
+struct Element {
+  std::string name;
+  std::vector<std::pair<std::string, std::vector<Element>>> content;  // text, then elements
+};
+Element anyElement(int levels) {
+  Element element{*rc::gen::element<std::string>("a", "b", "C:d", "é"), {}};
+  for (int pieces = levels == 0 ? 0 : *rc::gen::inRange(0, 4); pieces > 0; --pieces) {
+    std::vector<Element> children;
+    for (int count = *rc::gen::inRange(0, 3); count > 0; --count)
+      children.push_back(anyElement(levels - 1));
+    element.content.emplace_back(
+        *rc::gen::element<std::string>("", " ", "x<y", "&&", "]]>", "\"ü\"", "-->"),
+        std::move(children));
+  }
+  return element;
+}
+void write(const Element& element, std::string& xml) {
+  xml += "<" + element.name + *rc::gen::element<std::string>("", " x='1'", " \n", " y=\">\"");
+  xml += ">";
+  for (const auto& [text, children] : element.content) {
+    if (*rc::gen::arbitrary<bool>() && text != "]]>") {
+      xml += "<![CDATA[" + text + "]]>";
+    } else {
+      for (const char c : text)
+        xml += c == '<' ? "&lt;" : c == '&' ? "&#38;" : c == '>' ? "&gt;" : std::string(1, c);
+    }
+    for (const Element& child : children) write(child, xml);
+  }
+  xml += "</" + element.name + ">";
+}
+void compare(const Element& element, const NSXMLNode& node) {
+  RC_ASSERT(node.name() == element.name);
+  auto at = node.children().firstObject();
+  for (const auto& [text, children] : element.content) {
+    for (const Element& child : children) {
+      RC_ASSERT(at.has_value());
+      compare(child, *at);
+      at = at->nextSibling();
+    }
+  }
+  RC_ASSERT(!at);
+}
+std::string textOf(const Element& element) {
+  std::string all;
+  for (const auto& [text, children] : element.content) {
+    all += text;
+    for (const Element& child : children) all += textOf(child);
+  }
+  return all;
+}
+
+RC_GTEST_PROP(NSXMLDocument, ReadsAnyTree, ()) {
+  const Element root = anyElement(4);
+  std::string xml;
+  write(root, xml);
+  const auto document = open(xml, NSXMLDocumentTidyXML, nullptr);
+  RC_ASSERT(document.has_value());
+  compare(root, document->rootElement());
+  RC_ASSERT(document->rootElement().stringValue() == textOf(root));
+}
+
+std::string repeated(std::string_view text, std::size_t count) {
+  std::string all;
+  all.reserve(text.size() * count);
+  while (count-- > 0) all += text;
+  return all;
+}
+
+struct Bound {
+  std::string bytes;
+  const char* refusal;  // null for what is read
+};
+
+// Each of these keeps a careless reader busy for minutes, or takes all memory or stack.
+TEST(NSXMLDocument, StaysWithinBounds) {
+  std::string attributes = "<a";
+  for (int i = 0; i < 500'000; ++i) attributes += " b" + std::to_string(i) + "=''";
+  std::string names = "<a>";
+  for (int i = 0; i < 70'000; ++i) names += "<b" + std::to_string(i) + "/>";
+  const Bound bounds[] = {
+      {"<a>" + repeated("x", 10'000'000) + "</a>", nullptr},
+      {repeated("<a>", 100'000), "elements nested deeper than 4096"},
+      {"<r>" + repeated("<a/>", 8'000'000), "more than 8000000 elements"},
+      {std::move(names), "more than 65536 names of elements"},
+      {attributes + "/>", nullptr},
+      {attributes, "no element of XML"},
+      {repeated("<a>", 4'000) + repeated("</b>", 2'000'000), nullptr},
+      {"<a>" + repeated(" ", 4'000'000) + repeated("</b>", 1'000'000), nullptr},
+      {"<a>" + repeated("<!--", 2'000'000), nullptr},
+      {"<a>" + repeated("<![CDATA[", 1'000'000) + "]]>", nullptr},
+      {"<a>" + repeated("<?", 4'000'000), nullptr},
+      {"<a>" + repeated("<!DOCTYPE [", 1'000'000), nullptr},
+      {"<a>" + repeated("<b c=\"", 1'000'000), nullptr},
+      {"<a>" + repeated("&x;", 1'000'000), nullptr},
+      {repeated("<a>x", 4'000) + repeated("<b/>", 100'000) + "</c></a>", nullptr},
+      {repeated("x", (64U << 20U) + 1), "more than 64 MB of XML"},
+  };
+  for (const Bound& bound : bounds) {
+    SCOPED_TRACE(bound.bytes.substr(0, 20));
+    NSError error;
+    const auto document = open(bound.bytes, NSXMLDocumentTidyXML, &error);
+    EXPECT_EQ(document.has_value(), bound.refusal == nullptr);
+    if (bound.refusal) {
+      EXPECT_THAT(error.localizedDescription, testing::EndsWith(bound.refusal));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zym

@@ -1,0 +1,221 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+#include "tests/platform/formats/AnyPlistValue.h"
+#include "tests/support/TemporaryFolder.h"
+#include "zymcore/platform/formats/NSPropertyListSerialization.h"
+#include "zymcore/platform/formats/XMLPropertyList.h"
+
+namespace zym {
+namespace {
+
+using testing::HasSubstr;
+using namespace std::string_literals;
+
+constexpr std::string_view head =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n";
+
+std::optional<PlistValue> valueOf(std::string_view element) {
+  return XMLPropertyList::read(std::string("<plist>").append(element).append("</plist>"));
+}
+
+const NSDate newYear = NSDate::dateWithTimeIntervalSince1970(1767323045);  // 2026-01-02 03:04:05
+
+TEST(XMLPropertyList, WritesTheUsualForm) {
+  const PlistDictionary tree{{KeyName("a & b"), PlistArray{1, 2.5, true, false, newYear}},
+                             {KeyName("data"), NSData(std::string_view("hello"))},
+                             {KeyName("empty"), PlistArray{PlistArray(), PlistDictionary(), ""}}};
+  EXPECT_EQ(XMLPropertyList::write(tree), std::string(head) +
+                                              "<plist version=\"1.0\">\n"
+                                              "<dict>\n"
+                                              "\t<key>a &amp; b</key>\n"
+                                              "\t<array>\n"
+                                              "\t\t<integer>1</integer>\n"
+                                              "\t\t<real>2.5</real>\n"
+                                              "\t\t<true/>\n"
+                                              "\t\t<false/>\n"
+                                              "\t\t<date>2026-01-02T03:04:05Z</date>\n"
+                                              "\t</array>\n"
+                                              "\t<key>data</key>\n"
+                                              "\t<data>\n"
+                                              "\taGVsbG8=\n"
+                                              "\t</data>\n"
+                                              "\t<key>empty</key>\n"
+                                              "\t<array>\n"
+                                              "\t\t<array/>\n"
+                                              "\t\t<dict/>\n"
+                                              "\t\t<string></string>\n"
+                                              "\t</array>\n"
+                                              "</dict>\n"
+                                              "</plist>\n");
+}
+
+TEST(XMLPropertyList, ReadsEachKindOfValue) {
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  struct Case {
+    const char* element;
+    PlistValue value;
+  };
+  const Case cases[] = {
+      {"<string> a&lt;&#x2212;<![CDATA[<b>]]> </string>", " a<\u2212<b> "},
+      {"<string/>", ""},
+      {"<integer> -12 </integer>", -12},
+      {"<integer>0x1F</integer>", 31},
+      {"<integer>-9223372036854775808</integer>", std::numeric_limits<std::int64_t>::min()},
+      {"<integer>9223372036854775808</integer>", 0x1p63},
+      {"<integer>100000000000000000000</integer>", 1e20},
+      {"<real>2</real>", 2.0},
+      {"<real>-1.5e-3</real>", -0.0015},
+      {"<real>+infinity</real>", infinity},
+      {"<real>-inf</real>", -infinity},
+      {"<real>nan</real>", std::nan("")},
+      {"<true/>", true},
+      {"<false></false>", false},
+      {"<date>2026-01-02T03:04:05Z</date>", newYear},
+      {"<date>0001-01-01T00:00:00Z</date>", NSDate::dateWithTimeIntervalSince1970(-62135596800)},
+      {"<data> aGVs\n\tbG8= </data>", NSData(std::string_view("hello"))},
+      {"<data/>", NSData()},
+      {"<dict/>", PlistDictionary()},
+      {"<!-- c --><array> <?pi?> <dict><key/><array/></dict></array>",
+       PlistArray{PlistDictionary{{KeyName(""), PlistArray()}}}},
+      {"<dict><key>a</key><true/><key>a</key><false/></dict>",
+       PlistDictionary{{KeyName("a"), false}}},
+  };
+  for (const Case& c : cases) {
+    const auto value = valueOf(c.element);
+    ASSERT_TRUE(value) << c.element;
+    EXPECT_TRUE(isIdentical(*value, c.value)) << c.element;
+  }
+  EXPECT_EQ(XMLPropertyList::read("<dict/>"), PlistValue(PlistDictionary()));
+}
+
+TEST(XMLPropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {
+  struct Case {
+    std::string text;
+    const char* reason;
+  };
+  const auto plist = [](std::string_view inside) {
+    return std::string("<plist>\n").append(inside).append("</plist>");
+  };
+  const Case cases[] = {
+      {"", "no bytes"},
+      {"nonsense", "line 1: Start tag expected"},
+      {plist(""), "no property list"},
+      {plist("<dict>"), "line 2: "},
+      {plist("<dict><key>a</key></dict>"), "line 2: a key without a value"},
+      {plist("<dict><key>a</key><key>b</key></dict>"), "a key without a value"},
+      {plist("<dict><true/></dict>"), "a value without a key"},
+      {plist("<key>a</key>"), "a key outside a dictionary"},
+      {plist("<true/><true/>"), "more than one value"},
+      {plist("<array/>x"), "text outside a value"},
+      {plist("<array>x<true/></array>"), "text outside a value"},
+      {plist("<string><b/></string>"), "an element inside <string>"},
+      {plist("<nothing/>"), "unknown element <nothing>"},
+      {plist("<array><plist/></array>"), "<plist> within a value"},
+      {plist("<integer>1.5</integer>"), "no value in <integer>"},
+      {plist("<integer></integer>"), "no value in <integer>"},
+      {plist("<integer>--1</integer>"), "no value in <integer>"},
+      {plist("<real>two</real>"), "no value in <real>"},
+      {plist("<real>-</real>"), "no value in <real>"},
+      {plist("<date>2026-02-30T00:00:00Z</date>"), "no value in <date>"},
+      {plist("<date>yesterday</date>"), "no value in <date>"},
+      {plist("<date>0000-01-01T00:00:00Z</date>"), "no value in <date>"},
+      {plist("<date>2026-01-01T24:00:00Z</date>"), "no value in <date>"},
+      {plist("<string>&unknown;</string>"), "line 2: Entity 'unknown' not defined"},
+      {plist("<string>\xFF</string>"), "line 2: Input is not proper UTF-8"},
+      {"<!DOCTYPE plist [<!ENTITY a 'x'>]><plist><string>&a;</string></plist>", "entity"},
+      {"<!DOCTYPE plist [<!ENTITY a SYSTEM 'file:///etc/passwd'>]><plist/>", "entity"},
+      {"<!DOCTYPE plist [<!ENTITY % a 'x'> %a;]><plist/>", "entity"},
+      {"<plist>" + std::string(1'000'000, ' ') + "<string>", "line 1: "},
+  };
+  for (const Case& c : cases) {
+    NSError error;
+    EXPECT_EQ(XMLPropertyList::read(c.text, &error), std::nullopt) << c.text;
+    EXPECT_EQ(error.domain, NSCocoaErrorDomain);
+    EXPECT_THAT(error.localizedDescription, HasSubstr(c.reason)) << c.text.substr(0, 80);
+  }
+}
+
+std::string nested(std::size_t levels) {
+  std::string text;
+  for (std::size_t i = 0; i < levels; ++i) text += "<array>";
+  for (std::size_t i = 0; i < levels; ++i) text += "</array>";
+  return text;
+}
+
+TEST(XMLPropertyList, BoundsLevelsAndValues) {
+  constexpr std::size_t levels = XMLPropertyList::mostLevels;
+  const auto deepest = valueOf(nested(levels));
+  ASSERT_TRUE(deepest);
+  EXPECT_TRUE(XMLPropertyList::write(*deepest));
+  NSError error;
+  EXPECT_FALSE(XMLPropertyList::write(PlistArray{*deepest}, &error));
+  EXPECT_THAT(error.localizedDescription, HasSubstr("too deep"));
+  EXPECT_FALSE(XMLPropertyList::read(nested(1'000'000), &error));
+  EXPECT_THAT(error.localizedDescription, HasSubstr("line 1: containers nested too deep"));
+
+  std::string many = "<array>";
+  for (std::size_t i = 0; i < XMLPropertyList::mostValues; ++i) many += "<true/>";
+  EXPECT_FALSE(XMLPropertyList::read(many, &error));
+  EXPECT_THAT(error.localizedDescription, HasSubstr("too many values"));
+}
+
+TEST(XMLPropertyList, LeavesOutOnlyWhatXMLHasNoFormFor) {
+  const PlistDictionary awkward{{KeyName("a\x01z"), "x\0\x1By\xFFz\uFFFE\t\r\n"s}};
+  EXPECT_EQ(XMLPropertyList::read(XMLPropertyList::write(awkward).value()),
+            PlistValue(PlistDictionary{{KeyName("az"), "xyz\t\r\n"}}));
+}
+
+TEST(XMLPropertyList, WritesTheNearestDateItCan) {
+  struct Case {
+    double seconds;
+    const char* text;
+  };
+  const Case cases[] = {
+      {1e300, "<date>9999-12-31T23:59:59Z</date>"},
+      {-1e300, "<date>0001-01-01T00:00:00Z</date>"},
+      {std::nan(""), "<date>2001-01-01T00:00:00Z</date>"},
+      {-0.5, "<date>1969-12-31T23:59:59Z</date>"},
+      {951782400.9, "<date>2000-02-29T00:00:00Z</date>"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_THAT(XMLPropertyList::write(NSDate::dateWithTimeIntervalSince1970(c.seconds)).value(),
+                HasSubstr(c.text));
+  }
+}
+
+RC_GTEST_PROP(XMLPropertyList, WhatIsWrittenReadsBackTheSame, (const PlistValue& tree)) {
+  const auto back = XMLPropertyList::read(XMLPropertyList::write(tree).value());
+  RC_ASSERT(back.has_value());
+  RC_ASSERT(isIdentical(*back, tree));
+}
+
+TEST(XMLPropertyList, IsReadAndWrittenByOthersTheSame) {
+  if (std::system("plistutil --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "no plistutil";
+  const PlistDictionary tree{
+      {KeyName("text & <tags>"), "Märzen \u2212 \U0001F37A ]]>"},
+      {KeyName("integers"), PlistArray{0, -1, std::numeric_limits<std::int64_t>::max()}},
+      {KeyName("reals"), PlistArray{0.5, -2.25, 1e10}},
+      {KeyName("flags"), PlistArray{true, false}},
+      {KeyName("date"), newYear},
+      {KeyName("data"), NSData(std::vector<std::uint8_t>(200, 0xA5))},
+      {KeyName("nested"), PlistDictionary{{KeyName("empty"), PlistArray()}}}};
+  const TemporaryFolder folder;
+  putFile(folder / "ours", XMLPropertyList::write(tree).value());
+  // Through its binary form, so that nothing of our text survives.
+  const std::string there = "plistutil -i " + folder / "ours" + " -f bin -o " + folder / "binary";
+  const std::string back = "plistutil -i " + folder / "binary" + " -f xml -o " + folder / "theirs";
+  ASSERT_EQ(std::system((there + " && " + back).c_str()), 0);
+  const auto theirs = XMLPropertyList::read(bytesOf(folder / "theirs"));
+  ASSERT_TRUE(theirs);
+  EXPECT_TRUE(isIdentical(*theirs, tree));
+}
+
+}  // namespace
+}  // namespace zym

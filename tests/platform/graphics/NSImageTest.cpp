@@ -1,0 +1,116 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "zymcore/platform/graphics/NSImage.h"
+
+namespace zym {
+namespace {
+
+using testing::HasSubstr;
+
+std::string bigEndian(std::uint32_t number, int bytes) {
+  std::string text;
+  for (int shift = (bytes - 1) * 8; shift >= 0; shift -= 8) {
+    text += static_cast<char>(number >> static_cast<unsigned>(shift));
+  }
+  return text;
+}
+
+// A bitmap of 24 bits a pixel, all of one colour.
+std::string bitmap(std::uint32_t width, std::uint32_t height, std::size_t pixelBytes) {
+  const auto littleEndian = [](std::uint32_t number, int bytes) {
+    const std::string text = bigEndian(number, bytes);
+    return std::string(text.rbegin(), text.rend());
+  };
+  return "BM" + littleEndian(static_cast<std::uint32_t>(54 + pixelBytes), 4) + littleEndian(0, 4) +
+         littleEndian(54, 4) + littleEndian(40, 4) + littleEndian(width, 4) +
+         littleEndian(height, 4) + littleEndian(1, 2) + littleEndian(24, 2) +
+         std::string(24, '\0') + std::string(pixelBytes, '\x80');
+}
+
+std::optional<NSImage> imageOf(const std::string& bytes, NSError* error = nullptr) {
+  return NSImage::imageWithData(NSData(std::string_view(bytes)), error);
+}
+
+std::uint32_t crc32(std::string_view bytes) {
+  std::uint32_t crc = ~0U;
+  for (const char c : bytes) {
+    crc ^= static_cast<unsigned char>(c);
+    for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1U) ^ (crc & 1U ? 0xEDB88320U : 0);
+  }
+  return ~crc;
+}
+
+// A small picture that says it is of another size.
+std::string pngClaiming(std::uint32_t width, std::uint32_t height) {
+  std::string png(imageOf(bitmap(4, 2, 24))->image().PNGRepresentation()->view());
+  png.replace(16, 8, bigEndian(width, 4) + bigEndian(height, 4));
+  return png.replace(29, 4, bigEndian(crc32(std::string_view(png).substr(12, 17)), 4));
+}
+
+TEST(NSImage, ReadsScalesAndWrites) {
+  const auto image = imageOf(bitmap(4, 2, 24));
+  ASSERT_TRUE(image);
+  EXPECT_EQ(image->size(), (NSSize{4, 2}));
+  const NSImage larger = image->imageResizedTo(10, 30);
+  EXPECT_EQ(larger.size(), (NSSize{10, 30}));
+  const auto back = NSImage::imageWithData(larger.image().PNGRepresentation().value());
+  ASSERT_TRUE(back);
+  EXPECT_EQ(back->size(), (NSSize{10, 30}));
+  EXPECT_EQ(image->imageResizedTo(0.2, -5).size(), (NSSize{1, 1}));
+  EXPECT_EQ(image->size(), (NSSize{4, 2}));
+  EXPECT_TRUE(imageOf(pngClaiming(4, 2)));
+}
+
+// TIFF, whose orientation lies in a tag of its own: 2 by 1 pixels, grey, taken on its side.
+TEST(NSImage, TurnsUpright) {
+  const auto picture = [](std::uint32_t orientation) {
+    const auto tag = [](std::uint32_t number, std::uint32_t type, std::uint32_t value) {
+      const bool isShort = type == 3;
+      return bigEndian(number, 2) + bigEndian(type, 2) + bigEndian(1, 4) +
+             (isShort ? bigEndian(value, 2) + bigEndian(0, 2) : bigEndian(value, 4));
+    };
+    const std::string tags = tag(256, 3, 2) + tag(257, 3, 1) + tag(258, 3, 8) + tag(259, 3, 1) +
+                             tag(262, 3, 1) + tag(273, 4, 8) + tag(274, 3, orientation) +
+                             tag(277, 3, 1) + tag(278, 3, 1) + tag(279, 4, 2);
+    return std::string("MM\0*", 4) + bigEndian(10, 4) + "\x20\xE0" + bigEndian(10, 2) + tags +
+           bigEndian(0, 4);
+  };
+  const auto lying = imageOf(picture(1));
+  const auto standing = imageOf(picture(6));
+  ASSERT_TRUE(lying && standing);
+  EXPECT_EQ(lying->size(), (NSSize{2, 1}));
+  EXPECT_EQ(standing->size(), (NSSize{1, 2}));
+}
+
+TEST(NSImage, RefusesWhatIsNoPictureOrTooLarge) {
+  struct Case {
+    std::string bytes;
+    const char* reason;
+  };
+  const std::string whole = bitmap(4, 2, 24);
+  const Case cases[] = {
+      {"", "known format"},
+      {"nonsense", "known format"},
+      {"/* XPM */ static char*x[]={\"9999999 9999999 1 1\"", "known format"},
+      {whole.substr(0, 20), ""},
+      {pngClaiming(16'385, 1), "too large"},
+      {pngClaiming(16'000, 16'000), "too large"},
+      {pngClaiming(0, 0), ""},
+      {pngClaiming(4, 2).substr(0, 40), ""},
+      {bitmap(60'000, 60'000, 24), "too large"},
+  };
+  for (const Case& c : cases) {
+    NSError error;
+    EXPECT_FALSE(imageOf(c.bytes, &error)) << c.reason;
+    EXPECT_NE(error.localizedDescription, "");
+    EXPECT_THAT(error.localizedDescription, HasSubstr(c.reason));
+  }
+}
+
+}  // namespace
+}  // namespace zym

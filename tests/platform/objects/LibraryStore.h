@@ -1,0 +1,181 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/support/TemporaryFolder.h"
+#include "zymcore/platform/objects/NSManagedObjectContext.h"
+
+namespace zym {
+
+// A library of books, in which every kind of attribute and relationship occurs.
+
+namespace key {
+inline constexpr KeyName uuid{"uuid"};
+inline constexpr KeyName name{"name"};
+inline constexpr KeyName rank{"rank"};
+inline constexpr KeyName price{"price"};
+inline constexpr KeyName born{"born"};
+inline constexpr KeyName stamp{"stamp"};
+inline constexpr KeyName text{"text"};
+inline constexpr KeyName books{"books"};
+inline constexpr KeyName author{"author"};
+inline constexpr KeyName tags{"tags"};
+inline constexpr KeyName cover{"cover"};
+inline constexpr KeyName book{"book"};
+}  // namespace key
+
+inline PlistDictionary relationship(const char* destination, const char* inverse, bool toMany,
+                                    const char* deleteRule = "nullify") {
+  return {{KeyName("destination"), destination},
+          {KeyName("inverse"), inverse},
+          {KeyName("toMany"), toMany},
+          {KeyName("deleteRule"), deleteRule}};
+}
+
+inline PlistDictionary entity(PlistDictionary attributes, PlistDictionary relationships) {
+  return {{KeyName("attributes"), std::move(attributes)},
+          {KeyName("relationships"), std::move(relationships)}};
+}
+
+inline PlistDictionary libraryDescription() {
+  return {{KeyName("version"), "1"},
+          {KeyName("entities"),
+           PlistDictionary{
+               {KeyName("Author"),
+                entity({{key::uuid, "string"},
+                        {key::name, "string"},
+                        {key::rank, "integer"},
+                        {key::price, "real"},
+                        {key::born, "date"},
+                        {key::stamp, "data"},
+                        {key::text, "document"}},
+                       {{key::books, relationship("Book", "author", true, "cascade")}})},
+               {KeyName("Book"),
+                entity({{key::uuid, "string"},
+                        {key::name, "string"},
+                        {key::rank, "integer"},
+                        {key::text, "document"}},
+                       {{key::author, relationship("Author", "books", false)},
+                        {key::tags, relationship("Tag", "books", true)},
+                        {key::cover, relationship("Cover", "book", false, "cascade")}})},
+               {KeyName("Tag"), entity({{key::uuid, "string"}, {key::name, "string"}},
+                                       {{key::books, relationship("Book", "tags", true)}})},
+               {KeyName("Cover"), entity({{key::uuid, "string"}, {key::name, "string"}},
+                                         {{key::book, relationship("Book", "cover", false)}})}}}};
+}
+
+/// A model whose description is a mistake ends the test.
+inline std::shared_ptr<NSManagedObjectModel> modelFrom(const PlistDictionary& description) {
+  NSError error;
+  auto model = NSManagedObjectModel::initWithPropertyList(description, &error);
+  if (!model) throw std::runtime_error(error.localizedDescription);
+  return model;
+}
+
+inline PlistDictionary migrating() {
+  return {{NSMigratePersistentStoresAutomaticallyOption, true},
+          {NSInferMappingModelAutomaticallyOption, true}};
+}
+
+/// The coordinator with its store open; null, with the error, when it can't be opened.
+inline std::shared_ptr<NSPersistentStoreCoordinator> openStore(
+    const std::string& path, std::shared_ptr<const NSManagedObjectModel> model,
+    const PlistDictionary& options = {}, NSError* error = nullptr) {
+  auto coordinator = std::make_shared<NSPersistentStoreCoordinator>(std::move(model));
+  const bool isOpen = coordinator->addPersistentStoreWithType_configuration_URL_options(
+      NSSQLiteStoreType, std::nullopt, path, options, error);
+  return isOpen ? coordinator : nullptr;
+}
+
+inline std::shared_ptr<NSPersistentStoreCoordinator> openLibrary(const std::string& path) {
+  NSError error;
+  auto coordinator = openStore(path, modelFrom(libraryDescription()), {}, &error);
+  if (!coordinator) throw std::runtime_error(error.localizedDescription);
+  return coordinator;
+}
+
+inline std::unique_ptr<NSManagedObjectContext> contextOn(
+    std::shared_ptr<NSPersistentStoreCoordinator> coordinator,
+    NSManagedObjectContextConcurrencyType type = NSMainQueueConcurrencyType) {
+  auto context = std::make_unique<NSManagedObjectContext>(type);
+  context->setPersistentStoreCoordinator(std::move(coordinator));
+  if (context->undoManager()) context->undoManager()->setGroupsByEvent(false);
+  return context;
+}
+
+inline NSFetchRequest request(const char* entityName) {
+  return NSFetchRequest::fetchRequestWithEntityName(entityName);
+}
+
+inline NSFetchRequest request(const char* entityName, NSPredicate predicate) {
+  NSFetchRequest result = request(entityName);
+  result.setPredicate(std::move(predicate));
+  return result;
+}
+
+inline std::string nameOf(const NSManagedObject& object) {
+  const std::string* const name = object.stringForKey(key::name);
+  return name ? *name : "-";
+}
+
+inline std::vector<std::string> namesOf(const std::vector<NSManagedObject*>& objects) {
+  std::vector<std::string> names;
+  for (const NSManagedObject* const object : objects) names.push_back(nameOf(*object));
+  return names;
+}
+
+/// A main-queue context on a library in a folder of its own, each change a group for undo.
+class LibraryTest : public testing::Test {
+ protected:
+  void SetUp() override { reopen(); }
+
+  void reopen() {
+    context.reset();
+    coordinator.reset();
+    coordinator = openLibrary(path());
+    context = contextOn(coordinator);
+  }
+  [[nodiscard]] std::string path() const { return folder / "library.sqlite"; }
+
+  template <class Work>
+  void group(Work work) {
+    context->undoManager()->beginUndoGrouping();
+    work();
+    context->undoManager()->endUndoGrouping();
+  }
+  NSManagedObject* insert(const char* entityName, const char* name) {
+    NSManagedObject* object = nullptr;
+    group([&] {
+      object = context->insertNewObjectForEntityForName(entityName);
+      object->setValue_forKey(PlistValue(name), key::name);
+    });
+    return object;
+  }
+  void save() {
+    NSError error;
+    ASSERT_TRUE(context->save(&error)) << error.localizedDescription;
+  }
+  [[nodiscard]] std::vector<NSManagedObject*> fetch(const NSFetchRequest& wanted) {
+    NSError error;
+    const auto found = context->executeFetchRequest(wanted, &error);
+    EXPECT_TRUE(found) << error.localizedDescription;
+    return found.value_or(std::vector<NSManagedObject*>());
+  }
+  [[nodiscard]] NSManagedObject* named(const char* entityName, const char* name) {
+    const auto found = fetch(request(entityName, NSPredicate::equal(key::name, name)));
+    return found.size() == 1 ? found.front() : nullptr;
+  }
+  NSUndoManager& undo() { return *context->undoManager(); }
+
+  using Names = std::vector<std::string>;
+  TemporaryFolder folder;
+  std::shared_ptr<NSPersistentStoreCoordinator> coordinator;
+  std::unique_ptr<NSManagedObjectContext> context;
+};
+
+}  // namespace zym

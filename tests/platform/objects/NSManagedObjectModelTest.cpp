@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include "tests/platform/objects/LibraryStore.h"
+#include "zymcore/platform/formats/NSPropertyListSerialization.h"
+#include "zymcore/platform/objects/NSManagedObjectModel.h"
+
+namespace zym {
+namespace {
+
+constexpr KeyName entities{"entities"};
+
+/// The library with one thing replaced by another, at the end of a path of keys.
+PlistDictionary changed(std::initializer_list<const char*> path, std::optional<PlistValue> value) {
+  PlistDictionary description = libraryDescription();
+  PlistDictionary* at = &description;
+  for (const char* const* key = path.begin(); key + 1 != path.end(); ++key) {
+    at = at->editDictionary(KeyName(*key));
+  }
+  at->setOrRemove(KeyName(*(path.end() - 1)), value ? &*value : nullptr);
+  return description;
+}
+
+TEST(NSManagedObjectModelTest, DescribesItsEntities) {
+  const auto model = modelFrom(libraryDescription());
+  EXPECT_EQ(model->versionIdentifier(), "1");
+  const NSEntityDescription* const book = model->entityNamed("Book");
+  ASSERT_NE(book, nullptr);
+  EXPECT_EQ(model->entityNamed("book"), nullptr);
+  const auto text = book->attributeIndex(key::text);
+  ASSERT_TRUE(text);
+  EXPECT_EQ(book->attributes()[*text].type, NSAttributeType::Document);
+  EXPECT_FALSE(book->attributeIndex(key::author));
+  const auto cover = book->relationshipIndex(key::cover);
+  ASSERT_TRUE(cover);
+  const NSRelationshipDescription& relationship = book->relationships()[*cover];
+  EXPECT_FALSE(relationship.isToMany);
+  EXPECT_EQ(relationship.deleteRule, NSDeleteRule::Cascade);
+  const NSEntityDescription& destination = model->entities()[relationship.destination];
+  EXPECT_EQ(destination.name(), "Cover");
+  EXPECT_EQ(destination.relationships()[relationship.inverse].name, "book");
+}
+
+TEST(NSManagedObjectModelTest, ReadsAResourceOfEitherForm) {
+  const TemporaryFolder folder;
+  for (const auto format :
+       {NSPropertyListFormat::XMLFormat_v1_0, NSPropertyListFormat::BinaryFormat_v1_0}) {
+    putFile(folder / "model", *NSPropertyListSerialization::dataWithPropertyList_format(
+                                  libraryDescription(), format));
+    NSError error;
+    const auto model = NSManagedObjectModel::initWithContentsOfURL(folder / "model", &error);
+    ASSERT_TRUE(model) << error.localizedDescription;
+    EXPECT_EQ(model->entityVersionHashes(), modelFrom(libraryDescription())->entityVersionHashes());
+  }
+  for (const char* const bytes : {"", "nothing", "bplist00", "<plist><array/></plist>"}) {
+    putFile(folder / "model", bytes);
+    NSError error;
+    EXPECT_FALSE(NSManagedObjectModel::initWithContentsOfURL(folder / "model", &error)) << bytes;
+    EXPECT_FALSE(error.localizedDescription.empty());
+  }
+  EXPECT_FALSE(NSManagedObjectModel::initWithContentsOfURL(folder / "none"));
+}
+
+TEST(NSManagedObjectModelTest, RefusesWhatIsNoModel) {
+  PlistDictionary many;
+  for (int i = 0; i < 65; ++i) many.set(KeyName("a" + std::to_string(i)), "string");
+  const PlistDictionary cases[] = {
+      {},
+      {{entities, PlistDictionary()}},
+      {{entities, "text"}},
+      {{entities, PlistDictionary{{KeyName("Book"), "text"}}}},
+      changed({"entities", "Book", "attributes"}, PlistArray()),
+      changed({"entities", "Book", "attributes", "name"}, "unknown"),
+      changed({"entities", "Book", "attributes", "name"}, 1),
+      changed({"entities", "Book", "attributes", "NAME"}, "string"),
+      changed({"entities", "Book", "attributes", "tags"}, "string"),
+      changed({"entities", "Book", "attributes", ""}, "string"),
+      changed({"entities", "Book", "attributes", "_key"}, "string"),
+      changed({"entities", "Book", "attributes", "a\"b"}, "string"),
+      changed({"entities", "Book", "attributes", "\u00e4"}, "string"),
+      changed({"entities", "Book", "attributes"}, many),
+      changed({"entities", "Sqlite_Book"}, PlistDictionary()),
+      changed({"entities", "BOOK"}, PlistDictionary()),
+      changed({"entities", "Tag"}, std::nullopt),
+      changed({"entities", "Book", "relationships", "tags"}, "text"),
+      changed({"entities", "Book", "relationships", "tags"}, std::nullopt),
+      changed({"entities", "Book", "relationships", "tags", "destination"}, "Cover"),
+      changed({"entities", "Book", "relationships", "tags", "inverse"}, std::nullopt),
+      changed({"entities", "Book", "relationships", "tags", "deleteRule"}, "deny"),
+      changed({"entities", "Cover", "relationships", "self"}, relationship("Cover", "self", false)),
+  };
+  int number = 0;
+  for (const PlistDictionary& description : cases) {
+    SCOPED_TRACE(number++);
+    NSError error;
+    EXPECT_FALSE(NSManagedObjectModel::initWithPropertyList(description, &error));
+    EXPECT_FALSE(error.localizedDescription.empty());
+  }
+}
+
+TEST(NSManagedObjectModelTest, IsCompatibleWithStoresOfTheSameEntities) {
+  const TemporaryFolder folder;
+  const std::string path = folder / "library.sqlite";
+  openLibrary(path);
+  NSError error;
+  const auto metadata = NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
+      NSSQLiteStoreType, path, &error);
+  ASSERT_TRUE(metadata) << error.localizedDescription;
+  EXPECT_EQ(metadata->stringValue(NSStoreTypeKey), NSSQLiteStoreType);
+  EXPECT_EQ(metadata->stringValue(NSStoreUUIDKey).size(), 36U);
+  const auto isCompatible = [&](const PlistDictionary& description) {
+    return modelFrom(description)
+        ->isConfiguration_compatibleWithStoreMetadata(std::nullopt, metadata);
+  };
+  EXPECT_TRUE(isCompatible(libraryDescription()));
+  EXPECT_TRUE(isCompatible(changed({"version"}, "2")));
+  EXPECT_TRUE(isCompatible(
+      changed({"entities", "Book", "relationships", "tags", "deleteRule"}, "cascade")));
+  EXPECT_FALSE(isCompatible(changed({"entities", "More"}, PlistDictionary())));
+  EXPECT_FALSE(isCompatible(changed({"entities", "Book", "attributes", "name"}, std::nullopt)));
+  EXPECT_FALSE(isCompatible(changed({"entities", "Book", "attributes", "name"}, "data")));
+  EXPECT_FALSE(
+      isCompatible(changed({"entities", "Book", "relationships", "tags", "toMany"}, false)));
+  const auto model = modelFrom(libraryDescription());
+  EXPECT_FALSE(model->isConfiguration_compatibleWithStoreMetadata(std::nullopt, std::nullopt));
+  EXPECT_FALSE(model->isConfiguration_compatibleWithStoreMetadata("other", metadata));
+  EXPECT_FALSE(NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
+      NSSQLiteStoreType, folder / "none", &error));
+}
+
+}  // namespace
+}  // namespace zym

@@ -1,0 +1,244 @@
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "tests/platform/objects/LibraryStore.h"
+#include "zymcore/platform/values/NSCocoaErrors.h"
+
+namespace zym {
+namespace {
+
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+/// The model of the store in `tests/platform/fixtures/library-1.sqlite`.
+PlistDictionary firstDescription() {
+  return {{KeyName("version"), "0"},
+          {KeyName("entities"),
+           PlistDictionary{
+               {KeyName("Author"),
+                entity({{key::uuid, "string"},
+                        {key::name, "string"},
+                        {key::rank, "integer"},
+                        {KeyName("nickname"), "string"},
+                        {key::text, "document"}},
+                       {{key::books, relationship("Book", "author", true, "cascade")}})},
+               {KeyName("Book"),
+                entity({{key::uuid, "string"}, {key::name, "string"}, {key::text, "document"}},
+                       {{key::author, relationship("Author", "books", false)},
+                        {key::tags, relationship("Tag", "books", false)}})},
+               {KeyName("Tag"), entity({{key::uuid, "string"}, {key::name, "string"}},
+                                       {{key::books, relationship("Book", "tags", true)}})},
+               {KeyName("Shelf"), entity({{key::name, "string"}}, {})}}}};
+}
+
+void fillFirst(const std::string& path) {
+  const auto context = contextOn(openStore(path, modelFrom(firstDescription())));
+  context->setUndoManager(nullptr);
+  const auto insert = [&](const char* entityName, const char* name) {
+    NSManagedObject* const object = context->insertNewObjectForEntityForName(entityName);
+    object->setValue_forKey(PlistValue(name), key::name);
+    return object;
+  };
+  NSManagedObject* const author = insert("Author", "A");
+  author->setValue_forKey(PlistValue(7), key::rank);
+  author->setValue_forKey(PlistValue("nick"), KeyName("nickname"));
+  author->setDocument_forKey(NSData("life"), key::text);
+  NSManagedObject* const tag = insert("Tag", "T");
+  for (const char* const name : {"B1", "B2", "B3"}) {
+    NSManagedObject* const book = insert("Book", name);
+    if (std::string(name) != "B3") author->addObject_forKey(*book, key::books);
+    if (std::string(name) != "B1") tag->addObject_forKey(*book, key::books);
+    book->setDocument_forKey(NSData(std::string(name) + " text"), key::text);
+  }
+  insert("Shelf", "S");
+  ASSERT_TRUE(context->save());
+  NSManagedObject* const gone = insert("Book", "gone");
+  ASSERT_TRUE(context->save());
+  context->deleteObject(*gone);
+  ASSERT_TRUE(context->save());
+}
+
+/// Everything that both models know, in a store that has become one of the library.
+void expectMigrated(const std::string& path) {
+  const auto context = contextOn(openLibrary(path));
+  context->setUndoManager(nullptr);
+  const auto all = [&](const char* entityName) {
+    return context->executeFetchRequest(request(entityName)).value();
+  };
+  ASSERT_EQ(all("Author").size(), 1U);
+  NSManagedObject* const author = all("Author").front();
+  EXPECT_EQ(nameOf(*author), "A");
+  EXPECT_EQ(*author->valueForKey(key::rank), PlistValue(7));
+  EXPECT_EQ(author->valueForKey(key::born), nullptr);
+  EXPECT_EQ(author->documentForKey(key::text), NSData("life"));
+  EXPECT_THAT(namesOf(author->objectsForKey(key::books)), ElementsAre("B1", "B2"));
+  ASSERT_EQ(all("Tag").size(), 1U);
+  NSManagedObject* const tag = all("Tag").front();
+  EXPECT_THAT(namesOf(tag->objectsForKey(key::books)), ElementsAre("B2", "B3"));
+  const auto books = all("Book");
+  ASSERT_EQ(books.size(), 3U);
+  for (NSManagedObject* const book : books) {
+    EXPECT_EQ(book->documentForKey(key::text), NSData(nameOf(*book) + " text"));
+    EXPECT_EQ(book->objectForKey(key::cover), nullptr);
+  }
+  EXPECT_THAT(books[1]->objectsForKey(key::tags), ElementsAre(tag));
+  EXPECT_THAT(all("Cover"), testing::IsEmpty());
+
+  // It is a store to work on, and gives no key of the old one a second time.
+  NSManagedObject* const fresh = context->insertNewObjectForEntityForName("Book");
+  tag->addObject_forKey(*fresh, key::books);
+  ASSERT_TRUE(context->save());
+  EXPECT_EQ(fresh->objectID().key, 5);
+}
+
+class StoreMigrationTest : public testing::Test {
+ protected:
+  void SetUp() override { fillFirst(path()); }
+  [[nodiscard]] std::string path() const { return folder / "library.sqlite"; }
+  /// The store still opens by its own model, and nothing lies beside it.
+  void expectUntouched() const {
+    const auto coordinator = openStore(path(), modelFrom(firstDescription()));
+    ASSERT_TRUE(coordinator);
+    EXPECT_EQ(contextOn(coordinator)->countForFetchRequest(request("Book")), 3U);
+    EXPECT_FALSE(std::filesystem::exists(path() + ".new"));
+  }
+  static PlistDictionary with(std::initializer_list<const char*> keys, const PlistValue& value) {
+    PlistDictionary description = firstDescription();
+    PlistDictionary* at = &description;
+    for (const char* const* key = keys.begin(); key + 1 != keys.end(); ++key) {
+      at = at->editDictionary(KeyName(*key));
+    }
+    at->set(KeyName(*(keys.end() - 1)), value);
+    return description;
+  }
+  TemporaryFolder folder;
+};
+
+TEST_F(StoreMigrationTest, KeepsEveryValueThatTheNewModelKnows) {
+  const auto uuid = [&] {
+    return std::string(NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
+                           NSSQLiteStoreType, path())
+                           ->stringValue(NSStoreUUIDKey));
+  };
+  const std::string before = uuid();
+  NSError error;
+  ASSERT_TRUE(openStore(path(), modelFrom(libraryDescription()), migrating(), &error))
+      << error.localizedDescription;
+  expectMigrated(path());
+  EXPECT_EQ(uuid(), before);
+}
+
+TEST_F(StoreMigrationTest, OpensTheStoreOfAnEarlierVersion) {
+  const std::string fixture = ZYM_FIXTURES "/library-1.sqlite";
+  if (std::getenv("ZYM_WRITE_FIXTURES")) {
+    std::filesystem::copy_file(path(), fixture, std::filesystem::copy_options::overwrite_existing);
+  }
+  const std::string copy = folder / "fixture.sqlite";
+  putFile(copy, bytesOf(fixture));
+  ASSERT_TRUE(openStore(copy, modelFrom(libraryDescription()), migrating()));
+  expectMigrated(copy);
+}
+
+TEST_F(StoreMigrationTest, HappensOnlyWhenBothOptionsAreSet) {
+  for (const PlistDictionary& options :
+       {PlistDictionary(), PlistDictionary{{NSMigratePersistentStoresAutomaticallyOption, true}},
+        PlistDictionary{{NSInferMappingModelAutomaticallyOption, true}}}) {
+    NSError error;
+    EXPECT_FALSE(openStore(path(), modelFrom(libraryDescription()), options, &error));
+    EXPECT_EQ(error.code, NSPersistentStoreIncompatibleVersionHashError);
+  }
+  expectUntouched();
+}
+
+TEST_F(StoreMigrationTest, RefusesWhatCannotBeInferred) {
+  const PlistDictionary cases[] = {
+      with({"entities", "Author", "attributes", "rank"}, "string"),
+      with({"entities", "Author", "attributes", "rank"}, "document"),
+      with({"entities", "Author", "attributes", "text"}, "data"),
+      // A tag had many books and would have one.
+      with({"entities", "Tag", "relationships", "books"}, relationship("Book", "tags", false)),
+      // The author of a book would be one of its shelves.
+      [] {
+        PlistDictionary description = with({"entities", "Book", "relationships", "author"},
+                                           relationship("Shelf", "books", false));
+        PlistDictionary* const all = description.editDictionary(KeyName("entities"));
+        all->editDictionary(KeyName("Author"))->set(KeyName("relationships"), PlistDictionary());
+        all->editDictionary(KeyName("Shelf"))
+            ->set(KeyName("relationships"),
+                  PlistDictionary{{key::books, relationship("Book", "author", true)}});
+        return description;
+      }(),
+  };
+  for (const PlistDictionary& description : cases) {
+    NSError error;
+    EXPECT_FALSE(openStore(path(), modelFrom(description), migrating(), &error));
+    EXPECT_EQ(error.code, NSInferredMappingModelError) << error.localizedDescription;
+  }
+  expectUntouched();
+}
+
+TEST_F(StoreMigrationTest, LeavesAStoreAloneThatIsInUse) {
+  const auto user = contextOn(openStore(path(), modelFrom(firstDescription())));
+  user->setUndoManager(nullptr);
+  PlistDictionary options = migrating();
+  options.set(NSPersistentStoreTimeoutOption, 0.05);
+  NSError error;
+  EXPECT_FALSE(openStore(path(), modelFrom(libraryDescription()), options, &error));
+  EXPECT_EQ(error.code, NSPersistentStoreTimeoutError) << error.localizedDescription;
+  user->insertNewObjectForEntityForName("Shelf")->setValue_forKey(PlistValue("S2"), key::name);
+  ASSERT_TRUE(user->save());
+  EXPECT_EQ(user->countForFetchRequest(request("Shelf")), 2U);
+}
+
+TEST_F(StoreMigrationTest, AFullDiskLeavesTheOldStore) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{16384, RLIM_INFINITY};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    NSError error;
+    ::_exit(openStore(path(), modelFrom(libraryDescription()), migrating(), &error) ||
+            error.domain != NSCocoaErrorDomain);
+  }
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  expectUntouched();
+}
+
+TEST_F(StoreMigrationTest, TakesInWhatIsStillInTheLog) {
+  // A process that ends without closing leaves its last saves in the log beside the store.
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const auto context = contextOn(openStore(path(), modelFrom(firstDescription())));
+    context->setUndoManager(nullptr);
+    context->insertNewObjectForEntityForName("Tag")->setValue_forKey(PlistValue("late"), key::name);
+    ::_exit(context->save() ? 0 : 1);
+  }
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  ASSERT_EQ(status, 0);
+  ASSERT_TRUE(std::filesystem::exists(path() + "-wal"));
+  EXPECT_TRUE(NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(NSSQLiteStoreType,
+                                                                                 path()));
+  const auto coordinator = openStore(path(), modelFrom(libraryDescription()), migrating());
+  ASSERT_TRUE(coordinator);
+  const auto context = contextOn(coordinator);
+  EXPECT_THAT(namesOf(context->executeFetchRequest(request("Tag")).value()),
+              ElementsAre("T", "late"));
+}
+
+TEST_F(StoreMigrationTest, SweepsUpAfterAMigrationThatWasKilled) {
+  putFile(path() + ".new", "half of a store");
+  ASSERT_TRUE(openStore(path(), modelFrom(libraryDescription()), migrating()));
+  EXPECT_FALSE(std::filesystem::exists(path() + ".new"));
+  expectMigrated(path());
+}
+
+}  // namespace
+}  // namespace zym

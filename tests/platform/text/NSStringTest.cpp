@@ -1,0 +1,111 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include "zymcore/platform/text/CommonDigest.h"
+#include "zymcore/platform/text/NSString.h"
+#include "zymcore/platform/text/NSUUID.h"
+
+namespace zym {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(NSString, MapsCaseByTheRulesOfUnicode) {
+  EXPECT_EQ(uppercaseString("abc xyz {|} @[` 19"), "ABC XYZ {|} @[` 19");
+  EXPECT_EQ(lowercaseString("ABC XYZ {|} @[` 19"), "abc xyz {|} @[` 19");
+  EXPECT_EQ(uppercaseString("Weißbier ﬁ é i"), "WEISSBIER FI É I");
+  EXPECT_EQ(lowercaseString("ÄÖÜ Σίσυφος ΟΔΟΣ I"), "äöü σίσυφος οδος i");
+  EXPECT_EQ(uppercaseString("a\xFFü"), "A\xFFÜ");
+}
+
+TEST(NSString, MapsCaseIntoMemoryThatIsThere) {
+  std::u16string units(100, u'x');
+  const char16_t* memory = units.data();
+  for (const std::string& text :
+       {"abc {z} Z"s, "Weißbier ﬁ ü"s, "ΐΐΐ \U00010428"s, "a\xFF\xF0\x9F\x8Dü"s, ""s}) {
+    uppercaseUTF16(text, units);
+    EXPECT_EQ(units, UTF16String(uppercaseString(text))) << text;
+    EXPECT_EQ(units.data(), memory) << text;
+  }
+}
+
+// Each of the texts as UTF-8, without what is invalid, and in UTF-16 units.
+TEST(NSString, CarriesTextsFromOneEncodingToTheOther) {
+  struct Case {
+    std::string text;
+    std::string valid;
+    std::u16string units;
+  };
+  const Case cases[] = {
+      {"", "", u""},
+      {"plain ASCII text", "plain ASCII text", u"plain ASCII text"},
+      {"12345678ü", "12345678ü", u"12345678ü"},
+      {"\u2212\U0001F37A", "\u2212\U0001F37A", u"\u2212\U0001F37A"},
+      {"a\xFF"
+       "b",
+       "ab", u"a\uFFFDb"},
+      {"\xC3", "", u"\uFFFD"},
+      {"\xF0\x9F\x8D"
+       "x",
+       "x", u"\uFFFDx"},
+      {"\xC0\x80", "", u"\uFFFD\uFFFD"},
+      {"\xED\xA0\x80", "", u"\uFFFD\uFFFD\uFFFD"},
+      {"\xF5\x80", "", u"\uFFFD\uFFFD"},
+      {"a\0b"s, "a\0b"s, u"a\0b"s},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(stringByDroppingInvalidUTF8(c.text), c.valid);
+    EXPECT_EQ(isUTF8(c.text), c.text == c.valid);
+    EXPECT_EQ(UTF16String(c.text), c.units);
+    EXPECT_EQ(UTF16Length(c.text), c.units.size());
+    if (c.text == c.valid) {
+      EXPECT_EQ(stringWithUTF16(c.units), c.text);
+    }
+  }
+  EXPECT_EQ(stringWithUTF16(u"a\xD83C"), "a\uFFFD");
+  EXPECT_EQ(stringWithUTF16(u"\xDF7Ax"), "\uFFFDx");
+}
+
+RC_GTEST_PROP(NSString, SurvivesAnyBytes, (const std::string& bytes)) {
+  RC_ASSERT(isUTF8(stringByDroppingInvalidUTF8(bytes)));
+  RC_ASSERT(isUTF8(uppercaseString(bytes)) == isUTF8(bytes));
+  RC_ASSERT(UTF16String(bytes).size() == UTF16Length(bytes));
+  if (isUTF8(bytes)) RC_ASSERT(stringWithUTF16(UTF16String(bytes)) == bytes);
+}
+
+TEST(NSString, FindsParts) {
+  EXPECT_TRUE(containsString("Pale Ale", "le A"));
+  EXPECT_TRUE(containsString("Pale Ale", ""));
+  EXPECT_FALSE(containsString("Pale Ale", "pale"));
+}
+
+TEST(NSString, Formats) {
+  EXPECT_EQ(stringWithFormat("Batch %ld of %@", {"3", "%@ 100%"}), "Batch 3 of %@ 100%");
+  EXPECT_EQ(stringWithFormat("%2$@: Sud %1$ld", {"3", "Bock"}), "Bock: Sud 3");
+  EXPECT_EQ(stringWithFormat("100%% %@ %s %9$@%", {}), "100%  %s %");
+}
+
+TEST(CommonDigest, IsTheMD5) {
+  const auto hexadecimal = [](std::string_view bytes) {
+    std::string text;
+    for (const std::uint8_t byte : CC_MD5(bytes)) {
+      text += "0123456789abcdef"[byte >> 4U];
+      text += "0123456789abcdef"[byte & 15U];
+    }
+    return text;
+  };
+  // The test suite of RFC 1321.
+  EXPECT_EQ(hexadecimal(""), "d41d8cd98f00b204e9800998ecf8427e");
+  EXPECT_EQ(hexadecimal("message digest"), "f96b697d7cb7938d525a2f31aaf161d0");
+}
+
+TEST(NSUUID, IsRandomAndUpperCase) {
+  const std::string first = NSUUID::UUIDString();
+  EXPECT_THAT(first, testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-"
+                                           "[0-9A-F]{12}"));
+  EXPECT_NE(NSUUID::UUIDString(), first);
+}
+
+}  // namespace
+}  // namespace zym

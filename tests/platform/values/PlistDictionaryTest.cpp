@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/PlistDictionary.h"
+#include "zymcore/platform/values/PlistValue.h"
+
+namespace zym {
+namespace {
+
+// Sets and removes keys as a map does, across the sizes at which the way of finding them changes.
+RC_GTEST_PROP(PlistDictionary, FindsWhatAMapFinds, ()) {
+  const int keys = *rc::gen::element(8, 60, 600);
+  const std::string prefix = *rc::gen::element("", "ACommonBeginning", "\xFF");
+  PlistDictionary dictionary;
+  std::map<std::string, std::int64_t> map;
+  for (int step = 0; step < 4 * keys; ++step) {
+    const std::string key = prefix + std::to_string(*rc::gen::inRange(0, keys).as("key"));
+    if (*rc::gen::inRange(0, 3) == 0) {
+      RC_ASSERT(dictionary.remove(KeyName(key)) == (map.erase(key) == 1));
+    } else {
+      dictionary.set(KeyName(key), step);
+      map[key] = step;
+    }
+  }
+  RC_ASSERT(dictionary.size() == map.size());
+  for (int i = 0; i < keys; ++i) {
+    const std::string key = prefix + std::to_string(i);
+    const PlistValue* value = dictionary.find(KeyName(key));
+    RC_ASSERT((value != nullptr) == map.contains(key));
+    if (value) RC_ASSERT(*value->integer() == map[key]);
+  }
+  PlistDictionary copy = dictionary;
+  RC_ASSERT(copy == dictionary);
+  copy.set(KeyName("another"), 1);
+  RC_ASSERT(dictionary.size() == map.size());
+  RC_ASSERT(!(copy == dictionary));
+}
+
+TEST(PlistDictionary, TakesKeysAndValuesAtOnceAndTheLastOfEqualKeys) {
+  std::vector<PlistKey> keys;
+  std::vector<PlistValue> values;
+  for (int i = 0; i < 600; ++i) {
+    keys.emplace_back(KeyName(std::to_string(i % 500)));
+    values.emplace_back(i);
+  }
+  const PlistDictionary dictionary(keys, values);
+  EXPECT_EQ(dictionary.size(), 500U);
+  EXPECT_EQ(dictionary.integerValue(KeyName("99")), 599);
+  EXPECT_EQ(dictionary.integerValue(KeyName("100")), 100);
+  EXPECT_EQ(dictionary.begin()->key.text(), "0");
+}
+
+TEST(PlistDictionary, KnowsAKeyWhateverItsLength) {
+  const std::string letters(80, 'k');
+  PlistDictionary dictionary;
+  for (int i = 0; i < 80; ++i) {
+    dictionary.set(KeyName(letters.substr(0, static_cast<std::size_t>(i))), i);
+  }
+  for (std::size_t length = 0; length < 80; ++length) {
+    std::string key = letters.substr(0, length);
+    EXPECT_EQ(dictionary.doubleValue(KeyName(key)), static_cast<double>(length));
+    for (char& c : key) {
+      c = 'l';
+      EXPECT_FALSE(dictionary.contains(KeyName(key))) << key;
+      c = 'k';
+    }
+  }
+}
+
+// A key known to the compiler and the same key read at run time are one.
+TEST(PlistDictionary, HashesAlikeAtCompileTimeAndAtRunTime) {
+  static constexpr KeyName known[] = {KeyName(""),         KeyName("abc"),
+                                      KeyName("abcd"),     KeyName("abcdefg"),
+                                      KeyName("abcdefgh"), KeyName("abcdefghijklmnopqrstuvw\xFC")};
+  for (const KeyName name : known) {
+    EXPECT_EQ(KeyName(std::string(name.text())).hash(), name.hash()) << name.text();
+  }
+}
+
+TEST(PlistDictionary, KeepsEntriesInOrder) {
+  PlistDictionary dictionary{{KeyName("c"), 1}, {KeyName("a"), 2}, {KeyName("b"), 3}};
+  dictionary.remove(KeyName("a"));
+  dictionary.set(KeyName("c"), 4);
+  dictionary.set(KeyName("a"), 5);
+  std::string order;
+  for (const PlistEntry& entry : dictionary) order += entry.key.text();
+  EXPECT_EQ(order, "cba");
+}
+
+TEST(PlistDictionary, ManyThreadsReadOneAndWriteTheirCopies) {
+  PlistDictionary shared;
+  for (int i = 0; i < 60; ++i) shared.set(KeyName("Key" + std::to_string(i)), i);
+  std::vector<std::jthread> threads;
+  for (int thread = 0; thread < 3; ++thread) {
+    threads.emplace_back([shared, thread] {
+      for (int i = 0; i < 2000; ++i) {
+        PlistDictionary own = shared;
+        const std::string key = "Key" + std::to_string((i + thread) % 60);
+        EXPECT_EQ(own.integerValue(KeyName(key)), (i + thread) % 60);
+        own.remove(KeyName(key));
+        own.set(KeyName("Own" + std::to_string(thread * 2000 + i)), i);
+        EXPECT_FALSE(own.contains(KeyName(key)));
+      }
+    });
+  }
+  threads.clear();
+  EXPECT_EQ(shared.size(), 60U);
+}
+
+TEST(PlistDictionary, ThrowsForAPositionItDoesNotHave) {
+  PlistDictionary dictionary;
+  EXPECT_THROW((void)dictionary.editAt(0), NSException);
+}
+
+}  // namespace
+}  // namespace zym

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "zymcore/interchange/operations/ImportMatch.h"
+#include "zymcore/platform/events/NSOperation.h"
+#include "zymcore/platform/values/PlistValue.h"
+
+namespace zym {
+
+// Notifications, on the main thread, with the operation as object and its `url`, under this key, as
+// user info.
+inline constexpr KeyName ZYMImportOperationURLKey{"ZYMImportOperationURLKey"};
+/// The file has been imported and saved.
+inline constexpr const char* ZYMImportOperationSucceededNotification =
+    "ZYMImportOperationSucceededNotification";
+/// Nothing was stored.
+inline constexpr const char* ZYMImportOperationFailedNotification =
+    "ZYMImportOperationFailedNotification";
+
+/// Imports one file into the store, by its extension: "xml" (BeerXML) or "wm2" (a recipe of ours,
+/// with its batches and images).
+///
+/// The recipe of another program's file is matched against the libraries: each ingredient becomes
+/// the library's record with the nearest name, however far that is, with the file's amounts laid
+/// over it. The libraries don't change. An import is one undo step.
+///
+/// The recipe and its batches are saved at once, and each image after that by itself, so that what
+/// is in the store has its owner whenever the process ends. An image that can't be read is left
+/// out.
+///
+/// The work runs on the main thread; started elsewhere, it waits for it.
+class ZYMFileImportOperation final : public NSOperation {
+ public:
+  ZYMFileImportOperation() : ZYMFileImportOperation(std::nullopt) {}
+  /// A path.
+  explicit ZYMFileImportOperation(std::optional<std::string> url) : url_(std::move(url)) {}
+
+  [[nodiscard]] const std::optional<std::string>& url() const noexcept { return url_; }
+
+  void main() override;
+  /// From any thread; returns when the observers have run.
+  void postFailedNotification();
+
+  // The parts of the work. They store nothing. Main thread.
+
+  /// The recipe as it would be stored, but for what the store adds: identity, the defaults that it
+  /// lacks, and a profile. Absent, with a `failureReason`, when there is none.
+  [[nodiscard]] std::optional<PlistDictionary> recipeInFile();
+  /// The recipe document of a parsed recipe (`ParsedRecipeKeys.h`). Throws `NSRangeException` when
+  /// a library that it needs is empty, and `NSInvalidArgumentException` for so many or so long
+  /// names that matching them would take seconds.
+  [[nodiscard]] PlistDictionary processParsedRecipe(const PlistDictionary& parsed);
+
+  /// Gives a recipe, or the recipe as brewed of a batch, a profile of its own where its profile
+  /// isn't known here or is another one here. Throws `NSRangeException` when there is no water.
+  static void checkProfileForRecipeOrBatch_isBatch(PlistDictionary& document, bool isBatch);
+  static void createNewSpecificProfileForRecipeOrBatch_isBatch(PlistDictionary& document,
+                                                               bool isBatch);
+  /// As of every library (`ZYMCachingModel`), and -1 for an absent array.
+  [[nodiscard]] static std::int64_t indexOfMostSimilarObjectToString_inArray_forKey(
+      std::string_view text, const PlistArray* array, const std::optional<KeyName>& key);
+
+  // What came of it.
+
+  /// In the order in which the recipe was matched.
+  [[nodiscard]] const std::vector<ImportMatch>& matches() const noexcept { return matches_; }
+  /// In English; absent for a success.
+  [[nodiscard]] const std::optional<std::string>& failureReason() const noexcept {
+    return failureReason_;
+  }
+  /// The recipe that was stored.
+  [[nodiscard]] const std::optional<std::string>& uuidOfRecipe() const noexcept {
+    return uuidOfRecipe_;
+  }
+
+ private:
+  [[nodiscard]] bool importFile();
+
+  std::optional<std::string> url_;
+  std::vector<ImportMatch> matches_;
+  std::optional<std::string> failureReason_;
+  std::optional<std::string> uuidOfRecipe_;
+};
+
+}  // namespace zym

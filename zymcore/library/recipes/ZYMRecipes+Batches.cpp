@@ -1,0 +1,196 @@
+#include "zymcore/calculations/ZYMBeerCalculations.h"
+#include "zymcore/documents/DefaultsKeys.h"
+#include "zymcore/documents/NSDictionaryExtensions.h"
+#include "zymcore/documents/NSStringExtensions.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/library/ZYMProfiles.h"
+#include "zymcore/library/internal/DocumentUpdate.h"
+#include "zymcore/library/recipes/DocumentInsertion.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/host/NSUserDefaults.h"
+#include "zymcore/platform/text/NSString.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
+#include "zymcore/store/ZYMUndoGroup.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/entities/ZYMRecipeEntity.h"
+
+namespace zym {
+namespace {
+
+constexpr KeyName planned[] = {keys::PreBoilWortVolume,      keys::FinalWortVolume,
+                               keys::VolumeToFermenter,      keys::VolumeWaterAdded,
+                               keys::VolumeAtPitching,       keys::FinalBatchVolume,
+                               keys::FermentationTemperature};
+constexpr KeyName gravities[] = {keys::PreBoilHydroReading,
+                                 keys::OGHydroReading,
+                                 keys::FGHydroReading,
+                                 keys::PreBoilGrav,
+                                 keys::OG,
+                                 keys::FG};
+constexpr KeyName results[] = {keys::ApparentAttenuation,
+                               keys::RealAttenuation,
+                               keys::ActualMashEfficiency,
+                               keys::ABV,
+                               keys::ABW,
+                               keys::Color,
+                               keys::IBU};
+constexpr KeyName sampleTemperatures[] = {keys::PreBoilTemp, keys::OGTemp, keys::FGTemp,
+                                          keys::HydrometerCalibratedAt};
+constexpr KeyName dates[] = {keys::DateLastModified, keys::DateBrewed, keys::DateRacked,
+                             keys::DatePackaged, keys::DateReady};
+constexpr KeyName notes[] = {keys::BatchNotes, keys::BoilNotes, keys::FermentationNotes,
+                             keys::PackagingNotes, keys::TastingNotes};
+constexpr KeyName recipes[] = {keys::OriginalRecipe, keys::ModifiedRecipe, keys::RecipeAtCreation};
+
+constexpr DocumentUpdate batchUpdate{ZYMRecipeBatchEntity::entityName, "Update Batch",
+                                     "ZYMRecipes.updateBatch.preservingDLM"};
+
+PlistDictionary actualsOf(const PlistDictionary& recipe) {
+  PlistDictionary actuals;
+  for (const KeyName key : planned) actuals.setOrRemove(key, recipe.find(key));
+  for (const KeyName key : gravities) actuals.set(key, "1.000");
+  for (const KeyName key : results) actuals.set(key, "0.0");
+  const float calibration =
+      NSUserDefaults::standardUserDefaults().floatForKey(keys::HydrometerCalibrationTemp);
+  for (const KeyName key : sampleTemperatures) actuals.setNumber(key, calibration);
+  return actuals;
+}
+
+std::string titleOfNextBatch(const ZYMRecipeEntity& recipe) {
+  const std::size_t number = recipe.objectsForKey(relationships::batches).size() + 1;
+  return stringWithFormat(
+      Localized_String("Batch %ld of %@", "ZYMRecipes.emptyBatchForRecipeWithUUID"),
+      {std::to_string(number), recipe.name().value_or("")});
+}
+
+}  // namespace
+
+std::optional<PlistDictionary> ZYMRecipes::emptyBatchForRecipeWithUUID(
+    std::string_view recipeUUID) const {
+  ZYMRecipeEntity* object = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, recipeUUID);
+  const std::optional<PlistDictionary> recipe =
+      object ? object->dictionaryRepresentation() : std::nullopt;
+  if (!recipe) return std::nullopt;
+
+  PlistDictionary batch{{keys::UUID, uuid()},
+                        {keys::BatchTitle, titleOfNextBatch(*object)},
+                        {keys::ModifiedRecipe, duplicate(*recipe)},
+                        {keys::OriginalRecipe, duplicate(*recipe)},
+                        {keys::Actuals, actualsOf(*recipe)},
+                        {keys::RoomTemperature, "15.0"},
+                        {keys::AdjustedInventory, "0"}};
+  for (const KeyName key : dates) batch.set(key, NSDate::date());
+  for (const KeyName key : notes) batch.set(key, "");
+  const PlistDictionary profile = ZYMProfiles::sharedInstance().defaultProfile();
+  batch.setOrRemove(keys::WaterGrainRatio, profile.find(keys::WaterGrainRatio));
+  batch.setOrRemove(keys::MTThermalMass, profile.find(keys::MTThermalMass));
+  batch.setOrRemove(keys::SpargeMethod, profile.find(keys::PreferredSpargeMethod));
+  correctForSerialization(batch);
+  ZYMBeerCalculations::recalculateBatch(batch);
+  return batch;
+}
+
+std::optional<PlistDictionary> ZYMRecipes::addBatchToRecipeWithUUID(std::string_view recipeUUID) {
+  std::optional<PlistDictionary> batch = emptyBatchForRecipeWithUUID(recipeUUID);
+  if (batch) restoreBatch_toRecipeWithUUID(*batch, recipeUUID);
+  return batch;
+}
+
+void ZYMRecipes::restoreBatch_toRecipeWithUUID(PlistDictionary& batch,
+                                               std::string_view recipeUUID) {
+  NSManagedObjectContext& context = *ZYMCoreDataModel::sharedInstance().mainObjectContext();
+  ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(&context, recipeUUID);
+  if (!recipe) {
+    // Left open on purpose: hosts count on a recipe that there is.
+    context.undoManager()->beginUndoGrouping();
+    return;
+  }
+  ZYMUndoGroup group;
+  const std::string* uuid = batch.string(keys::UUID);
+  ZYMDocumentEntity* object =
+      uuid ? ZYMRecipeBatchEntity::onlyObjectWithUUID(&context, *uuid) : nullptr;
+  if (object) {
+    object->updateWithDictionaryRepresentation(batch);
+  } else {
+    object = &insertDocument(ZYMRecipeBatchEntity::entityName, batch);
+  }
+  object->setObject_forKey(recipe, relationships::recipe);
+  group.closeAndSave("Add Batch", "ZYMRecipes.restoreBatch.toRecipeWithUUID");
+}
+
+std::optional<PlistDictionary> ZYMRecipes::batchWithUUID(std::string_view uuid) const {
+  ZYMRecipeBatchEntity* object = ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
+  std::optional<PlistDictionary> batch = object ? object->dictionaryRepresentation() : std::nullopt;
+  if (!batch || !batch->contains(keys::Actuals)) return std::nullopt;
+  for (const KeyName key : recipes) {
+    PlistDictionary* recipe = batch->editDictionary(key);
+    if (!recipe) continue;
+    checkSaltWeightsExistInRecipe(*recipe);
+    for (const KeyName additions :
+         {keys::FermentableIngredients, keys::HopIngredients, keys::OtherIngredients}) {
+      if (PlistArray* rows = recipe->editArray(additions)) removeDescriptionsIn(*rows);
+    }
+  }
+  correctForSerialization(*batch);
+  ensureBatchLatestVersion(*batch);
+  return batch;
+}
+
+void ZYMRecipes::updateBatch(PlistDictionary& batch) {
+  updateBatch_preservingDLM(batch, false);
+}
+
+void ZYMRecipes::updateBatch_preservingDLM(PlistDictionary& batch, bool preservingDLM) {
+  batchUpdate.apply(batch, preservingDLM);
+}
+
+void ZYMRecipes::removeBatchWithUUID(std::string_view uuid) {
+  ZYMRecipeBatchEntity* batch = ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
+  if (!batch) return;
+  ZYMUndoGroup group;
+  // Its recipe loses it by that.
+  batch->managedObjectContext().deleteObject(*batch);
+  group.closeAndSave("Delete Batch", "ZYMRecipes.removeBatchWithUUID");
+}
+
+std::optional<std::string> ZYMRecipes::parentRecipeUUIDForBatchWithUUID(
+    std::string_view uuid) const {
+  const ZYMRecipeBatchEntity* batch = ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
+  const NSManagedObject* recipe = batch ? batch->objectForKey(relationships::recipe) : nullptr;
+  return recipe ? static_cast<const ZYMRecipeEntity*>(recipe)->uuid() : std::nullopt;
+}
+
+PlistDictionary ZYMRecipes::promoteBatchWithUUID_addToGroupWithUUID(std::string_view uuid,
+                                                                    std::string_view groupUUID) {
+  ZYMRecipeBatchEntity* object = ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
+  if (!object) {
+    throw NSException(NSInvalidArgumentException, "there is no batch " + std::string(uuid));
+  }
+  PlistDictionary batch = object->dictionaryRepresentation().value_or(PlistDictionary());
+  ZYMUndoGroup group;
+  const PlistDictionary* brewed = batch.dictionary(keys::ModifiedRecipe);
+  PlistDictionary recipe = brewed ? duplicate(*brewed) : PlistDictionary();
+
+  batch.set(keys::UUID, zym::uuid());
+  batch.set(keys::DateLastModified, NSDate::date());
+  object->updateWithDictionaryRepresentation(batch);
+
+  removeInventoryInfoInRecipe(recipe);
+  recipe.set(keys::UUID, zym::uuid());
+  recipe.set(keys::DateLastModified, NSDate::date());
+  recipe.set(
+      keys::RecipeTitle,
+      stringWithFormat(Localized_String("Promoted from %@",
+                                        "ZYMRecipes.promoteBatchWithUUID.addToGroupWithUUID"),
+                       {batch.stringValue(keys::BatchTitle)}));
+  ZYMDocumentEntity& promoted = insertDocument(ZYMRecipeEntity::entityName, recipe);
+  object->setObject_forKey(&promoted, relationships::recipe);
+  joinGroup(promoted, groupUUID);
+  group.closeAndSave("Promote Batch", "ZYMRecipes.promoteBatchWithUUID.addToGroupWithUUID");
+  return recipe;
+}
+
+}  // namespace zym

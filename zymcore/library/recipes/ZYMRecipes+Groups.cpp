@@ -1,0 +1,201 @@
+#include <unordered_set>
+
+#include "zymcore/documents/NSStringExtensions.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/objects/NSFetchRequest.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
+#include "zymcore/store/ZYMUndoGroup.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMGroupEntity.h"
+#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/entities/ZYMRecipeEntity.h"
+
+namespace zym {
+namespace {
+
+NSManagedObjectContext& mainContext() {
+  return *ZYMCoreDataModel::sharedInstance().mainObjectContext();
+}
+
+/// The rows of all objects of an entity by name, with the number at the other end of a
+/// relationship. `takes` says by the key of its identity whether an object gets one.
+template <class Takes>
+std::vector<ZYMSummary> rowsOf(std::string_view entity, KeyName children, Takes takes) {
+  NSFetchRequest request = NSFetchRequest::fetchRequestWithEntityName(entity);
+  request.setSortDescriptors({NSSortDescriptor(attributes::name, true)});
+  const std::optional<NSFetchedProperties> found = mainContext().propertiesForFetchRequest(
+      request, {attributes::name, attributes::uuid, children});
+  std::vector<ZYMSummary> rows;
+  if (!found) return rows;
+  rows.reserve(found->size());
+  for (std::size_t row = 0; row < found->size(); ++row) {
+    if (!takes(found->key(row))) continue;
+    const std::string* name = found->string(row, 0);
+    const std::string* uuid = found->string(row, 1);
+    rows.push_back({name ? *name : "", uuid ? *uuid : "", found->value(row, 2)->integerValue()});
+  }
+  return rows;
+}
+
+constexpr auto every = [](std::int64_t) { return true; };
+
+void deleteOnly(NSManagedObject* object) {
+  if (object) mainContext().deleteObject(*object);
+}
+
+}  // namespace
+
+std::vector<ZYMSummary> ZYMRecipes::summariesForAllGroups() const {
+  return rowsOf(ZYMGroupEntity::entityName, relationships::recipes, every);
+}
+
+ZYMSummary ZYMRecipes::summaryForLibraryGroup() const {
+  const std::optional<std::size_t> recipes = mainContext().countForFetchRequest(
+      NSFetchRequest::fetchRequestWithEntityName(ZYMRecipeEntity::entityName));
+  return {Localized_String("Library", "ZYMRecipes.summaryForLibraryGroup"), "",
+          static_cast<std::int64_t>(recipes.value_or(0))};
+}
+
+ZYMSummary ZYMRecipes::createGroup() {
+  ZYMUndoGroup undo;
+  ZYMGroupEntity& group = ZYMGroupEntity::insertInContext(mainContext());
+  PlistDictionary record = group.dictionaryRepresentation().value();
+  record.set(keys::GroupName, Localized_String("New Group", "ZYMRecipes.createGroup"));
+  record.set(keys::Type, "Normal");
+  record.set(keys::KeysOfContents, PlistArray());
+  record.set(keys::UUID, uuid());
+  record.set(keys::DateLastModified, NSDate::date());
+  group.updateWithDictionaryRepresentation(record);
+  undo.closeAndSave("Add Group", "ZYMRecipes.createGroup");
+  return group.summary();
+}
+
+void ZYMRecipes::updateGroup(const ZYMSummary& summary) {
+  ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, summary.uuid);
+  if (!group || group->name() == summary.name) return;
+  ZYMUndoGroup undo;
+  group->setName(summary.name);
+  group->setDateLastModified(NSDate::date());
+  undo.closeAndSave("Update Group", "ZYMRecipes.updateGroup");
+}
+
+void ZYMRecipes::deleteGroupWithUUID(std::string_view uuid) {
+  ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, uuid);
+  if (!group) return;
+  ZYMUndoGroup undo;
+  mainContext().deleteObject(*group);
+  undo.closeAndSave("Delete Group", "ZYMRecipes.deleteGroupWithUUID");
+}
+
+std::optional<PlistDictionary> ZYMRecipes::groupForUUID(std::string_view uuid) const {
+  ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, uuid);
+  return group ? group->dictionaryRepresentation() : std::nullopt;
+}
+
+void ZYMRecipes::restoreGroup(PlistDictionary& group) {
+  ZYMUndoGroup undo;
+  const auto known = ZYMGroupEntity::objectsMatchingKey_andValue_sortedOnKey(
+      attributes::uuid, group.stringValue(keys::UUID), std::nullopt);
+  ZYMGroupEntity& object =
+      known && !known->empty() ? *known->front() : ZYMGroupEntity::insertInContext(mainContext());
+  object.updateWithDictionaryRepresentation(group);
+  undo.closeAndSave("Restore Group", "ZYMRecipes.groupForUUID");
+}
+
+void ZYMRecipes::removeItems_fromGroupWithUUID(const std::vector<std::string>& uuids,
+                                               std::string_view uuid) {
+  ZYMUndoGroup undo;
+  const bool fromLibrary = uuid.empty();
+  ZYMGroupEntity* group = fromLibrary ? nullptr : ZYMGroupEntity::onlyObjectWithUUID(nullptr, uuid);
+  if (fromLibrary || group) {
+    for (const std::string& item : uuids) {
+      ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, item);
+      if (fromLibrary) {
+        deleteOnly(recipe);
+      } else if (recipe) {
+        group->removeRecipesObject(*recipe);
+        group->setDateLastModified(NSDate::date());
+      }
+      deleteOnly(ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, item));
+    }
+  }
+  undo.closeAndSave("Delete Recipes and Batches", "ZYMRecipes.removeItems.fromGroupWithUUID");
+}
+
+namespace {
+
+void takeOutOfGroup(std::string_view uuid, std::string_view groupUUID, std::string_view actionName,
+                    std::string_view comment) {
+  ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid);
+  if (!recipe) return;
+  ZYMUndoGroup undo;
+  if (ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, groupUUID)) {
+    group->removeRecipesObject(*recipe);
+    group->setDateLastModified(NSDate::date());
+  }
+  undo.closeAndSave(actionName, comment);
+}
+
+}  // namespace
+
+void ZYMRecipes::addRecipeWithUUID_toGroupWithUUID(std::string_view uuid,
+                                                   std::string_view groupUUID) {
+  if (groupUUID.empty()) return;
+  takeOutOfGroup(uuid, groupUUID, "Add Recipe to Group",
+                 "ZYMRecipes.addRecipeWithUUID.toGroupWithUUID");
+}
+
+void ZYMRecipes::removeRecipeWithUUID_fromGroupWithUUID(std::string_view uuid,
+                                                        std::string_view groupUUID) {
+  if (groupUUID.empty()) {
+    removeRecipeWithUUID(uuid);
+  } else {
+    takeOutOfGroup(uuid, groupUUID, "Remove Recipe from Group",
+                   "ZYMRecipes.removeRecipeWithUUID.fromGroupWithUUID");
+  }
+}
+
+void ZYMRecipes::replaceRecipesInGroupWithUUID_withRecipes(std::string_view groupUUID,
+                                                           const std::vector<std::string>& uuids) {
+  if (groupUUID.empty()) return;
+  ZYMUndoGroup undo;
+  if (ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, groupUUID)) {
+    std::vector<NSManagedObject*> recipes;
+    for (const std::string& uuid : uuids) {
+      NSManagedObject* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid);
+      if (recipe) recipes.push_back(recipe);
+    }
+    group->setObjects_forKey(recipes, relationships::recipes);
+    group->setDateLastModified(NSDate::date());
+  }
+  undo.closeAndSave("Replace Recipes in Group",
+                    "ZYMRecipes.replaceRecipesInGroupWithUUID.withRecipes");
+}
+
+std::vector<ZYMSummary> ZYMRecipes::summariesForAllRecipes() const {
+  return rowsOf(ZYMRecipeEntity::entityName, relationships::batches, every);
+}
+
+std::optional<std::vector<ZYMSummary>> ZYMRecipes::summariesForAllRecipesInGroupWithUUID(
+    std::string_view groupUUID) const {
+  if (groupUUID.empty()) return summariesForAllRecipes();
+  const ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, groupUUID);
+  if (!group) return std::nullopt;
+  std::unordered_set<std::int64_t> members;
+  for (const NSManagedObject* recipe : group->objectsForKey(relationships::recipes)) {
+    members.insert(recipe->objectID().key);
+  }
+  return rowsOf(ZYMRecipeEntity::entityName, relationships::batches,
+                [&](std::int64_t key) { return members.contains(key); });
+}
+
+std::optional<ZYMSummary> ZYMRecipes::summaryForRecipeWithUUID(std::string_view uuid) const {
+  const ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid);
+  if (!recipe) return std::nullopt;
+  return ZYMSummary{recipe->name().value_or(""), recipe->uuid().value_or(""),
+                    std::ssize(recipe->objectsForKey(relationships::batches))};
+}
+
+}  // namespace zym

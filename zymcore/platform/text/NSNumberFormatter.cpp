@@ -1,0 +1,62 @@
+#include "zymcore/platform/text/NSNumberFormatter.h"
+
+#include <unicode/numberformatter.h>
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+namespace zym {
+
+// A format is settled once for each count of decimals and then only used.
+struct NSNumberFormatter::Formats {
+  explicit Formats(const NSLocale& ofPeople) : locale(ofPeople) {}
+
+  NSLocale locale;
+  int minimum = 0;
+  int maximum = 3;
+  std::map<std::pair<int, int>, icu::number::LocalizedNumberFormatter> settled;
+
+  const icu::number::LocalizedNumberFormatter& current() {
+    const std::pair digits(minimum, maximum);
+    const auto found = settled.find(digits);
+    if (found != settled.end()) return found->second;
+    using icu::number::NumberFormatter;
+    using icu::number::Precision;
+    return settled
+        .emplace(digits, NumberFormatter::withLocale(icu::Locale(locale.localeIdentifier().c_str()))
+                             .grouping(UNUM_GROUPING_OFF)
+                             .roundingMode(UNUM_ROUND_HALFUP)
+                             .precision(Precision::minMaxFraction(minimum, maximum)))
+        .first->second;
+  }
+};
+
+NSNumberFormatter::NSNumberFormatter(const NSLocale& locale)
+    : formats_(std::make_unique<Formats>(locale)) {}
+NSNumberFormatter::~NSNumberFormatter() = default;
+NSNumberFormatter::NSNumberFormatter(NSNumberFormatter&&) noexcept = default;
+NSNumberFormatter& NSNumberFormatter::operator=(NSNumberFormatter&&) noexcept = default;
+
+const NSLocale& NSNumberFormatter::locale() const noexcept {
+  return formats_->locale;
+}
+
+void NSNumberFormatter::setMinimumFractionDigits(int digits) {
+  formats_->minimum = std::clamp(digits, 0, 100);
+  formats_->maximum = std::max(formats_->maximum, formats_->minimum);
+}
+
+void NSNumberFormatter::setMaximumFractionDigits(int digits) {
+  formats_->maximum = std::clamp(digits, 0, 100);
+  formats_->minimum = std::min(formats_->minimum, formats_->maximum);
+}
+
+std::string NSNumberFormatter::stringFromNumber(double number) {
+  UErrorCode status = U_ZERO_ERROR;
+  std::string text;
+  const icu::number::FormattedNumber formatted = formats_->current().formatDouble(number, status);
+  return formatted.toString(status).toUTF8String(text);
+}
+
+}  // namespace zym

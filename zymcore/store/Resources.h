@@ -1,0 +1,14 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "zymcore/platform/values/PlistDictionary.h"
+
+namespace zym {
+
+/// The dictionary in a resource of the main bundle of type "plist"; absent when there is none or it
+/// is something else.
+[[nodiscard]] std::optional<PlistDictionary> resourceDictionary(std::string_view name);
+
+}  // namespace zym

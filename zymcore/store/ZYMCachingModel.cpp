@@ -1,0 +1,292 @@
+#include "zymcore/store/ZYMCachingModel.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "zymcore/documents/NSDictionaryExtensions.h"
+#include "zymcore/documents/NSStringExtensions.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/platform/objects/NSManagedObjectContext.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSNotFound.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
+#include "zymcore/store/ZYMLibraryRegistry.h"
+#include "zymcore/store/ZYMUndoGroup.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMEntityFetch.h"
+
+namespace zym {
+namespace {
+
+constexpr std::array<std::string_view, 4> ingredientEntities = {
+    "ZYMFermentableEntity", "ZYMHopEntity", "ZYMOtherIngredientEntity", "ZYMYeastEntity"};
+constexpr std::string_view supplierEntity = "ZYMSupplierEntity";
+
+NSManagedObjectContext& mainContext() {
+  return *ZYMCoreDataModel::sharedInstance().mainObjectContext();
+}
+
+[[noreturn]] void mustBeOverridden(const char* operation) {
+  throw NSException(NSInternalInconsistencyException,
+                    std::string(operation) + " MUST be overridden");
+}
+
+std::optional<std::string> uuidOf(const ZYMCachingModel::ItemReference& item) {
+  if (const auto* summary = std::get_if<ZYMSummary>(&item)) return summary->uuid;
+  const PlistValue& value = std::get<PlistValue>(item);
+  const PlistDictionary* record = value.dictionary();
+  const std::string* uuid = record ? record->string(keys::UUID) : value.string();
+  return uuid ? std::optional(*uuid) : std::nullopt;
+}
+
+bool holdsAll(const PlistDictionary& record, const PlistDictionary& keysAndValues) {
+  return std::all_of(keysAndValues.begin(), keysAndValues.end(), [&](const PlistEntry& entry) {
+    const PlistValue* value = record.find(entry.key);
+    return value && *value == entry.value;
+  });
+}
+
+PlistDictionary recordOf(NSManagedObject& object) {
+  return static_cast<ZYMRecordEntity&>(object).dictionaryRepresentation().value_or(
+      PlistDictionary());
+}
+
+template <class TextAt>
+std::int64_t indexOfMostSimilar(std::string_view text, std::size_t count, TextAt textAt) {
+  double best = -1.0;
+  std::int64_t bestIndex = -1;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::string_view other = textAt(i);
+    double score = similarityWithString(text, other);
+    if (score > 0.99 && isEqualTo(text, other)) score = 1.1;
+    if (score > best) {
+      best = score;
+      bestIndex = static_cast<std::int64_t>(i);
+    }
+  }
+  return bestIndex;
+}
+
+NSManagedObject& mostSimilar(std::string_view text,
+                             const std::vector<NSManagedObject*>& candidates) {
+  const std::int64_t index = indexOfMostSimilar(text, candidates.size(), [&](std::size_t i) {
+    const std::string* name = candidates[i]->stringForKey(attributes::name);
+    return name ? std::string_view(*name) : std::string_view();
+  });
+  if (index < 0) {
+    throw NSException(NSRangeException,
+                      "index -1 beyond bounds for array of " + std::to_string(candidates.size()));
+  }
+  return *candidates[static_cast<std::size_t>(index)];
+}
+
+std::string_view textOf(const PlistValue& element, const std::optional<KeyName>& key) {
+  const PlistDictionary* record = element.dictionary();
+  if (key) return record ? record->stringValue(*key) : std::string_view();
+  return element.string() ? std::string_view(*element.string()) : std::string_view();
+}
+
+}  // namespace
+
+std::string_view ZYMCachingModel::entityClass() const {
+  mustBeOverridden("entityClass");
+}
+
+void ZYMCachingModel::prepareNewItem(PlistDictionary& /*item*/) {
+  mustBeOverridden("prepareNewItem");
+}
+
+bool ZYMCachingModel::isIngredient() const {
+  return std::find(ingredientEntities.begin(), ingredientEntities.end(), entityClass()) !=
+         ingredientEntities.end();
+}
+
+ZYMCachingModel::Objects ZYMCachingModel::objectsSortedOnName() const {
+  return ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
+             entityClass(), nullptr, std::nullopt, NSSortDescriptor(attributes::name, true))
+      .value_or(Objects());
+}
+
+ZYMRecordEntity* ZYMCachingModel::onlyObjectWithUUID(std::string_view uuid) const {
+  return static_cast<ZYMRecordEntity*>(
+      ZYMEntityFetch::onlyObjectWithUUID(entityClass(), nullptr, uuid));
+}
+
+ZYMRecordEntity& ZYMCachingModel::insertObject() const {
+  return static_cast<ZYMRecordEntity&>(
+      *mainContext().insertNewObjectForEntityForName(entityClass()));
+}
+
+void ZYMCachingModel::insertItem(PlistDictionary& item, std::string_view actionName,
+                                 std::string_view comment) {
+  ZYMUndoGroup group;
+  insertObject().updateWithDictionaryRepresentation(item);
+  group.closeAndSave(actionName, comment);
+}
+
+std::optional<PlistDictionary> ZYMCachingModel::itemWithUUID(std::string_view uuid) {
+  return itemWithUUID_withContext(uuid, mainContext());
+}
+
+std::optional<PlistDictionary> ZYMCachingModel::itemWithUUID_withContext(
+    std::string_view uuid, NSManagedObjectContext& context) {
+  NSManagedObject* object = ZYMEntityFetch::onlyObjectWithUUID(entityClass(), &context, uuid);
+  return object ? static_cast<ZYMRecordEntity*>(object)->dictionaryRepresentation() : std::nullopt;
+}
+
+PlistDictionary ZYMCachingModel::createItem() {
+  PlistDictionary item{{keys::UUID, uuid()}, {keys::DateLastModified, NSDate::date()}};
+  prepareNewItem(item);
+  insertItem(item, "Add Item", "ZYMCachingModel.createItem");
+  return item;
+}
+
+std::optional<PlistDictionary> ZYMCachingModel::duplicateItemWithUUID(std::string_view uuid) {
+  return duplicate_changing(uuid, [](PlistDictionary&) {});
+}
+
+std::optional<PlistDictionary> ZYMCachingModel::duplicate_changing(
+    std::string_view uuid, const std::function<void(PlistDictionary&)>& change) {
+  ZYMRecordEntity* object = onlyObjectWithUUID(uuid);
+  if (!object) return std::nullopt;
+  PlistDictionary copy = duplicate(object->dictionaryRepresentation().value_or(PlistDictionary()));
+  copy.set(keys::UUID, zym::uuid());
+  copy.set(nameKeyInRecords_,
+           std::string(copy.stringValue(nameKeyInRecords_)) + "-" +
+               Localized_String("copy", "(copy of file) ZYMCachingModel.duplicateItemWithUUID"));
+  copy.set(keys::DateLastModified, NSDate::date());
+  change(copy);
+  insertItem(copy, "Duplicate Item", "ZYMCachingModel.duplicateItemWithUUID");
+  return copy;
+}
+
+void ZYMCachingModel::updateItem(PlistDictionary& item) {
+  const std::string* uuid = item.string(keys::UUID);
+  ZYMRecordEntity* object = uuid ? onlyObjectWithUUID(*uuid) : nullptr;
+  if (!object || object->dictionaryRepresentation() == item) return;
+  ZYMUndoGroup group;
+  item.set(keys::DateLastModified, NSDate::date());
+  object->updateWithDictionaryRepresentation(item);
+  group.closeAndSave("Edit Item", "ZYMCachingModel.updateItem");
+}
+
+void ZYMCachingModel::removeItemWithUUID(const std::optional<std::string>& uuid) {
+  ZYMRecordEntity* object = uuid ? onlyObjectWithUUID(*uuid) : nullptr;
+  if (!object) return;
+  ZYMUndoGroup group;
+  const ZYMLibraryRegistry& registry = ZYMLibraryRegistry::sharedInstance();
+  if (isIngredient()) registry.removeOrderItemsForIngredientWithUUID(uuid);
+  if (entityClass() == supplierEntity) registry.removeOrdersForSupplierUUID(uuid);
+  mainContext().deleteObject(*object);
+  group.closeAndSave("Delete Item", "ZYMCachingModel.removeItemWithUUID");
+}
+
+void ZYMCachingModel::removeItems(const std::vector<ItemReference>& items) {
+  const auto* firstRow = items.empty() ? nullptr : std::get_if<ZYMSummary>(&items.front());
+  const std::optional<std::string> uuidForOrders =
+      firstRow ? std::optional(firstRow->uuid) : std::nullopt;
+
+  ZYMUndoGroup group;
+  for (const ItemReference& item : items) {
+    const std::optional<std::string> uuid = uuidOf(item);
+    ZYMRecordEntity* object = uuid ? onlyObjectWithUUID(*uuid) : nullptr;
+    if (!object) continue;
+    if (isIngredient()) {
+      ZYMLibraryRegistry::sharedInstance().removeOrderItemsForIngredientWithUUID(uuidForOrders);
+    }
+    mainContext().deleteObject(*object);
+  }
+  group.closeAndSave("Delete Items", "ZYMCachingModel.removeItems");
+}
+
+std::vector<ZYMSummary> ZYMCachingModel::summariesforAllItems() {
+  std::vector<ZYMSummary> rows;
+  for (NSManagedObject* object : objectsSortedOnName()) {
+    auto* item = static_cast<ZYMEntity*>(object);
+    if (!item->name()) item->setName("");
+    rows.push_back({item->name().value_or(""), item->uuid().value_or(""), 0});
+  }
+  return rows;
+}
+
+PlistArray ZYMCachingModel::allItems() {
+  return dictionaryRepresentationOfEntityArray(objectsSortedOnName());
+}
+
+PlistDictionary ZYMCachingModel::firstIngredient() {
+  const PlistArray items = allItems();
+  PlistDictionary first = items.empty() ? createItem() : *items.find(0)->dictionary();
+  if (!first.contains(nameKeyInRecords_)) first.set(nameKeyInRecords_, "");
+  return first;
+}
+
+std::int64_t ZYMCachingModel::indexOfMostSimilarObjectToString_inArray_forKey(
+    std::string_view text, const PlistArray* array, const std::optional<KeyName>& key) {
+  if (!array) return NSNotFound;
+  return indexOfMostSimilar(text, array->size(),
+                            [&](std::size_t i) { return textOf(*array->find(i), key); });
+}
+
+// Only the record that is found is made, unless values are asked for.
+PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingKeysAndValues(
+    std::string_view text, const PlistDictionary* keysAndValues) {
+  Objects candidates = objectsSortedOnName();
+  if (keysAndValues) {
+    Objects matching;
+    std::ranges::copy_if(candidates, std::back_inserter(matching), [&](NSManagedObject* object) {
+      return holdsAll(recordOf(*object), *keysAndValues);
+    });
+    if (!matching.empty()) candidates = matching;
+  }
+  return recordOf(mostSimilar(text, candidates));
+}
+
+std::vector<PlistDictionary> ZYMCachingModel::ingredientsWithNamesMostSimilarToStrings(
+    const std::vector<std::string>& texts) {
+  std::vector<PlistDictionary> records;
+  if (texts.empty()) return records;
+  const Objects candidates = objectsSortedOnName();
+  for (const std::string& text : texts) records.push_back(recordOf(mostSimilar(text, candidates)));
+  return records;
+}
+
+std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> ZYMCachingModel::objectsByUUID()
+    const {
+  std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> result;
+  for (NSManagedObject* object : ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
+                                     entityClass(), nullptr, std::nullopt, std::nullopt)
+                                     .value_or(Objects())) {
+    const std::string* uuid = object->stringForKey(attributes::uuid);
+    if (uuid) result[*uuid].push_back(static_cast<ZYMRecordEntity*>(object));
+  }
+  return result;
+}
+
+void ZYMCachingModel::addItemsFromArray(const PlistArray& items) {
+  // Once for all: a look-up for each would go through all that was added before it.
+  auto objects = objectsByUUID();
+  bool added = false;
+  for (const PlistDictionary& item : PlistRows(&items)) {
+    const std::string* uuid = item.string(keys::UUID);
+    if (!uuid) continue;
+    std::vector<ZYMRecordEntity*>& known = objects[*uuid];
+    if (known.size() > 1) continue;
+    if (known.empty()) known.push_back(&insertObject());
+    PlistDictionary copy = item;
+    copy.set(keys::DateLastModified, NSDate::date());
+    known.front()->updateWithDictionaryRepresentation(copy);
+    added = true;
+  }
+  if (added) ZYMCoreDataModel::sharedInstance().save();
+}
+
+void ZYMCachingModel::addItemsFromDictionary(const PlistDictionary& items) {
+  std::vector<PlistValue> records;
+  records.reserve(items.size());
+  for (const PlistEntry& entry : items) records.push_back(entry.value);
+  addItemsFromArray(PlistArray(std::move(records)));
+}
+
+}  // namespace zym

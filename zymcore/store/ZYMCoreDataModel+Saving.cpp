@@ -1,0 +1,82 @@
+#include "zymcore/documents/SafeJSON.h"
+#include "zymcore/platform/events/NSRunLoop.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSLog.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
+
+namespace zym {
+namespace {
+
+constexpr KeyName NSDetailedErrorsKey{"NSDetailedErrors"};
+
+std::string textOf(const PlistDictionary& userInfo) {
+  return safeDataWithJSONObject_options(userInfo, 0).value_or("{}");
+}
+
+void logFailure(const NSError& error) {
+  NSLog("Failed to save to data store: " + error.localizedDescription);
+  const PlistArray* details = error.userInfo.array(NSDetailedErrorsKey);
+  if (!details || details->empty()) {
+    NSLog("  " + textOf(error.userInfo));
+    return;
+  }
+  for (const PlistDictionary& detail : error.userInfo.rows(NSDetailedErrorsKey)) {
+    NSLog("  DetailedError: " + textOf(detail));
+  }
+}
+
+}  // namespace
+
+void ZYMCoreDataModel::saveNow() {
+  if (const std::shared_ptr<NSTimer> timer = saveTimer_.lock()) timer->invalidate();
+  saveTimer_.reset();
+  if (!mainContext_ || !mainContext_->hasChanges()) return;
+
+  bool saved = false;
+  NSError error;
+  const auto report = [&] {
+    if (!saved) logFailure(error);
+    postNotificationOnMainThreadWithName(saved ? CoreDataModelDidSaveNotification
+                                               : CoreDataModelDidSaveFailedNotification);
+  };
+  try {
+    try {
+      mainContext_->performBlockAndWait([&] { saved = mainContext_->save(&error); });
+    } catch (const NSException&) {
+      saved = mainContext_->save(&error);
+    }
+  } catch (...) {
+    report();
+    throw;
+  }
+  report();
+}
+
+void ZYMCoreDataModel::save() {
+  saveNow();
+}
+
+void ZYMCoreDataModel::timedSave(NSTimer& /*timer*/) {
+  saveNow();
+}
+
+void ZYMCoreDataModel::mergeSavedContext(const NSNotification& notification) {
+  if (notification.object == mainContext_.get()) return;
+  if (!NSRunLoop::isMainThread()) {
+    NSRunLoop::mainRunLoop().performOnMainThreadAndWait([&] { mergeSavedContext(notification); });
+    return;
+  }
+  mainObjectContext()->mergeChangesFromContextDidSaveNotification(notification);
+  postNotificationOnMainThreadWithName(CoreDataModelReloadNowNotification);
+}
+
+void ZYMCoreDataModel::postNotificationOnMainThreadWithName(const std::string& name) {
+  NSRunLoop::mainRunLoop().performOnMainThreadAndWait(
+      [&] { NSNotificationCenter::defaultCenter().postNotificationName_object(name, this); });
+}
+
+void ZYMCoreDataModel::postReloadNotification(const NSNotification& /*notification*/) {
+  postNotificationOnMainThreadWithName(CoreDataModelReloadNowNotification);
+}
+
+}  // namespace zym

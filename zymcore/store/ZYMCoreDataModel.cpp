@@ -1,0 +1,196 @@
+#include "zymcore/store/ZYMCoreDataModel.h"
+
+#include <cstdlib>
+
+#include "zymcore/platform/events/NSRunLoop.h"
+#include "zymcore/platform/events/NSUndoManager.h"
+#include "zymcore/platform/host/NSBundle.h"
+#include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/platform/host/NSSearchPath.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSLog.h"
+#include "zymcore/store/internal/EntityClasses.h"
+
+namespace zym {
+namespace {
+
+std::string documentsFolder() {
+  return NSSearchPathForDirectory(NSSearchPathDirectory::DocumentDirectory);
+}
+
+std::string made(const std::string& folder) {
+  NSFileManager::createDirectoryAtPath(folder);
+  return folder;
+}
+
+[[noreturn]] void abortWithoutStore(const std::string& reason) {
+  NSLog("The data store can't be opened: " + reason);
+  std::abort();
+}
+
+// Stands the store's external data aside while the store is migrated. It is looked for in
+// Documents, wherever the store is.
+class ExternalDataAside {
+ public:
+  explicit ExternalDataAside(bool isNeeded) : isNeeded_(isNeeded) {
+    if (isNeeded_ && NSFileManager::fileExistsAtPath(external_)) {
+      NSFileManager::moveItemAtPath_toPath(external_, holding_);
+    }
+  }
+  void putBack() {
+    if (!isNeeded_) return;
+    NSFileManager::removeItemAtPath(external_);
+    NSFileManager::moveItemAtPath_toPath(holding_, external_);
+  }
+
+ private:
+  bool isNeeded_;
+  std::string external_ = documentsFolder() + "/.Wortmeister_SUPPORT/_EXTERNAL_DATA";
+  std::string holding_ = documentsFolder() + "/tmpPathToReplacementData";
+};
+
+}  // namespace
+
+std::unique_ptr<ZYMCoreDataModel>& ZYMCoreDataModel::instance() {
+  // Never destroyed: what other singletons leave behind at the end of the process may still ask.
+  static auto* instance = new std::unique_ptr<ZYMCoreDataModel>();
+  return *instance;
+}
+
+ZYMCoreDataModel& ZYMCoreDataModel::sharedInstance() {
+  std::unique_ptr<ZYMCoreDataModel>& model = instance();
+  if (!model) model.reset(new ZYMCoreDataModel());
+  return *model;
+}
+
+void ZYMCoreDataModel::tearDown() {
+  instance().reset();
+}
+
+ZYMCoreDataModel::ZYMCoreDataModel() {
+  NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
+  const auto reload = [this](const NSNotification& n) { postReloadNotification(n); };
+  undone_ =
+      center.addObserverForName_object(NSUndoManagerDidUndoChangeNotification, nullptr, reload);
+  redone_ =
+      center.addObserverForName_object(NSUndoManagerDidRedoChangeNotification, nullptr, reload);
+}
+
+ZYMCoreDataModel::~ZYMCoreDataModel() {
+  saveNow();
+}
+
+std::string ZYMCoreDataModel::oldV2Path() const {
+  if (!dataFolder_.empty()) return made(dataFolder_);
+  switch (dataStorage_) {
+    case 0:
+      return made(documentsFolder());
+    case 2:
+      return pathForContainer();
+    default:
+      return made(documentsFolder() + "/Wortmeister-Data");
+  }
+}
+
+std::string ZYMCoreDataModel::newV2Path() const {
+  if (!dataFolder_.empty()) return made(dataFolder_);
+  switch (dataStorage_) {
+    case 0:
+      return oldV2Path();
+    case 1:
+      return made(NSSearchPathForDirectory(NSSearchPathDirectory::ApplicationSupportDirectory) +
+                  "/Wortmeister2");
+    case 2:
+      return pathForContainer();
+    default:
+      throw NSException(NSInternalInconsistencyException,
+                        "dataStorage " + std::to_string(dataStorage_) + " has no folders");
+  }
+}
+
+std::string ZYMCoreDataModel::pathForContainer() const {
+  return NSSearchPathForDirectory(NSSearchPathDirectory::LibraryDirectory) + "/Containers/" +
+         NSBundle::mainBundle().bundleIdentifier() + "/Data/Documents";
+}
+
+std::string ZYMCoreDataModel::imagesFolderPath() const {
+  return made(newV2Path() + "/Images");
+}
+
+std::string ZYMCoreDataModel::historyFolderPath() const {
+  return newV2Path();
+}
+
+const std::shared_ptr<NSManagedObjectModel>& ZYMCoreDataModel::objectModel() {
+  if (objectModel_) return objectModel_;
+  const std::optional<std::string> url =
+      NSBundle::mainBundle().pathForResource_ofType("WortmeisterCoreDataModel", "momd");
+  if (!url) abortWithoutStore("there is no resource WortmeisterCoreDataModel.momd");
+  NSError error;
+  objectModel_ = NSManagedObjectModel::initWithContentsOfURL(*url, &error);
+  if (!objectModel_) abortWithoutStore(error.localizedDescription);
+  setEntityClasses(*objectModel_);
+  return objectModel_;
+}
+
+const std::shared_ptr<NSPersistentStoreCoordinator>&
+ZYMCoreDataModel::persistentStoreCoordinator() {
+  if (!coordinator_) {
+    const std::string storePath = newV2Path() + "/" + kDataManagerSQLiteName;
+    copyOldFolderIfNeeded(storePath);
+    openStore(storePath);
+  }
+  return coordinator_;
+}
+
+void ZYMCoreDataModel::copyOldFolderIfNeeded(const std::string& storePath) {
+  if (NSFileManager::fileExistsAtPath(storePath)) return;
+  const std::string from = oldV2Path();
+  const std::string to = newV2Path();
+  if (!NSFileManager::fileExistsAtPath(from + "/" + kDataManagerSQLiteName)) {
+    firstRun_ = true;
+    return;
+  }
+  for (const std::string& name :
+       NSFileManager::contentsOfDirectoryAtPath(from).value_or(std::vector<std::string>())) {
+    NSFileManager::copyItemAtPath_toPath(from + "/" + name, to + "/" + name);
+  }
+}
+
+void ZYMCoreDataModel::openStore(const std::string& storePath) {
+  const bool isCompatible = objectModel()->isConfiguration_compatibleWithStoreMetadata(
+      std::nullopt, NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
+                        NSSQLiteStoreType, storePath));
+  ExternalDataAside externalData(!isCompatible);
+  auto coordinator = std::make_shared<NSPersistentStoreCoordinator>(objectModel());
+  NSError error;
+  if (!coordinator->addPersistentStoreWithType_configuration_URL_options(
+          NSSQLiteStoreType, std::nullopt, storePath,
+          {{NSMigratePersistentStoresAutomaticallyOption, true},
+           {NSInferMappingModelAutomaticallyOption, true}},
+          &error)) {
+    abortWithoutStore(error.localizedDescription);
+  }
+  externalData.putBack();
+  coordinator_ = std::move(coordinator);
+}
+
+NSManagedObjectContext* ZYMCoreDataModel::mainObjectContext() {
+  if (mainContext_) return mainContext_.get();
+  if (!NSRunLoop::isMainThread()) {
+    NSRunLoop::mainRunLoop().performOnMainThreadAndWait([this] { (void)mainObjectContext(); });
+    return mainContext_.get();
+  }
+  const std::shared_ptr<NSPersistentStoreCoordinator>& coordinator = persistentStoreCoordinator();
+  if (!coordinator) return nullptr;
+  auto context = std::make_unique<NSManagedObjectContext>(NSMainQueueConcurrencyType);
+  context->setPersistentStoreCoordinator(coordinator);
+  mainContext_ = std::move(context);
+  if (firstRun_) {
+    postNotificationOnMainThreadWithName(CoreDataModelReloadNowNotification);
+    postNotificationOnMainThreadWithName(CoreDataModelFirstRunNotification);
+  }
+  return mainContext_.get();
+}
+
+}  // namespace zym

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "zymcore/platform/events/NSNotificationCenter.h"
+#include "zymcore/platform/events/NSTimer.h"
+#include "zymcore/platform/objects/NSManagedObjectContext.h"
+#include "zymcore/platform/objects/NSManagedObjectModel.h"
+#include "zymcore/platform/objects/NSPersistentStoreCoordinator.h"
+
+namespace zym {
+
+/// There is none: resources come from the main bundle.
+inline constexpr const char* kDataManagerBundleName = nullptr;
+inline constexpr const char* kDataManagerModelName = "Wortmeister";
+inline constexpr const char* kDataManagerSQLiteName = "Wortmeister.sqlite";
+
+// Notifications, on the main thread, with the model as object.
+inline constexpr const char* CoreDataModelDidSaveNotification = "CoreDataModelDidSaveNotification";
+inline constexpr const char* CoreDataModelDidSaveFailedNotification =
+    "CoreDataModelDidSaveFailedNotification";
+/// The store is new and wants its initial state.
+inline constexpr const char* CoreDataModelFirstRunNotification =
+    "CoreDataModelFirstRunNotification";
+/// What is shown may have changed: after an undo, a redo, a merge, an installation.
+inline constexpr const char* CoreDataModelReloadNowNotification =
+    "CoreDataModelReloadNowNotification";
+
+/// The one owner of the persistent store and of the one context that writes to it. Nothing is
+/// opened before somebody asks for the context; the host sets `dataStorage` before that.
+class ZYMCoreDataModel {
+ public:
+  [[nodiscard]] static ZYMCoreDataModel& sharedInstance();
+  /// Saves and lets go of the store, its context and all objects in it. The next
+  /// `sharedInstance` starts afresh.
+  static void tearDown();
+
+  ~ZYMCoreDataModel();
+  ZYMCoreDataModel(const ZYMCoreDataModel&) = delete;
+  ZYMCoreDataModel& operator=(const ZYMCoreDataModel&) = delete;
+
+  /// Which folders are used: 0 the user's Documents folder; 1 "Wortmeister2" among the user's
+  /// application data, filled from "Wortmeister-Data" in Documents; 2 the container of a sandboxed
+  /// host. Any other value is the host's fault and throws where a folder is asked for.
+  [[nodiscard]] std::uint64_t dataStorage() const noexcept { return dataStorage_; }
+  void setDataStorage(std::uint64_t dataStorage) noexcept { dataStorage_ = dataStorage; }
+  /// A data folder of the host's own choice, in place of all that `dataStorage` says; empty for
+  /// none.
+  void setDataFolder(std::string path) { dataFolder_ = std::move(path); }
+
+  /// Whether there was no store, neither here nor in the old folder, when it was opened. Never
+  /// becomes false again.
+  [[nodiscard]] bool firstRun() const noexcept { return firstRun_; }
+
+  // Folders; all but the container are made where they are missing.
+  [[nodiscard]] std::string oldV2Path() const;
+  [[nodiscard]] std::string newV2Path() const;
+  [[nodiscard]] std::string pathForContainer() const;
+  [[nodiscard]] std::string imagesFolderPath() const;
+  [[nodiscard]] std::string historyFolderPath() const;
+
+  // Made on first use. A store that can't be opened ends the process, with a line in the log: a
+  // library that can't read its data must not go on beside it.
+
+  /// The resource "WortmeisterCoreDataModel.momd" of the main bundle.
+  [[nodiscard]] const std::shared_ptr<NSManagedObjectModel>& objectModel();
+  [[nodiscard]] const std::shared_ptr<NSPersistentStoreCoordinator>& persistentStoreCoordinator();
+  /// From any thread; another than the main thread waits for it. On a first run, posts
+  /// `CoreDataModelReloadNowNotification` and `CoreDataModelFirstRunNotification`.
+  [[nodiscard]] NSManagedObjectContext* mainObjectContext();
+
+  /// Fills the libraries with the seed data of the main bundle, whatever was there before: eight
+  /// property lists, each with a "Version" that is remembered in the user defaults. What is missing
+  /// or no property list adds nothing and counts as not installed. Main thread.
+  void installInitialState();
+  /// The same for the seed files whose "Version" differs from the one installed last, older ones
+  /// included. A brewer's changes to a seed record are lost by that, all other records stay.
+  void checkVersionsAndUpdateIfNecessary();
+
+  /// A timed save that waits, if the host has scheduled one. A save cancels it.
+  void setSaveTimer(const std::shared_ptr<NSTimer>& timer) { saveTimer_ = timer; }
+  [[nodiscard]] std::shared_ptr<NSTimer> saveTimer() const { return saveTimer_.lock(); }
+
+  /// Saves what has changed and posts whether it worked. What couldn't be saved stays in the
+  /// context.
+  void saveNow();
+  void save();
+  /// For a timer of the host's.
+  void timedSave(NSTimer& timer);
+
+  /// Takes in what a context of the host's saved, on the main thread, and posts
+  /// `CoreDataModelReloadNowNotification`. The main context's own saves are passed over.
+  void mergeSavedContext(const NSNotification& notification);
+
+  /// From any thread; returns when the observers have run.
+  void postNotificationOnMainThreadWithName(const std::string& name);
+  void postReloadNotification(const NSNotification& notification);
+
+ private:
+  ZYMCoreDataModel();
+  static std::unique_ptr<ZYMCoreDataModel>& instance();
+  void copyOldFolderIfNeeded(const std::string& storePath);
+  void openStore(const std::string& storePath);
+
+  std::uint64_t dataStorage_ = 0;
+  std::string dataFolder_;
+  bool firstRun_ = false;
+  std::shared_ptr<NSManagedObjectModel> objectModel_;
+  std::shared_ptr<NSPersistentStoreCoordinator> coordinator_;
+  std::unique_ptr<NSManagedObjectContext> mainContext_;
+  std::weak_ptr<NSTimer> saveTimer_;
+  NSNotificationCenter::Token undone_;
+  NSNotificationCenter::Token redone_;
+};
+
+}  // namespace zym

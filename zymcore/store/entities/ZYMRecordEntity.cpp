@@ -1,0 +1,116 @@
+#include "zymcore/store/entities/ZYMRecordEntity.h"
+
+#include <algorithm>
+
+#include "zymcore/documents/NSDictionaryExtensions.h"
+#include "zymcore/documents/NSStringExtensions.h"
+#include "zymcore/documents/RecordKeys.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMEntityFetch.h"
+
+namespace zym {
+namespace {
+
+bool holds(const std::vector<NSManagedObject*>& objects, const NSManagedObject* object) {
+  return std::find(objects.begin(), objects.end(), object) != objects.end();
+}
+
+// A record without a UUID matches nothing, not even an object that has none.
+NSManagedObject& childForRecord(const RecordChildren& children, const PlistDictionary& record,
+                                NSManagedObjectContext& context) {
+  if (const std::string* uuid = record.string(keys::UUID)) {
+    const ZYMEntityFetch::Objects found =
+        ZYMEntityFetch::objectsInContext_matchingKey_andValue_sortedOnKey(
+            children.entity, &context, attributes::uuid, *uuid, std::nullopt);
+    if (found && !found->empty()) return *found->front();
+  }
+  return *context.insertNewObjectForEntityForName(children.entity);
+}
+
+}  // namespace
+
+std::optional<PlistDictionary> ZYMRecordEntity::dictionaryRepresentation() {
+  PlistDictionary record;
+  writeFields(record);
+  writeChildren(record);
+  return record;
+}
+
+void ZYMRecordEntity::updateWithDictionaryRepresentation_usingContext(
+    PlistDictionary& record, NSManagedObjectContext& context) {
+  correctForSerialization(record);
+  completeRecord(record);
+  readFields(record);
+  readChildren(record, context);
+}
+
+void ZYMRecordEntity::completeRecord(PlistDictionary& /*record*/) {}
+
+void ZYMRecordEntity::writeFields(PlistDictionary& record) {
+  for (const RecordField& field : form().fields) {
+    if (!field.write) continue;
+    std::optional<PlistValue> value = field.write(*this, field.attribute);
+    if (value) record.set(field.key, std::move(*value));
+  }
+}
+
+void ZYMRecordEntity::readFields(const PlistDictionary& record) {
+  for (const RecordField& field : form().fields) {
+    if (!field.read) continue;
+    const NSAttributeDescription& attribute =
+        entity().attributes()[entity().attributeIndex(field.attribute).value()];
+    const PlistValue* given = record.find(field.readKey);
+    if (!given) given = record.find(field.otherwise);
+    const PlistValue* stored = valueForKey(field.attribute);
+    std::optional<PlistValue> value = field.read(given, stored);
+    // What the attribute can't hold counts as not given.
+    if (value && !attribute.accepts(*value)) value = field.read(nullptr, stored);
+    setValue_forKey(std::move(value), field.attribute);
+  }
+}
+
+void ZYMRecordEntity::writeChildren(PlistDictionary& record) {
+  const RecordChildren* children = form().children;
+  if (!children) return;
+  const std::vector<NSManagedObject*>& objects = objectsForKey(children->relationship);
+  switch (children->order) {
+    case RecordChildren::Order::ByIndex:
+      record.set(children->key, dictionaryRepresentationsSortedOnIndexKeyFromSet(objects));
+      break;
+    case RecordChildren::Order::ByExpiryDescending:
+      record.set(children->key, dictionaryRepresentationsSortedOnEntityKey_ascending_fromSet(
+                                    attributes::expiresOn, false, objects));
+      break;
+    case RecordChildren::Order::None:
+      record.set(children->key, dictionaryRepresentationOfEntityArray(objects));
+      break;
+  }
+}
+
+// A record with children deletes those it no longer lists. One without any only lets go of them:
+// they stay in the store, of no parent.
+void ZYMRecordEntity::readChildren(PlistDictionary& record, NSManagedObjectContext& context) {
+  const RecordChildren* children = form().children;
+  if (!children) return;
+
+  std::vector<NSManagedObject*> listed;
+  std::int64_t position = 0;
+  for (PlistDictionary& row : record.editRows(children->key)) {
+    if (children->getUUIDs && !row.contains(keys::UUID)) row.set(keys::UUID, zym::uuid());
+    NSManagedObject& child = childForRecord(*children, row, context);
+    child.setObject_forKey(this, children->parent);
+    if (children->haveIndex) child.setValue_forKey(position, attributes::index);
+    dynamic_cast<ZYMEntityDictionarySupport&>(child)
+        .updateWithDictionaryRepresentation_usingContext(row, context);
+    if (!holds(listed, &child)) listed.push_back(&child);
+    ++position;
+  }
+  const std::vector<NSManagedObject*> before = objectsForKey(children->relationship);
+  setObjects_forKey(listed, children->relationship);
+  if (listed.empty()) return;
+  for (NSManagedObject* child : before) {
+    if (!holds(listed, child)) context.deleteObject(*child);
+  }
+}
+
+}  // namespace zym

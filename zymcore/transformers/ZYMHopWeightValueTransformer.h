@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "zymcore/transformers/ZYMWeightValueTransformer.h"
+
+namespace zym {
+
+/// Weights of hops, stored in g. Shown by "HopUnits"; but what is typed without a unit, and a
+/// transformer used as an object, go by "Units" like any weight.
+class ZYMHopWeightValueTransformer final : public ZYMWeightValueTransformer {
+ public:
+  [[nodiscard]] static std::string convertForDisplay(const PlistValue* value);
+  [[nodiscard]] static std::int64_t weightUnits();
+};
+
+}  // namespace zym

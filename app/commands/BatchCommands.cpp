@@ -58,15 +58,17 @@ struct Span {
 };
 constexpr Span spans[] = {
     {"year", &ZYMRecipes::batchSummariesNewestFirstSinceYearStart},
-    {"3 months", &ZYMRecipes::batchSummariesNewestFirstLast3Months},
-    {"6 months", &ZYMRecipes::batchSummariesNewestFirstLast6Months},
-    {"12 months", &ZYMRecipes::batchSummariesNewestFirstLast12Months},
-    {"24 months", &ZYMRecipes::batchSummariesNewestFirstLast24Months},
+    {"3", &ZYMRecipes::batchSummariesNewestFirstLast3Months},
+    {"6", &ZYMRecipes::batchSummariesNewestFirstLast6Months},
+    {"12", &ZYMRecipes::batchSummariesNewestFirstLast12Months},
+    {"24", &ZYMRecipes::batchSummariesNewestFirstLast24Months},
 };
 
 Rows rowsSince(const std::string& since) {
   if (since.empty()) return library().allBatchSummariesNewestFirst();
-  const auto span = std::ranges::find(spans, since, &Span::name);
+  // "3" and "3 months" are the same.
+  const std::string_view number = std::string_view(since).substr(0, since.find(" month"));
+  const auto span = std::ranges::find(spans, number, &Span::name);
   if (span != std::end(spans)) return (library().*span->rows)();
   return library().batchSummariesNewestFirstSinceDate(*take::day(since).date());
 }
@@ -146,7 +148,7 @@ void addBatchCommands(CLI::App& program) {
       add("batches", "List the batches, the newest first.", listBatches);
   batches
       ->add_option("--since", ofBatches->since,
-                   "year (since 1 January), 3, 6, 12 or 24 months, or a day such as 2026-03-01")
+                   "year (since 1 January), 3, 6, 12 or 24 (months), or a day such as 2026-03-01")
       ->type_name("SPAN");
   batches->add_option("--recipe", ofBatches->recipe, "Those of a recipe, the oldest first")
       ->type_name("RECIPE");
@@ -165,7 +167,8 @@ void addBatchCommands(CLI::App& program) {
 
   const auto [history, ofHistory] = add("history", "List what was opened last.", listHistory);
   history->add_option("--limit", ofHistory->limit, "At most so many; 0 for all")
-      ->type_name("COUNT");
+      ->type_name("COUNT")
+      ->check(CLI::Range(0, 1000000));
 }
 
 }  // namespace zym::host

@@ -40,14 +40,28 @@ NSImage imageIn(const std::string& file) {
   return *image;
 }
 
+/// The library keeps the record of an image also where no file could be written. A photo that isn't
+/// there is of no use: the record goes again, and the user is told.
+void requireFilesOfNewImages(const Item& item, const std::vector<std::string>& before) {
+  for (const std::string& uuid : library().imageUUIDsForItemWithUUID(item.uuid)) {
+    if (std::ranges::find(before, uuid) != before.end()) continue;
+    const auto path = library().pathForLargeImageWithUUID(uuid);
+    if (path && NSFileManager::fileExistsAtPath(*path)) continue;
+    (void)library().removeImageWithUUID(uuid);
+    throw InputError(printable(path.value_or("the image")) + ": can't be written");
+  }
+}
+
 void addImages(const Options& options) {
   openStore();
   const Item item = itemNamed(options.item);
   for (const std::string& file : options.files) {
     const NSImage image = imageIn(file);
+    const std::vector<std::string> before = library().imageUUIDsForItemWithUUID(item.uuid);
     library().addThumbnailImage_withLargeImage_toItemWithUUID(
         ZYMRecipes::thumbnailFromImage(image), ZYMRecipes::sizedLargeImageFromImage(image),
         item.uuid);
+    requireFilesOfNewImages(item, before);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iostream>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -31,11 +32,18 @@ constexpr std::string_view temperatures[] = {"Celsius", "Fahrenheit"};
 
 constexpr std::string_view guidelines[] = {"2008", "2015"};
 
+/// The numbers that a default can be.
+struct Bounds {
+  double least, most;
+};
+constexpr Bounds factor{0, 10};
+
 struct Default {
   KeyName key;
   double initial;
   Words words;  // what the numbers from 0 on stand for
   std::string_view meaning;
+  Bounds bounds = {};  // where it has no words
 };
 
 // The five factors correct bitterness formulas that were fitted to whole hops, loose in the kettle.
@@ -53,24 +61,24 @@ const Default defaults[] = {
     // Milled lupulin glands give up their resins sooner: 10 to 15 % more is used, says G. Tinseth
     // of his own measurements ("Glenn's Hop Utilization Numbers", The Hop Page, 1995); the lower
     // end.
-    {keys::PelletHopAdjustment, 1.10, {}, "utilisation of loose pellets"},
+    {keys::PelletHopAdjustment, 1.10, {}, "utilisation of loose pellets", factor},
     // A bag keeps wort from moving through the hops; M. Garetz ("Using Hops", 1994) allows for it,
     // and a tenth is the usual figure.
-    {keys::BaggedHopAdjustment, 0.90, {}, "utilisation of whole hops in a bag"},
+    {keys::BaggedHopAdjustment, 0.90, {}, "utilisation of whole hops in a bag", factor},
     // Both at once: 1.10 x 0.90.
-    {keys::BaggedPelletHopAdjustment, 0.99, {}, "utilisation of pellets in a bag"},
+    {keys::BaggedPelletHopAdjustment, 0.99, {}, "utilisation of pellets in a bag", factor},
     // F. Preis and W. Mitter ("The re-discovery of first wort hopping", Brauwelt International,
     // 1995) measured more bitterness than from the same hops in the boil; a tenth is the usual
     // allowance.
-    {keys::FirstWortHopAdjustment, 1.10, {}, "bitterness of first wort hops"},
+    {keys::FirstWortHopAdjustment, 1.10, {}, "bitterness of first wort hops", factor},
     // Most of the resin stays behind with the spent grain. Brewers who mash with hops reckon with
     // four fifths lost; no measurement has been published that would bear more digits.
-    {keys::MashHopAdjustment, 0.20, {}, "bitterness of hops in the mash"},
+    {keys::MashHopAdjustment, 0.20, {}, "bitterness of hops in the mash", factor},
 
     // At sea level, under the standard atmosphere of 1013.25 hPa.
-    {keys::BoilingPoint, 100, {}, "boiling point of water in °C"},
+    {keys::BoilingPoint, 100, {}, "boiling point of water in °C", {60, 110}},
     // Brewing hydrometers outside the United States are made for 20 °C.
-    {keys::HydrometerCalibrationTemp, 20, {}, "°C at which the hydrometer reads true"},
+    {keys::HydrometerCalibrationTemp, 20, {}, "°C at which the hydrometer reads true", {0, 50}},
 };
 
 constexpr KeyName localeKey{"Locale"};
@@ -80,13 +88,19 @@ bool equalButForCase(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, lower, lower);
 }
 
-std::optional<double> numberOf(std::string_view text, Words words) {
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    if (equalButForCase(text, words[i])) return static_cast<double>(i);
+bool canBe(const Default& known, double number) {
+  if (known.words.empty()) return number >= known.bounds.least && number <= known.bounds.most;
+  return number >= 0 && number < static_cast<double>(known.words.size()) &&
+         number == std::floor(number);
+}
+
+std::optional<double> numberOf(std::string_view text, const Default& known) {
+  for (std::size_t i = 0; i < known.words.size(); ++i) {
+    if (equalButForCase(text, known.words[i])) return static_cast<double>(i);
   }
   double number = 0;
   const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (fault != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) {
+  if (fault != std::errc() || end != text.data() + text.size() || !canBe(known, number)) {
     return std::nullopt;
   }
   return number;
@@ -112,15 +126,24 @@ std::string choices(Words words) {
   return text;
 }
 
+std::string possible(const Default& known) {
+  if (!known.words.empty()) return "choose " + choices(known.words);
+  return "give a number from " + shortestNumberText(known.bounds.least) + " to " +
+         shortestNumberText(known.bounds.most);
+}
+
 double valueOf(const Default& known, std::string_view text) {
-  const std::optional<double> number = numberOf(text, known.words);
+  const std::optional<double> number = numberOf(text, known);
   if (!number) {
     throw UsageError("'" + printable(text) + "' is no value for " + std::string(known.key.text()) +
-                     "; " +
-                     (known.words.empty() ? "give a number" : "choose " + choices(known.words)));
+                     "; " + possible(known));
   }
   return *number;
 }
+
+/// Kept values that their keys can't have, such as those of another program, with what is taken in
+/// their place.
+PlistDictionary replacements;
 
 }  // namespace
 
@@ -131,7 +154,7 @@ void registerInitialDefaults() {
 }
 
 void setDefaultsForThisRun(const std::vector<std::string>& assignments) {
-  PlistDictionary values;
+  PlistDictionary values = replacements;
   for (const std::string& assignment : assignments) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string::npos) {
@@ -158,6 +181,19 @@ void keepDefault(const std::string& key, const std::string& value) {
     defaultsOfUser.setObject_forKey(valueOf(known, value), known.key);
   }
   if (!defaultsOfUser.synchronize()) throw InputError("the settings can't be written");
+}
+
+void passOverImpossibleDefaults() {
+  NSUserDefaults& defaultsOfUser = NSUserDefaults::standardUserDefaults();
+  replacements = {};
+  for (const Default& one : defaults) {
+    const double value = defaultsOfUser.doubleForKey(one.key);
+    if (canBe(one, value)) continue;
+    replacements.set(one.key, one.initial);
+    std::cerr << "zym: " << one.key.text() << " is set to " << shortestNumberText(value)
+              << ", which it can't be; " << possible(one) << '\n';
+  }
+  defaultsOfUser.setArguments(replacements);
 }
 
 void useKeptLocale() {

@@ -70,6 +70,7 @@ void useDataFolder(const std::string& folder) {
     model().setDataFolder(folder);
     NSUserDefaults::standardUserDefaults().setPersistentFile(folder + "/Preferences.plist");
   }
+  passOverImpossibleDefaults();
   useKeptLocale();
 }
 

@@ -1,10 +1,12 @@
 #include "app/sheets/BatchSheet.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
 #include "app/sheets/Figures.h"
 #include "app/sheets/RecipeSheet.h"
+#include "app/sheets/VolumeRows.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecipeKeys.h"
@@ -17,39 +19,65 @@ using Cells = Table::Cells;
 
 constexpr const char* nothing = "–";
 
-/// A quantity with its keys in the recipe and in the measurements. It is known only when there is a
-/// hydrometer reading that it needs; one of 1.000 is the mark of a reading not taken.
+/// What was measured of a batch. A hydrometer reading of 1.000 is the mark of one not taken;
+/// volumes start as the recipe's, so they are the batch's own once one differs or a reading was
+/// taken.
+struct Measured {
+  Measured(const PlistDictionary& recipe, const PlistDictionary& actuals)
+      : preBoil(actuals.doubleValue(keys::PreBoilHydroReading) > 1),
+        original(actuals.doubleValue(keys::OGHydroReading) > 1),
+        final(isReading(actuals.doubleValue(keys::FGHydroReading))),
+        anything(preBoil || original || final ||
+                 std::ranges::any_of(volumeRows, [&](const VolumeRow& row) {
+                   return actuals.doubleValue(row.key) != recipe.doubleValue(row.key);
+                 })) {}
+
+  static bool isReading(double gravity) { return gravity > 0 && gravity != 1; }
+
+  bool preBoil, original, final, anything;
+};
+
+/// A quantity with its keys in the recipe and in the measurements, and whether what it is worked
+/// out from was measured.
 struct Outcome {
   const char* name;
   std::optional<KeyName> predicted;
   KeyName measured;
   std::string (*shown)(const PlistDictionary&, KeyName);
-  std::optional<KeyName> reading = std::nullopt;
+  bool (*isKnown)(const Measured&);
 };
+
+bool fromPreBoil(const Measured& m) {
+  return m.preBoil;
+}
+bool fromOriginal(const Measured& m) {
+  return m.original;
+}
+bool fromFinal(const Measured& m) {
+  return m.final;
+}
+bool fromOriginalAndFinal(const Measured& m) {
+  return m.original && m.final;
+}
+bool fromAnyWort(const Measured& m) {
+  return m.preBoil || m.original;
+}
+bool fromAnything(const Measured& m) {
+  return m.anything;
+}
 
 const Outcome outcomes[] = {
-    {"Before the boil", keys::ExpectedPreBoilGravity, keys::PreBoilGrav, gravityAt,
-     keys::PreBoilHydroReading},
-    {"Original gravity", keys::ExpectedOriginalGravity, keys::OG, gravityAt, keys::OGHydroReading},
-    {"Final gravity", keys::ExpectedFinalGravity, keys::FG, gravityAt, keys::OGHydroReading},
+    {"Before the boil", keys::ExpectedPreBoilGravity, keys::PreBoilGrav, gravityAt, fromPreBoil},
+    {"Original gravity", keys::ExpectedOriginalGravity, keys::OG, gravityAt, fromOriginal},
+    {"Final gravity", keys::ExpectedFinalGravity, keys::FG, gravityAt, fromFinal},
     {"Apparent attenuation", keys::ApparentAttenuation, keys::ApparentAttenuation, percentAt,
-     keys::OGHydroReading},
-    {"Real attenuation", std::nullopt, keys::RealAttenuation, percentAt, keys::OGHydroReading},
-    {"Alcohol by volume", keys::ExpectedABV, keys::ABV, percentAt, keys::OGHydroReading},
-    {"Alcohol by weight", keys::ExpectedABW, keys::ABW, percentAt, keys::OGHydroReading},
-    {"Mash efficiency", keys::MashEfficiency, keys::ActualMashEfficiency, percentAt,
-     keys::PreBoilHydroReading},
-    {"Bitterness", keys::ExpectedIBU, keys::IBU, bitternessAt},
-    {"Colour", keys::ExpectedColor, keys::Color, beerColorAt},
-};
-
-const Outcome volumes[] = {
-    {"Before the boil", keys::PreBoilWortVolume, keys::PreBoilWortVolume, volumeAt},
-    {"After the boil", keys::FinalWortVolume, keys::FinalWortVolume, volumeAt},
-    {"To the fermenter", keys::VolumeToFermenter, keys::VolumeToFermenter, volumeAt},
-    {"Water added", keys::VolumeWaterAdded, keys::VolumeWaterAdded, volumeAt},
-    {"At pitching", keys::VolumeAtPitching, keys::VolumeAtPitching, volumeAt},
-    {"Finished beer", keys::FinalBatchVolume, keys::FinalBatchVolume, volumeAt},
+     fromOriginalAndFinal},
+    {"Real attenuation", std::nullopt, keys::RealAttenuation, percentAt, fromOriginalAndFinal},
+    {"Alcohol by volume", keys::ExpectedABV, keys::ABV, percentAt, fromOriginalAndFinal},
+    {"Alcohol by weight", keys::ExpectedABW, keys::ABW, percentAt, fromOriginalAndFinal},
+    {"Mash efficiency", keys::MashEfficiency, keys::ActualMashEfficiency, percentAt, fromPreBoil},
+    {"Bitterness", keys::ExpectedIBU, keys::IBU, bitternessAt, fromAnyWort},
+    {"Colour", keys::ExpectedColor, keys::Color, beerColorAt, fromAnything},
 };
 
 struct Day {
@@ -67,16 +95,28 @@ constexpr Day notes[] = {{"Notes on the batch", keys::BatchNotes},
                          {"Notes on the packaging", keys::PackagingNotes},
                          {"Notes on the taste", keys::TastingNotes}};
 
-template <std::size_t Count>
-Table comparison(const Outcome (&rows)[Count], const PlistDictionary& recipe,
-                 const PlistDictionary& actuals) {
-  Table table({{"", Cells::Texts},
-               {label("Predicted"), Cells::Quantities},
-               {label("Measured"), Cells::Quantities}});
-  for (const Outcome& row : rows) {
-    const bool isKnown = !row.reading || actuals.doubleValue(*row.reading) > 1.0;
+Table comparison() {
+  return Table({{"", Cells::Texts},
+                {label("Predicted"), Cells::Quantities},
+                {label("Measured"), Cells::Quantities}});
+}
+
+Table outcomeTable(const PlistDictionary& recipe, const PlistDictionary& actuals,
+                   const Measured& measured) {
+  Table table = comparison();
+  for (const Outcome& row : outcomes) {
     table.addRow({label(row.name), row.predicted ? row.shown(recipe, *row.predicted) : nothing,
-                  isKnown ? row.shown(actuals, row.measured) : nothing});
+                  row.isKnown(measured) ? row.shown(actuals, row.measured) : nothing});
+  }
+  return table;
+}
+
+Table volumeTable(const PlistDictionary& recipe, const PlistDictionary& actuals,
+                  const Measured& measured) {
+  Table table = comparison();
+  for (const VolumeRow& row : volumeRows) {
+    table.addRow({label(row.name), volumeAt(recipe, row.key),
+                  measured.anything ? volumeAt(actuals, row.key) : nothing});
   }
   return table;
 }
@@ -103,8 +143,9 @@ void writeBatch(Sheet& sheet, const PlistDictionary& batch) {
   const PlistDictionary actuals = dictionaryAt(batch, keys::Actuals);
 
   sheet.title(titleAt(batch, keys::BatchTitle));
-  sheet.section(label("Outcome"), comparison(outcomes, recipe, actuals));
-  sheet.section(label("Volumes"), comparison(volumes, recipe, actuals));
+  const Measured measured(recipe, actuals);
+  sheet.section(label("Outcome"), outcomeTable(recipe, actuals, measured));
+  sheet.section(label("Volumes"), volumeTable(recipe, actuals, measured));
 
   Table mash({{"", Cells::Texts}, {"", Cells::Texts}});
   mash.addRow({label("Method"), wordAt(batch, keys::SpargeMethod)});
@@ -113,7 +154,7 @@ void writeBatch(Sheet& sheet, const PlistDictionary& batch) {
 
   writeAdditions(sheet, recipe);
   sheet.section(label("Days"), dayTable(batch));
-  for (const Day& note : notes) sheet.section(label(note.name), textAt(batch, note.key));
+  for (const Day& note : notes) sheet.section(label(note.name), batch.stringValue(note.key));
 }
 
 }  // namespace zym::host

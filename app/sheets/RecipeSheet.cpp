@@ -4,6 +4,7 @@
 #include <string>
 
 #include "app/sheets/Figures.h"
+#include "app/sheets/VolumeRows.h"
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/documents/Vocabularies.h"
@@ -33,15 +34,6 @@ constexpr Figure predictions[] = {
     {"Colour", keys::ExpectedColor, beerColorAt},
 };
 
-constexpr Figure volumes[] = {
-    {"Before the boil", keys::PreBoilWortVolume, volumeAt},
-    {"After the boil", keys::FinalWortVolume, volumeAt},
-    {"To the fermenter", keys::VolumeToFermenter, volumeAt},
-    {"Water added", keys::VolumeWaterAdded, volumeAt},
-    {"At pitching", keys::VolumeAtPitching, volumeAt},
-    {"Finished beer", keys::FinalBatchVolume, volumeAt},
-};
-
 std::string formulaInUse(KeyName key, words::Vocabulary names) {
   const std::int64_t code = NSUserDefaults::standardUserDefaults().integerForKey(key);
   if (code < 0 || code >= static_cast<std::int64_t>(names.size())) return {};
@@ -64,8 +56,8 @@ Table predictionTable(const PlistDictionary& recipe) {
 
 Table volumeTable(const PlistDictionary& recipe) {
   Table table({{"", Cells::Texts}, {"", Cells::Quantities}});
-  for (const Figure& figure : volumes) {
-    table.addRow({label(figure.name), figure.shown(recipe, figure.key)});
+  for (const VolumeRow& row : volumeRows) {
+    table.addRow({label(row.name), volumeAt(recipe, row.key)});
   }
   return table;
 }
@@ -146,12 +138,33 @@ Table mashTable(const PlistDictionary& recipe) {
 
 }  // namespace
 
+std::vector<std::string> lacksOf(const PlistDictionary& recipe) {
+  bool hasFermentables = false;
+  for (const PlistDictionary& row : recipe.rows(keys::FermentableIngredients)) {
+    hasFermentables = hasFermentables || row.doubleValue(keys::Amount) > 0;
+  }
+  const PlistArray* yeasts = recipe.array(keys::YeastIngredients);
+  std::vector<std::string> lacks;
+  if (!hasFermentables) {
+    lacks.push_back(label("Nothing to ferment: add malt, extract or sugar."));
+  }
+  if (!(recipe.doubleValue(keys::PreBoilWortVolume) > 0 &&
+        recipe.doubleValue(keys::FinalWortVolume) > 0)) {
+    lacks.push_back(label("Nothing to boil: set the volumes before and after the boil."));
+  }
+  if (!yeasts || yeasts->empty()) {
+    lacks.push_back(label("No yeast: this will not ferment."));
+  }
+  return lacks;
+}
+
 void writeRecipe(Sheet& sheet, const PlistDictionary& recipe) {
   sheet.title(titleAt(recipe, keys::RecipeTitle));
   const std::string type = wordAt(recipe, keys::MashType);
   sheet.remark((type.empty() ? "" : type + ", ") + percentAt(recipe, keys::MashEfficiency) + " " +
                label("mash efficiency") + ", " + minutesAt(recipe, keys::BoilDuration) + " " +
                label("boil"));
+  for (const std::string& lack : lacksOf(recipe)) sheet.remark(lack);
   sheet.section(label("Prediction"), predictionTable(recipe));
   sheet.section(label("Volumes"), volumeTable(recipe));
   writeAdditions(sheet, recipe);
@@ -163,7 +176,7 @@ void writeAdditions(Sheet& sheet, const PlistDictionary& recipe) {
   sheet.section(label("Other ingredients"), otherTable(recipe));
   sheet.section(label("Yeast"), yeastTable(recipe));
   sheet.section(label("Mash"), mashTable(recipe));
-  sheet.section(label("Notes"), textAt(recipe, keys::Notes));
+  sheet.section(label("Notes"), recipe.stringValue(keys::Notes));
 }
 
 }  // namespace zym::host

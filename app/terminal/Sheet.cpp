@@ -1,6 +1,8 @@
 #include "app/terminal/Sheet.h"
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "app/terminal/Text.h"
 
@@ -9,6 +11,21 @@ namespace {
 
 constexpr std::size_t textWidth = 80;
 constexpr std::string_view indent = "  ";
+
+/// The lines of a text, those too long broken, without blank ones around them.
+std::vector<std::string> linesOf(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+    const auto parts = wrapped(printable(text.substr(0, end)), textWidth - indent.size());
+    lines.insert(lines.end(), parts.begin(), parts.end());
+    if (parts.empty() && !lines.empty()) lines.emplace_back();
+    const bool isPair = text.substr(end).starts_with("\r\n");
+    text.remove_prefix(std::min(text.size(), end + (isPair ? 2 : 1)));
+  }
+  while (!lines.empty() && lines.back().empty()) lines.pop_back();
+  return lines;
+}
 
 }  // namespace
 
@@ -29,11 +46,11 @@ void Sheet::section(std::string_view heading, const Table& table) {
 }
 
 void Sheet::section(std::string_view heading, std::string_view text) {
-  const std::vector<std::string> lines = wrapped(text, textWidth - indent.size());
+  const std::vector<std::string> lines = linesOf(text);
   if (lines.empty()) return;
   out_ << '\n';
   this->heading(heading);
-  for (const std::string& line : lines) out_ << indent << line << '\n';
+  for (const std::string& line : lines) out_ << (line.empty() ? "" : indent) << line << '\n';
 }
 
 void Sheet::heading(std::string_view text) {

@@ -20,7 +20,8 @@ class Sheet {
   void remark(std::string_view text);
   /// A heading and the table below it; nothing for an empty table.
   void section(std::string_view heading, const Table& table);
-  /// A heading and words below it, in lines that fit; nothing for an empty text.
+  /// A heading and a text of any origin below it, its lines kept and broken where they don't fit;
+  /// nothing for a blank text.
   void section(std::string_view heading, std::string_view text);
 
  private:

@@ -69,12 +69,12 @@ class FileImportTest : public testing::WithStore {
   }
   static PlistDictionary hop(const std::string& use, const std::string& time,
                              const std::string& boil) {
-    return ingredient(keys::HOPS,
-                      {{keys::NAME, "Fuggle"},
-                       {keys::USE, use},
-                       {keys::TIME, time},
-                       {keys::AMOUNT, "20.000000"},
-                       {keys::ALPHA, "4.2"}},
+    return ingredient(parsedKeys::HOPS,
+                      {{parsedKeys::NAME, "Fuggle"},
+                       {parsedKeys::USE, use},
+                       {parsedKeys::TIME, time},
+                       {parsedKeys::AMOUNT, "20.000000"},
+                       {parsedKeys::ALPHA, "4.2"}},
                       keys::HopIngredients, boil);
   }
   static PlistDictionary stored(const ZYMFileImportOperation& operation) {
@@ -138,12 +138,13 @@ TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
       {nullptr, "Germany", "Adjunct", "Germany ", "1"},
   };
   for (const auto& c : cases) {
-    PlistDictionary in{{keys::TYPE, c.type}, {keys::AMOUNT, "4500.000000"}, {keys::YIELD, "70"}};
-    if (c.name) in.set(keys::NAME, c.name);
-    if (c.origin) in.set(keys::ORIGIN, c.origin);
+    PlistDictionary in{
+        {parsedKeys::TYPE, c.type}, {parsedKeys::AMOUNT, "4500.000000"}, {parsedKeys::YIELD, "70"}};
+    if (c.name) in.set(parsedKeys::NAME, c.name);
+    if (c.origin) in.set(parsedKeys::ORIGIN, c.origin);
     ZYMFileImportOperation operation;
     const PlistDictionary recipe =
-        operation.processParsedRecipe({{keys::FERMENTABLES, PlistArray{in}}});
+        operation.processParsedRecipe({{parsedKeys::FERMENTABLES, PlistArray{in}}});
     ASSERT_GE(operation.matches().size(), 2U);
     const ImportMatch& match = operation.matches()[1];
     EXPECT_EQ(match.textLookedUp, c.lookedUp);
@@ -161,8 +162,9 @@ TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
   }
   ZYMFileImportOperation operation;
   (void)operation.processParsedRecipe(
-      {{keys::FERMENTABLES,
-        PlistArray{PlistDictionary{{keys::NAME, "Maris Otter"}, {keys::ORIGIN, "UK, England"}}}}});
+      {{parsedKeys::FERMENTABLES,
+        PlistArray{PlistDictionary{{parsedKeys::NAME, "Maris Otter"},
+                                   {parsedKeys::ORIGIN, "UK, England"}}}}});
   EXPECT_EQ(operation.matches()[1].nameMatched, "UK Pale Malt");
   EXPECT_EQ(operation.matches()[1].similarity, 1.0);
   EXPECT_EQ(operation.matches()[1].kind, "Fermentable");
@@ -201,8 +203,9 @@ TEST_F(FileImportTest, PutsHopsWhereTheyBelong) {
     EXPECT_EQ(in.stringValue(keys::Alpha), "4.2");
     EXPECT_EQ(in.stringValue(keys::Form), "Loose Whole Hops");
   }
-  const PlistDictionary pellets = ingredient(
-      keys::HOPS, {{keys::NAME, "Fuggle"}, {keys::FORM, "PELLETS"}}, keys::HopIngredients);
+  const PlistDictionary pellets =
+      ingredient(parsedKeys::HOPS, {{parsedKeys::NAME, "Fuggle"}, {parsedKeys::FORM, "PELLETS"}},
+                 keys::HopIngredients);
   EXPECT_EQ(pellets.stringValue(keys::Form), "Loose Pellet Hops");
 }
 
@@ -213,21 +216,23 @@ TEST_F(FileImportTest, TakesOthersAndYeasts) {
                                   {"Secondary", "In Fermenter"},
                                   {"Bottling after Primary", "In Dispense Vessel"},
                                   {"", "In Boil"}}) {
-    const PlistDictionary other =
-        ingredient(keys::MISCS, {{keys::NAME, "Irish Moss"}, {keys::USE, use}, {keys::AMOUNT, "5"}},
-                   keys::OtherIngredients);
+    const PlistDictionary other = ingredient(
+        parsedKeys::MISCS,
+        {{parsedKeys::NAME, "Irish Moss"}, {parsedKeys::USE, use}, {parsedKeys::AMOUNT, "5"}},
+        keys::OtherIngredients);
     EXPECT_EQ(other.stringValue(keys::When), when) << use;
     EXPECT_EQ(other.stringValue(keys::Amount), "5");
     EXPECT_THAT(std::string(other.stringValue(keys::Ingredient)), HasSubstr("Irish Moss"));
   }
-  EXPECT_NO_THROW((void)ingredient(keys::MISCS, {{keys::AMOUNT, "5"}}, keys::OtherIngredients));
+  EXPECT_NO_THROW(
+      (void)ingredient(parsedKeys::MISCS, {{parsedKeys::AMOUNT, "5"}}, keys::OtherIngredients));
 
   const auto yeast = [](PlistDictionary in) {
     return ingredient(keys::YeastIngredients, std::move(in), keys::YeastIngredients);
   };
-  const PlistDictionary known = yeast({{keys::YEAST_NAME, "Bry-97"},
-                                       {keys::YEAST_TYPE, "Ale"},
-                                       {keys::YEAST_FORM, "Dry"},
+  const PlistDictionary known = yeast({{parsedKeys::YEAST_NAME, "Bry-97"},
+                                       {parsedKeys::YEAST_TYPE, "Ale"},
+                                       {parsedKeys::YEAST_FORM, "Dry"},
                                        {keys::Amount, "7"}});
   EXPECT_THAT(std::string(known.stringValue(keys::Name)), HasSubstr("BRY-97"));
   EXPECT_EQ(known.size(), 6U) << "not the library's record";
@@ -235,9 +240,9 @@ TEST_F(FileImportTest, TakesOthersAndYeasts) {
   EXPECT_EQ(known.stringValue(keys::YeastAmountType), "Commercial Pack");
   EXPECT_EQ(known.stringValue(keys::UsageNote), "");
   // A form that no yeast has is no filter.
-  EXPECT_EQ(
-      yeast({{keys::YEAST_NAME, "Bry-97"}, {keys::YEAST_FORM, "Frozen"}}).stringValue(keys::Name),
-      known.stringValue(keys::Name));
+  EXPECT_EQ(yeast({{parsedKeys::YEAST_NAME, "Bry-97"}, {parsedKeys::YEAST_FORM, "Frozen"}})
+                .stringValue(keys::Name),
+            known.stringValue(keys::Name));
   EXPECT_THAT(*process({{keys::YeastIngredients, PlistArray()}}).array(keys::YeastIngredients),
               IsEmpty());
 }
@@ -249,40 +254,43 @@ TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
     KeyName resultKey;
     const char* result;
   } cases[] = {
-      {keys::TYPE, "All Grain", keys::MashType, "Full Mash"},
-      {keys::TYPE, "partial mash", keys::MashType, "Extract with Mini-mash"},
-      {keys::TYPE, "Extract", keys::MashType, "Extract"},
-      {keys::FORCED_CARBONATION, "FALSE", keys::Carbonation, "Force Carbonated"},
-      {keys::PRIMING_SUGAR_NAME, "Honey", keys::Carbonation, "Primed With Honey"},
+      {parsedKeys::TYPE, "All Grain", keys::MashType, "Full Mash"},
+      {parsedKeys::TYPE, "partial mash", keys::MashType, "Extract with Mini-mash"},
+      {parsedKeys::TYPE, "Extract", keys::MashType, "Extract"},
+      {parsedKeys::FORCED_CARBONATION, "FALSE", keys::Carbonation, "Force Carbonated"},
+      {parsedKeys::PRIMING_SUGAR_NAME, "Honey", keys::Carbonation, "Primed With Honey"},
       {keys::MgSO4, "0.1", keys::Carbonation, "Nothing"},
       {keys::MgSO4, "0.1", keys::Conditioning, "Matured for 4 weeks"},
-      {keys::AGE, "100", keys::Conditioning, "Matured for 2 weeks"},  // 14, the first but one digit
-      {keys::AGE, "110", keys::Conditioning, "Matured for 4 months"},
-      {keys::AGE, "28", keys::Conditioning, "Matured for 4 weeks"},
+      {parsedKeys::AGE, "100", keys::Conditioning,
+       "Matured for 2 weeks"},  // 14, the first but one digit
+      {parsedKeys::AGE, "110", keys::Conditioning, "Matured for 4 months"},
+      {parsedKeys::AGE, "28", keys::Conditioning, "Matured for 4 weeks"},
       {keys::FermentationTemperature, "11.5", keys::FermentationTemperature, "11.5"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(process({{c.key, c.text}}).stringValue(c.resultKey), c.result) << c.text;
   }
-  EXPECT_EQ(process({{keys::AGE, "28"}, {keys::AGE_TEMP, "7.9"}}).stringValue(keys::Conditioning),
+  EXPECT_EQ(process({{parsedKeys::AGE, "28"}, {parsedKeys::AGE_TEMP, "7.9"}})
+                .stringValue(keys::Conditioning),
             "Lagered for 4 weeks");
-  EXPECT_EQ(process({{keys::AGE, "28"}, {keys::AGE_TEMP, "8"}}).stringValue(keys::Conditioning),
+  EXPECT_EQ(process({{parsedKeys::AGE, "28"}, {parsedKeys::AGE_TEMP, "8"}})
+                .stringValue(keys::Conditioning),
             "Matured for 4 weeks");
   for (const char* age : {"soon", "nan", "1e300", "-1e300", "1e999", "-7", ""}) {
-    const std::string text(process({{keys::AGE, age}}).stringValue(keys::Conditioning));
+    const std::string text(process({{parsedKeys::AGE, age}}).stringValue(keys::Conditioning));
     EXPECT_THAT(text, ::testing::StartsWith("Matured for ")) << age;
   }
 
-  const PlistDictionary step{{keys::NAME, "Rest"},
-                             {keys::TYPE, "Infusion"},
-                             {keys::STEP_TEMP, "66"},
-                             {keys::STEP_TIME, "60.7"}};
+  const PlistDictionary step{{parsedKeys::NAME, "Rest"},
+                             {parsedKeys::TYPE, "Infusion"},
+                             {parsedKeys::STEP_TEMP, "66"},
+                             {parsedKeys::STEP_TIME, "60.7"}};
   set(keys::TemperatureUnit, 1);
   const PlistDictionary mashed =
-      process({{keys::Notes, "Nice."}, {keys::MASHSTEPS, PlistArray{step, step, step}}});
+      process({{keys::Notes, "Nice."}, {parsedKeys::MASHSTEPS, PlistArray{step, step, step}}});
   const std::string line =
       "Title: Rest\tType: Infusion\tTemp: " +
-      ZYMTemperatureValueTransformer::convertForDisplay(step.find(keys::STEP_TEMP)) +
+      ZYMTemperatureValueTransformer::convertForDisplay(step.find(parsedKeys::STEP_TEMP)) +
       "\tDuration: 60 mins\n";
   EXPECT_EQ(mashed.stringValue(keys::Notes),
             "Nice.\n\nMash Schedule in imported recipe:\n\n" + line + line + line);

@@ -200,8 +200,7 @@ void ZYMBeerCalculations::recalculateBatch(PlistDictionary& batch) {
 void ZYMBeerCalculations::recalculateBatchCost(PlistDictionary& batch) {
   double total = 0;
   if (const PlistDictionary* recipe = batch.dictionary(keys::ModifiedRecipe)) {
-    for (const KeyName additions : {keys::FermentableIngredients, keys::HopIngredients,
-                                    keys::OtherIngredients, keys::YeastIngredients}) {
+    for (const KeyName additions : keys::additions) {
       for (const PlistDictionary& addition : recipe->rows(additions)) {
         for (const PlistDictionary& allocation : addition.rows(keys::Batches)) {
           const float cost =

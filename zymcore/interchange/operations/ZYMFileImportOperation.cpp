@@ -10,7 +10,7 @@
 #include "zymcore/documents/SafeJSON.h"
 #include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/interchange/beerxml/ZYMBeerXML.h"
-#include "zymcore/library/recipes/DocumentInsertion.h"
+#include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/events/NSNotificationCenter.h"
 #include "zymcore/platform/events/NSRunLoop.h"
@@ -105,11 +105,10 @@ Incoming batchFrom(PlistDictionary batch) {
 }
 
 void insert(Incoming& recipe, std::vector<Incoming>& batches) {
-  auto& entity =
-      static_cast<ZYMRecipeEntity&>(insertDocument(ZYMRecipeEntity::entityName, recipe.document));
+  auto& entity = static_cast<ZYMRecipeEntity&>(storedRecipes.insert(recipe.document));
   try {
     for (Incoming& batch : batches) {
-      entity.addBatchesObject(insertDocument(ZYMRecipeBatchEntity::entityName, batch.document));
+      entity.addBatchesObject(storedBatches.insert(batch.document));
     }
   } catch (...) {
     entity.managedObjectContext().deleteObject(entity);

@@ -12,7 +12,6 @@
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/ZYMStyles.h"
-#include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/text/NSString.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NumberText.h"
@@ -143,7 +142,7 @@ std::int64_t ZYMFileImportOperation::indexOfMostSimilarObjectToString_inArray_fo
 PlistDictionary ZYMFileImportOperation::processParsedRecipe(const PlistDictionary& parsed) {
   refuseEndlessMatching(parsed);
   matches_.clear();
-  PlistDictionary recipe = ZYMRecipes::sharedInstance().emptyRecipe();
+  PlistDictionary recipe = emptyRecipe();
   recipe.remove(keys::Profile);
   const PlistDictionary empty = recipe;
   for (const PlistEntry& entry : empty) {

@@ -71,7 +71,7 @@ std::string withoutPath(const std::string& reason, const std::string& path) {
   return reason.starts_with(prefix) ? reason.substr(prefix.size()) : reason;
 }
 
-/// What a file may have of pictures. Far above any recipe, and little enough for any machine.
+/// What a file may have of pictures: far above any recipe, and read within seconds.
 class PictureBudget {
  public:
   void spendCount(std::size_t count) { spend(count, countLeft_); }
@@ -87,7 +87,7 @@ class PictureBudget {
     left -= amount;
   }
   std::size_t countLeft_ = 500;
-  std::size_t pixelsLeft_ = std::size_t{1} << 28U;
+  std::size_t pixelsLeft_ = std::size_t{1} << 26U;
 };
 
 // One picture at a time, for they take far more room than their files.

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
 #include "zymcore/interchange/beerxml/ZYMBeerXML.h"
 #include "zymcore/platform/text/NSString.h"
@@ -31,10 +32,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       NSData(std::string_view(reinterpret_cast<const char*>(data), size)), &error);
   if (recipe.has_value() == !error.localizedDescription.empty()) std::abort();
   if (!recipe) return 0;
-  for (const KeyName key : {keys::YeastIngredients, keys::FERMENTABLES, keys::HOPS, keys::MISCS}) {
+  for (const KeyName key :
+       {keys::YeastIngredients, parsedKeys::FERMENTABLES, parsedKeys::HOPS, parsedKeys::MISCS}) {
     if (!recipe->array(key)) std::abort();
   }
-  for (const KeyName key : {keys::RecipeTitle, keys::TYPE, keys::PreBoilWortVolume, keys::Notes}) {
+  for (const KeyName key :
+       {keys::RecipeTitle, parsedKeys::TYPE, keys::PreBoilWortVolume, keys::Notes}) {
     if (!recipe->string(key)) std::abort();
   }
   if (!isText(*recipe)) std::abort();

@@ -101,7 +101,8 @@ void measure(const Options& options) {
 
 void promote(const Options& options) {
   openStore();
-  const std::string group = options.group.empty() ? "" : groupNamed(options.group).uuid;
+  const std::optional<std::string> group =
+      options.group.empty() ? "" : groupNamed(options.group).uuid;
   const PlistDictionary recipe =
       library().promoteBatchWithUUID_addToGroupWithUUID(batchNamed(options.name).uuid, group);
   library().addRecipeToHistory(recipe);

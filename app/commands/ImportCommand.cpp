@@ -18,7 +18,6 @@
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
-#include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/events/NSOperationQueue.h"
 
 namespace zym::host {
@@ -79,20 +78,16 @@ Outcome tryFile(const std::string& file) {
   }
 }
 
-/// The recipe as it was stored, with its predicted figures, which are stored as well.
-PlistDictionary importedRecipe(const std::string& uuid) {
-  PlistDictionary recipe = documentOf({Item::Kind::Recipe, "", uuid});
-  ZYMRecipes::sharedInstance().updateRecipe(recipe);
-  return recipe;
-}
-
 Outcome importFile(const std::string& file) {
   const auto operation = std::make_shared<ZYMFileImportOperation>(file);
+  operation->setPrepareRecipe(prepareImport);
   NSOperationQueue::mainQueue().addOperation(operation);
   NSOperationQueue::mainQueue().waitUntilAllOperationsAreFinished();
   Outcome outcome{file, std::nullopt, operation->matches(),
-                  operation->uuidOfRecipe() ? "" : reasonOf(*operation)};
-  if (operation->uuidOfRecipe()) outcome.recipe = importedRecipe(*operation->uuidOfRecipe());
+                  operation->failureReason().value_or("")};
+  if (const auto& uuid = operation->uuidOfRecipe()) {
+    outcome.recipe = documentOf({Item::Kind::Recipe, "", *uuid});
+  }
   return outcome;
 }
 

@@ -45,7 +45,7 @@ void printRows(const std::vector<ZYMSummary>& rows, const char* children, bool a
   printTable(table);
 }
 
-std::vector<ZYMSummary> recipesIn(const std::string& groupUUID) {
+std::vector<ZYMSummary> recipesIn(const std::optional<std::string>& groupUUID) {
   return library().summariesForAllRecipesInGroupWithUUID(groupUUID).value_or(
       std::vector<ZYMSummary>());
 }
@@ -118,15 +118,15 @@ std::vector<std::string> uuidsOf(const std::vector<std::string>& names) {
 
 void addToGroup(const Options& options) {
   openStore();
-  const std::string group = groupNamed(options.group).uuid;
+  const std::optional<std::string> group = groupNamed(options.group).uuid;
   std::vector<std::string> uuids = uuidsOf(options.recipes);
-  for (const ZYMSummary& member : recipesIn(group)) uuids.push_back(member.uuid);
+  for (const ZYMSummary& member : recipesIn(group)) uuids.push_back(member.uuid.value_or(""));
   library().replaceRecipesInGroupWithUUID_withRecipes(group, uuids);
 }
 
 void takeFromGroup(const Options& options) {
   openStore();
-  const std::string group = groupNamed(options.group).uuid;
+  const std::optional<std::string> group = groupNamed(options.group).uuid;
   for (const std::string& uuid : uuidsOf(options.recipes)) {
     library().removeRecipeWithUUID_fromGroupWithUUID(uuid, group);
   }

@@ -6,10 +6,6 @@
 #include "zymcore/interchange/operations/ImportMatch.h"
 #include "zymcore/platform/values/PlistDictionary.h"
 
-namespace zym {
-class ZYMFileImportOperation;
-}
-
 namespace zym::host {
 
 struct RecipeToImport {
@@ -21,7 +17,7 @@ struct RecipeToImport {
 /// `InputError` with the reason where there is none. A store must be open.
 [[nodiscard]] RecipeToImport recipeToImport(const std::string& file);
 
-/// Why an import failed, without the name of the file.
-[[nodiscard]] std::string reasonOf(const ZYMFileImportOperation& operation);
+/// Brings a recipe of a file up to date, with its predicted figures.
+void prepareImport(PlistDictionary& recipe);
 
 }  // namespace zym::host

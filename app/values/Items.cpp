@@ -18,7 +18,9 @@ std::size_t positionIn(const std::vector<ZYMSummary>& rows, const std::string& n
                        std::string_view what) {
   std::vector<Named> candidates;
   candidates.reserve(rows.size());
-  for (const ZYMSummary& row : rows) candidates.push_back({row.name, row.uuid});
+  for (const ZYMSummary& row : rows) {
+    candidates.push_back({row.name, row.uuid ? std::string_view(*row.uuid) : ""});
+  }
   return positionMeant(name, candidates, what);
 }
 
@@ -40,7 +42,7 @@ Item itemAmong(const std::string& name, bool withRecipes, bool withBatches, std:
   }
   const std::size_t position = positionIn(rows, name, what);
   return {position < firstBatch ? Item::Kind::Recipe : Item::Kind::Batch, rows[position].name,
-          rows[position].uuid};
+          rows[position].uuid.value_or("")};
 }
 
 void recalculate(Item::Kind kind, PlistDictionary& document) {

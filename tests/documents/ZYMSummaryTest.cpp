@@ -22,6 +22,10 @@ TEST(ZYMSummary, TravelsInAnArchive) {
   EXPECT_EQ(row.description(), "name: Bock uuid: U-1 numberOfChildren: 5000000000");
   EXPECT_EQ(ZYMSummary::summaryWithArchive(row.archive()), row);
   EXPECT_EQ(row.archive().integerValue(KeyName("Children")), 5'000'000'000);
+  // No uuid is not the uuid "", which is that of the whole library.
+  for (const ZYMSummary& one : {ZYMSummary{"a", std::nullopt, 0}, ZYMSummary{"a", "", 0}}) {
+    EXPECT_EQ(ZYMSummary::summaryWithArchive(one.archive()), one);
+  }
   EXPECT_EQ(ZYMSummary::summaryWithArchive({{keys::Name, 3}, {keys::Children, "x"}}), ZYMSummary());
 }
 

@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 
+#include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
 #include "zymcore/interchange/beerxml/ZYMBeerXML.h"
 #include "zymcore/platform/values/PlistValue.h"
@@ -41,8 +42,8 @@ std::optional<std::string> textAt(const PlistDictionary& recipe, std::string_vie
 
 std::string sizesOf(const PlistDictionary& recipe) {
   std::string sizes;
-  for (const KeyName key :
-       {keys::FERMENTABLES, keys::HOPS, keys::MISCS, keys::YeastIngredients, keys::MASHSTEPS}) {
+  for (const KeyName key : {parsedKeys::FERMENTABLES, parsedKeys::HOPS, parsedKeys::MISCS,
+                            keys::YeastIngredients, parsedKeys::MASHSTEPS}) {
     const PlistArray* const rows = recipe.array(key);
     sizes += rows ? std::to_string(rows->size()) : "-";
   }
@@ -154,7 +155,7 @@ TEST(BeerXML, ReadsWhatProgramsWrite) {
     ASSERT_TRUE(recipe) << error.localizedDescription;
     EXPECT_EQ(error.localizedDescription, "");
     EXPECT_EQ(recipe->stringValue(keys::RecipeTitle), expected.title);
-    EXPECT_EQ(recipe->stringValue(keys::STYLENAME), expected.style);
+    EXPECT_EQ(recipe->stringValue(parsedKeys::STYLENAME), expected.style);
     EXPECT_EQ(sizesOf(*recipe), expected.sizes);
     EXPECT_EQ(recipe->stringValue(keys::Notes), expected.notes);
     EXPECT_EQ(textAt(*recipe, expected.place), expected.text) << expected.place;
@@ -292,8 +293,8 @@ TEST(BeerXML, ReadsSamples) {
       return tags;
     };
     EXPECT_FALSE(recipe->stringValue(keys::RecipeTitle).empty());
-    EXPECT_EQ(recipe->array(keys::FERMENTABLES)->size(), count("<FERMENTABLE>"));
-    EXPECT_EQ(recipe->array(keys::HOPS)->size(), count("<HOP>"));
+    EXPECT_EQ(recipe->array(parsedKeys::FERMENTABLES)->size(), count("<FERMENTABLE>"));
+    EXPECT_EQ(recipe->array(parsedKeys::HOPS)->size(), count("<HOP>"));
     EXPECT_EQ(recipe->array(keys::YeastIngredients)->size(), count("<YEAST>"));
     EXPECT_GT(recipe->doubleValue(keys::FinalBatchVolume), 10'000);
   }

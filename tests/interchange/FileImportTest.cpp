@@ -19,7 +19,9 @@
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/events/NSOperationQueue.h"
 #include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMHopEntity.h"
 #include "zymcore/store/entities/ZYMImageEntity.h"
 #include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
 #include "zymcore/store/entities/ZYMRecipeEntity.h"
@@ -31,6 +33,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::SizeIs;
 namespace fs = std::filesystem;
 
@@ -69,12 +72,12 @@ class FileImportTest : public testing::WithStore {
   }
   static PlistDictionary hop(const std::string& use, const std::string& time,
                              const std::string& boil) {
-    return ingredient(keys::HOPS,
-                      {{keys::NAME, "Fuggle"},
-                       {keys::USE, use},
-                       {keys::TIME, time},
-                       {keys::AMOUNT, "20.000000"},
-                       {keys::ALPHA, "4.2"}},
+    return ingredient(parsedKeys::HOPS,
+                      {{parsedKeys::NAME, "Fuggle"},
+                       {parsedKeys::USE, use},
+                       {parsedKeys::TIME, time},
+                       {parsedKeys::AMOUNT, "20.000000"},
+                       {parsedKeys::ALPHA, "4.2"}},
                       keys::HopIngredients, boil);
   }
   static PlistDictionary stored(const ZYMFileImportOperation& operation) {
@@ -100,23 +103,26 @@ const std::string bitter = R"(<?xml version="1.0"?><RECIPES><RECIPE>
 <YEASTS><YEAST><NAME>Bry-97</NAME><TYPE>Ale</TYPE><FORM>Dry</FORM></YEAST></YEASTS>
 </RECIPE></RECIPES>)";
 
-/// A recipe with a picture and a batch with one, as this program writes it.
+NSData picture(int width, int height) {
+  const auto black = [](int, int) { return testing::Bytes{0, 0, 0, 255}; };
+  return testing::picture(width, height, false, black).PNGRepresentation().value();
+}
+
+/// A recipe with two pictures and a batch with one, as this program writes it.
 std::string ownFile(const PlistDictionary& changes = {}) {
-  const CGImage picture = testing::picture(900, 300, false, [](int x, int) {
-    return testing::Bytes{static_cast<std::uint8_t>(x), 0, 0, 255};
-  });
-  const NSData png = picture.PNGRepresentation().value();
   PlistDictionary recipe{{keys::RecipeTitle, "Travelled"},
                          {keys::UUID, "FROM-THE-FILE"},
                          {keys::DateLastModified, NSDate::dateWithTimeIntervalSince1970(1e9)},
                          {keys::PreBoilWortVolume, "33333.0"},
                          {keys::Profile, PlistDictionary{{keys::UUID, "UNKNOWN-HERE"}}}};
-  PlistDictionary batch{{keys::BatchTitle, "First"},        {keys::UUID, "BATCH-IN-FILE"},
-                        {keys::Actuals, PlistDictionary()}, {keys::SpargeMethod, "Batch Sparge"},
-                        {keys::WaterGrainRatio, "3.25"},    {keys::ModifiedRecipe, recipe},
-                        {keys::Images, PlistArray{png}}};
+  PlistDictionary batch{
+      {keys::BatchTitle, "First"},        {keys::UUID, "BATCH-IN-FILE"},
+      {keys::Actuals, PlistDictionary()}, {keys::SpargeMethod, "Batch Sparge"},
+      {keys::WaterGrainRatio, "3.25"},    {keys::MTThermalMass, "700"},
+      {keys::ModifiedRecipe, recipe},     {keys::Images, PlistArray{picture(7, 9)}}};
   recipe.set(keys::Batches, PlistArray{batch});
-  recipe.set(keys::Images, PlistArray{png, NSData("no picture"), "no data"});
+  recipe.set(keys::Images,
+             PlistArray{picture(900, 300), NSData("no picture"), "no data", picture(5, 3)});
   for (const PlistEntry& entry : changes) recipe.set(entry.key, entry.value);
   return safeDataWithJSONObject_options(recipe, 0).value();
 }
@@ -138,12 +144,13 @@ TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
       {nullptr, "Germany", "Adjunct", "Germany ", "1"},
   };
   for (const auto& c : cases) {
-    PlistDictionary in{{keys::TYPE, c.type}, {keys::AMOUNT, "4500.000000"}, {keys::YIELD, "70"}};
-    if (c.name) in.set(keys::NAME, c.name);
-    if (c.origin) in.set(keys::ORIGIN, c.origin);
+    PlistDictionary in{
+        {parsedKeys::TYPE, c.type}, {parsedKeys::AMOUNT, "4500.000000"}, {parsedKeys::YIELD, "70"}};
+    if (c.name) in.set(parsedKeys::NAME, c.name);
+    if (c.origin) in.set(parsedKeys::ORIGIN, c.origin);
     ZYMFileImportOperation operation;
     const PlistDictionary recipe =
-        operation.processParsedRecipe({{keys::FERMENTABLES, PlistArray{in}}});
+        operation.processParsedRecipe({{parsedKeys::FERMENTABLES, PlistArray{in}}});
     ASSERT_GE(operation.matches().size(), 2U);
     const ImportMatch& match = operation.matches()[1];
     EXPECT_EQ(match.textLookedUp, c.lookedUp);
@@ -161,8 +168,9 @@ TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
   }
   ZYMFileImportOperation operation;
   (void)operation.processParsedRecipe(
-      {{keys::FERMENTABLES,
-        PlistArray{PlistDictionary{{keys::NAME, "Maris Otter"}, {keys::ORIGIN, "UK, England"}}}}});
+      {{parsedKeys::FERMENTABLES,
+        PlistArray{PlistDictionary{{parsedKeys::NAME, "Maris Otter"},
+                                   {parsedKeys::ORIGIN, "UK, England"}}}}});
   EXPECT_EQ(operation.matches()[1].nameMatched, "UK Pale Malt");
   EXPECT_EQ(operation.matches()[1].similarity, 1.0);
   EXPECT_EQ(operation.matches()[1].kind, "Fermentable");
@@ -201,8 +209,9 @@ TEST_F(FileImportTest, PutsHopsWhereTheyBelong) {
     EXPECT_EQ(in.stringValue(keys::Alpha), "4.2");
     EXPECT_EQ(in.stringValue(keys::Form), "Loose Whole Hops");
   }
-  const PlistDictionary pellets = ingredient(
-      keys::HOPS, {{keys::NAME, "Fuggle"}, {keys::FORM, "PELLETS"}}, keys::HopIngredients);
+  const PlistDictionary pellets =
+      ingredient(parsedKeys::HOPS, {{parsedKeys::NAME, "Fuggle"}, {parsedKeys::FORM, "PELLETS"}},
+                 keys::HopIngredients);
   EXPECT_EQ(pellets.stringValue(keys::Form), "Loose Pellet Hops");
 }
 
@@ -213,21 +222,23 @@ TEST_F(FileImportTest, TakesOthersAndYeasts) {
                                   {"Secondary", "In Fermenter"},
                                   {"Bottling after Primary", "In Dispense Vessel"},
                                   {"", "In Boil"}}) {
-    const PlistDictionary other =
-        ingredient(keys::MISCS, {{keys::NAME, "Irish Moss"}, {keys::USE, use}, {keys::AMOUNT, "5"}},
-                   keys::OtherIngredients);
+    const PlistDictionary other = ingredient(
+        parsedKeys::MISCS,
+        {{parsedKeys::NAME, "Irish Moss"}, {parsedKeys::USE, use}, {parsedKeys::AMOUNT, "5"}},
+        keys::OtherIngredients);
     EXPECT_EQ(other.stringValue(keys::When), when) << use;
     EXPECT_EQ(other.stringValue(keys::Amount), "5");
     EXPECT_THAT(std::string(other.stringValue(keys::Ingredient)), HasSubstr("Irish Moss"));
   }
-  EXPECT_NO_THROW((void)ingredient(keys::MISCS, {{keys::AMOUNT, "5"}}, keys::OtherIngredients));
+  EXPECT_NO_THROW(
+      (void)ingredient(parsedKeys::MISCS, {{parsedKeys::AMOUNT, "5"}}, keys::OtherIngredients));
 
   const auto yeast = [](PlistDictionary in) {
     return ingredient(keys::YeastIngredients, std::move(in), keys::YeastIngredients);
   };
-  const PlistDictionary known = yeast({{keys::YEAST_NAME, "Bry-97"},
-                                       {keys::YEAST_TYPE, "Ale"},
-                                       {keys::YEAST_FORM, "Dry"},
+  const PlistDictionary known = yeast({{parsedKeys::YEAST_NAME, "Bry-97"},
+                                       {parsedKeys::YEAST_TYPE, "Ale"},
+                                       {parsedKeys::YEAST_FORM, "Dry"},
                                        {keys::Amount, "7"}});
   EXPECT_THAT(std::string(known.stringValue(keys::Name)), HasSubstr("BRY-97"));
   EXPECT_EQ(known.size(), 6U) << "not the library's record";
@@ -235,9 +246,9 @@ TEST_F(FileImportTest, TakesOthersAndYeasts) {
   EXPECT_EQ(known.stringValue(keys::YeastAmountType), "Commercial Pack");
   EXPECT_EQ(known.stringValue(keys::UsageNote), "");
   // A form that no yeast has is no filter.
-  EXPECT_EQ(
-      yeast({{keys::YEAST_NAME, "Bry-97"}, {keys::YEAST_FORM, "Frozen"}}).stringValue(keys::Name),
-      known.stringValue(keys::Name));
+  EXPECT_EQ(yeast({{parsedKeys::YEAST_NAME, "Bry-97"}, {parsedKeys::YEAST_FORM, "Frozen"}})
+                .stringValue(keys::Name),
+            known.stringValue(keys::Name));
   EXPECT_THAT(*process({{keys::YeastIngredients, PlistArray()}}).array(keys::YeastIngredients),
               IsEmpty());
 }
@@ -249,40 +260,43 @@ TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
     KeyName resultKey;
     const char* result;
   } cases[] = {
-      {keys::TYPE, "All Grain", keys::MashType, "Full Mash"},
-      {keys::TYPE, "partial mash", keys::MashType, "Extract with Mini-mash"},
-      {keys::TYPE, "Extract", keys::MashType, "Extract"},
-      {keys::FORCED_CARBONATION, "FALSE", keys::Carbonation, "Force Carbonated"},
-      {keys::PRIMING_SUGAR_NAME, "Honey", keys::Carbonation, "Primed With Honey"},
+      {parsedKeys::TYPE, "All Grain", keys::MashType, "Full Mash"},
+      {parsedKeys::TYPE, "partial mash", keys::MashType, "Extract with Mini-mash"},
+      {parsedKeys::TYPE, "Extract", keys::MashType, "Extract"},
+      {parsedKeys::FORCED_CARBONATION, "FALSE", keys::Carbonation, "Force Carbonated"},
+      {parsedKeys::PRIMING_SUGAR_NAME, "Honey", keys::Carbonation, "Primed With Honey"},
       {keys::MgSO4, "0.1", keys::Carbonation, "Nothing"},
       {keys::MgSO4, "0.1", keys::Conditioning, "Matured for 4 weeks"},
-      {keys::AGE, "100", keys::Conditioning, "Matured for 2 weeks"},  // 14, the first but one digit
-      {keys::AGE, "110", keys::Conditioning, "Matured for 4 months"},
-      {keys::AGE, "28", keys::Conditioning, "Matured for 4 weeks"},
+      {parsedKeys::AGE, "100", keys::Conditioning,
+       "Matured for 2 weeks"},  // 14, the first but one digit
+      {parsedKeys::AGE, "110", keys::Conditioning, "Matured for 4 months"},
+      {parsedKeys::AGE, "28", keys::Conditioning, "Matured for 4 weeks"},
       {keys::FermentationTemperature, "11.5", keys::FermentationTemperature, "11.5"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(process({{c.key, c.text}}).stringValue(c.resultKey), c.result) << c.text;
   }
-  EXPECT_EQ(process({{keys::AGE, "28"}, {keys::AGE_TEMP, "7.9"}}).stringValue(keys::Conditioning),
+  EXPECT_EQ(process({{parsedKeys::AGE, "28"}, {parsedKeys::AGE_TEMP, "7.9"}})
+                .stringValue(keys::Conditioning),
             "Lagered for 4 weeks");
-  EXPECT_EQ(process({{keys::AGE, "28"}, {keys::AGE_TEMP, "8"}}).stringValue(keys::Conditioning),
+  EXPECT_EQ(process({{parsedKeys::AGE, "28"}, {parsedKeys::AGE_TEMP, "8"}})
+                .stringValue(keys::Conditioning),
             "Matured for 4 weeks");
   for (const char* age : {"soon", "nan", "1e300", "-1e300", "1e999", "-7", ""}) {
-    const std::string text(process({{keys::AGE, age}}).stringValue(keys::Conditioning));
+    const std::string text(process({{parsedKeys::AGE, age}}).stringValue(keys::Conditioning));
     EXPECT_THAT(text, ::testing::StartsWith("Matured for ")) << age;
   }
 
-  const PlistDictionary step{{keys::NAME, "Rest"},
-                             {keys::TYPE, "Infusion"},
-                             {keys::STEP_TEMP, "66"},
-                             {keys::STEP_TIME, "60.7"}};
+  const PlistDictionary step{{parsedKeys::NAME, "Rest"},
+                             {parsedKeys::TYPE, "Infusion"},
+                             {parsedKeys::STEP_TEMP, "66"},
+                             {parsedKeys::STEP_TIME, "60.7"}};
   set(keys::TemperatureUnit, 1);
   const PlistDictionary mashed =
-      process({{keys::Notes, "Nice."}, {keys::MASHSTEPS, PlistArray{step, step, step}}});
+      process({{keys::Notes, "Nice."}, {parsedKeys::MASHSTEPS, PlistArray{step, step, step}}});
   const std::string line =
       "Title: Rest\tType: Infusion\tTemp: " +
-      ZYMTemperatureValueTransformer::convertForDisplay(step.find(keys::STEP_TEMP)) +
+      ZYMTemperatureValueTransformer::convertForDisplay(step.find(parsedKeys::STEP_TEMP)) +
       "\tDuration: 60 mins\n";
   EXPECT_EQ(mashed.stringValue(keys::Notes),
             "Nice.\n\nMash Schedule in imported recipe:\n\n" + line + line + line);
@@ -327,41 +341,130 @@ TEST_F(FileImportTest, ImportsBeerXMLAsOneUndoStep) {
   EXPECT_FALSE(undoManager().canUndo());
 }
 
-TEST_F(FileImportTest, ImportsARecipeWithBatchesAndPictures) {
-  const auto operation = import(file("own.wm2", ownFile()));
+TEST_F(FileImportTest, ImportsARecipeWithBatchesAndPicturesAsOneStepAndSave) {
+  const testing::Posts posts{CoreDataModelDidSaveNotification, succeeded};
+  ZYMFileImportOperation operation(file("own.wm2", ownFile()));
+  operation.setPrepareRecipe([](PlistDictionary& recipe) {
+    EXPECT_EQ(recipe.dictionary(keys::Profile)->stringValue(keys::UUID), "") << "it is complete";
+    recipe.set(keys::ExpectedIBU, "33.000000");
+  });
+  operation.start();
   endTurn();
-  ASSERT_TRUE(operation->uuidOfRecipe()) << operation->failureReason().value_or("");
-  EXPECT_THAT(operation->matches(), IsEmpty());
-  const std::string uuid = *operation->uuidOfRecipe();
-  const PlistDictionary recipe = stored(*operation);
+  EXPECT_THAT(posts.names, ElementsAre(CoreDataModelDidSaveNotification, succeeded));
+  ASSERT_TRUE(operation.uuidOfRecipe()) << operation.failureReason().value_or("");
+  EXPECT_THAT(operation.matches(), IsEmpty());
+  const std::string uuid = *operation.uuidOfRecipe();
+  const PlistDictionary recipe = stored(operation);
+  EXPECT_EQ(recipe.stringValue(keys::ExpectedIBU), "33.000000");
   EXPECT_NE(uuid, "FROM-THE-FILE");
-  EXPECT_EQ(*recipe.date(keys::DateLastModified) > NSDate::dateWithTimeIntervalSince1970(1e9), true)
+  EXPECT_TRUE(*recipe.date(keys::DateLastModified) > NSDate::dateWithTimeIntervalSince1970(1e9))
       << "a picture moves it";
   EXPECT_EQ(recipe.stringValue(keys::PreBoilWortVolume), "33333.0");
   EXPECT_NE(recipe.stringValue(keys::BoilDuration), "") << "what the file lacks";
   EXPECT_EQ(recipe.find(keys::Batches), nullptr);
   EXPECT_EQ(recipe.find(keys::Images), nullptr);
   const PlistDictionary& profile = *recipe.dictionary(keys::Profile);
-  EXPECT_EQ(profile.stringValue(keys::UUID), "");
   EXPECT_EQ(profile.stringValue(keys::ProfileName), "Specific to this recipe");
   EXPECT_EQ(profile.stringValue(keys::PreBoilVolume), "33333.0");
 
-  EXPECT_THAT(recipes().imageUUIDsForItemWithUUID(uuid), SizeIs(1)) << "the readable one";
-  EXPECT_EQ(recipes().largeImageAtIndex_forItemWithUUID(0, uuid)->size(), (NSSize{600, 200}));
+  const auto sizesOf = [&](const std::string& owner) {
+    std::vector<NSSize> sizes;
+    for (std::size_t i = 0; i < recipes().imageUUIDsForItemWithUUID(owner).size(); ++i) {
+      sizes.push_back(recipes().largeImageAtIndex_forItemWithUUID(i, owner)->size());
+    }
+    return sizes;
+  };
+  EXPECT_THAT(sizesOf(uuid), ElementsAre(NSSize{600, 200}, NSSize{5, 3})) << "the readable ones";
+  EXPECT_EQ(recipes().thumbnailImageWithUUID(recipes().imageUUIDsForItemWithUUID(uuid)[0])->size(),
+            (NSSize{128, 43}));
   const auto batches = recipes().batchSummariesForRecipeWithUUID(uuid);
   ASSERT_TRUE(batches && batches->size() == 1);
-  EXPECT_NE(batches->front().uuid, "BATCH-IN-FILE");
-  EXPECT_THAT(recipes().imageUUIDsForItemWithUUID(batches->front().uuid), SizeIs(1));
-  const auto batch = recipes().batchWithUUID(batches->front().uuid);
+  const std::string batchUUID = batches->front().uuid.value();
+  EXPECT_NE(batchUUID, "BATCH-IN-FILE");
+  EXPECT_THAT(sizesOf(batchUUID), ElementsAre(NSSize{7, 9}));
+  const auto batch = recipes().batchWithUUID(batchUUID);
   const PlistDictionary& own = *batch->dictionary(keys::ModifiedRecipe)->dictionary(keys::Profile);
   EXPECT_EQ(own.stringValue(keys::PreferredSpargeMethod), "Batch Sparge");
   EXPECT_EQ(own.stringValue(keys::WaterGrainRatio), "3.25");
+  EXPECT_EQ(own.stringValue(keys::MTThermalMass), "700");
 
   EXPECT_EQ(undoManager().undoActionName(), "Import Recipe");
   undoManager().undo();
   EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
   EXPECT_THAT(*ZYMRecipeBatchEntity::findAllObjects(), IsEmpty());
   EXPECT_THAT(*ZYMImageEntity::findAllObjects(), IsEmpty());
+  EXPECT_FALSE(undoManager().canUndo());
+}
+
+// Whatever goes wrong after the first change; and the next import works.
+TEST_F(FileImportTest, AnImportThatFailsHalfWayLeavesNothing) {
+  const std::string good = file("own.wm2", ownFile());
+  PlistArray many;
+  for (int i = 0; i < 501; ++i) many.append(NSData("no picture"));
+  PlistArray large{picture(3, 3)};
+  for (int i = 0; i < 4; ++i) large.append(picture(16384, 1024));
+  const struct {
+    std::string path;
+    const char* reason;
+    std::function<void(PlistDictionary&)> prepare;
+  } cases[] = {
+      {file("many.wm2", ownFile({{keys::Images, many}})), "more pictures", {}},
+      {file("large.wm2", ownFile({{keys::Images, large}})), "more pictures", {}},
+      {good, "no host likes it", [](auto&) { throw std::runtime_error("no host likes it"); }},
+      {good, "bad_alloc", [](auto&) { throw std::bad_alloc(); }},
+  };
+  for (const auto& c : cases) {
+    const testing::Posts posts{succeeded, failed, CoreDataModelDidSaveNotification};
+    ZYMFileImportOperation operation(c.path);
+    operation.setPrepareRecipe(c.prepare);
+    operation.start();
+    endTurn();
+    EXPECT_THAT(posts.names, ElementsAre(failed)) << c.path;
+    EXPECT_THAT(operation.failureReason().value_or("none"), HasSubstr(c.reason));
+    EXPECT_EQ(operation.uuidOfRecipe(), std::nullopt);
+    EXPECT_FALSE(context().hasChanges());
+    EXPECT_TRUE(fs::is_empty(model().imagesFolderPath()));
+    while (undoManager().canUndo()) undoManager().undo();
+    EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
+  }
+  EXPECT_TRUE(import(good)->uuidOfRecipe());
+}
+
+TEST_F(FileImportTest, ASaveThatFailsIsNoSuccess) {
+  const std::string path = file("own.wm2", ownFile());
+  // Another context saves first what is changed here as well.
+  ZYMHopEntity::findAllObjects()->front()->setName("ours");
+  NSManagedObjectContext other(NSPrivateQueueConcurrencyType);
+  other.setPersistentStoreCoordinator(model().persistentStoreCoordinator());
+  other.performBlockAndWait([&] {
+    const auto hops =
+        ZYMHopEntity::findAllObjectsInContext_predicate_sortDescriptor(&other, {}, {});
+    for (auto* hop : *hops) hop->setName("theirs");
+    EXPECT_TRUE(other.save());
+  });
+  const testing::Posts posts{succeeded, failed};
+  setNSLogSink([](std::string_view) {});
+  const auto operation = import(path);
+  setNSLogSink({});
+  EXPECT_THAT(posts.names, ElementsAre(failed));
+  EXPECT_NE(operation->failureReason(), std::nullopt);
+  EXPECT_EQ(operation->uuidOfRecipe(), std::nullopt);
+  EXPECT_TRUE(fs::is_empty(model().imagesFolderPath()));
+  EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
+  endTurn();
+  context().rollback();
+  EXPECT_TRUE(import(path)->uuidOfRecipe());
+}
+
+TEST_F(FileImportTest, AFileWithoutAStyleHasNone) {
+  const auto styleOf = [](PlistDictionary parsed) {
+    ZYMFileImportOperation operation;
+    parsed = operation.processParsedRecipe(parsed);
+    EXPECT_EQ(operation.matches().empty(), parsed.stringValue(keys::StyleUUID).empty());
+    return std::string(parsed.stringValue(keys::StyleUUID));
+  };
+  EXPECT_EQ(styleOf({{parsedKeys::STYLENAME, " No Style Chosen"}}), "");
+  EXPECT_NE(styleOf({{parsedKeys::STYLENAME, "No Style Chosen"}}), "");
 }
 
 TEST_F(FileImportTest, KeepsAProfileThatIsTheSameHere) {
@@ -415,6 +518,7 @@ TEST_F(FileImportTest, AFailureStoresNothing) {
     endTurn();
     EXPECT_THAT(posts.names, ElementsAre(failed)) << c.path;
     EXPECT_THAT(operation->failureReason().value_or("none"), HasSubstr(c.reason)) << c.path;
+    EXPECT_THAT(*operation->failureReason(), Not(HasSubstr(folder.path())));
     EXPECT_NE(operation->failureReason(), std::nullopt);
     EXPECT_EQ(operation->uuidOfRecipe(), std::nullopt);
     EXPECT_FALSE(context().hasChanges());
@@ -499,7 +603,7 @@ TEST_F(FileImportTest, SurvivesTheEndOfTheProcess) {
     }
     for (const ZYMSummary& recipe : recipes().summariesForAllRecipes()) {
       EXPECT_EQ(recipe.numberOfChildren, 1) << "a recipe comes with its batch";
-      EXPECT_LE(recipes().imageUUIDsForItemWithUUID(recipe.uuid).size(), 1U);
+      EXPECT_THAT(recipes().imageUUIDsForItemWithUUID(*recipe.uuid), SizeIs(2));
     }
   }
 }

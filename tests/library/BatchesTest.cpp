@@ -37,7 +37,7 @@ class Batches : public testing::WithStore {
   }
   static std::vector<std::string> uuids(const std::vector<ZYMSummary>& rows) {
     std::vector<std::string> result;
-    for (const ZYMSummary& row : rows) result.push_back(row.uuid);
+    for (const ZYMSummary& row : rows) result.push_back(row.uuid.value());
     return result;
   }
   static std::string stepName() {
@@ -287,7 +287,7 @@ TEST_F(Batches, PromotionMakesARecipeAndMovesTheBatchUnderIt) {
   const PlistDictionary hop{
       {keys::Amount, "1"}, {keys::IngredientDeducted, "1"}, {keys::Batches, PlistArray()}};
   addRecipe("Bock", {{keys::HopIngredients, PlistArray{hop}}});
-  const std::string groupUUID = recipes().createGroup().uuid;
+  const std::string groupUUID = recipes().createGroup().uuid.value();
   const PlistDictionary batch = recipes().addBatchToRecipeWithUUID("Bock").value();
   const std::string uuid(batch.stringValue(keys::UUID));
   endTurn();
@@ -300,7 +300,8 @@ TEST_F(Batches, PromotionMakesARecipeAndMovesTheBatchUnderIt) {
   EXPECT_EQ(ZYMRecipeEntity::onlyObjectWithUUID(nullptr, recipeUUID)->dictionaryRepresentation(),
             recipe);
   EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Bock"), IsEmpty());
-  const std::string newUUID = recipes().batchSummariesForRecipeWithUUID(recipeUUID)->at(0).uuid;
+  const std::string newUUID =
+      recipes().batchSummariesForRecipeWithUUID(recipeUUID)->at(0).uuid.value();
   EXPECT_NE(newUUID, uuid);
   const PlistDictionary moved = recipes().batchWithUUID(newUUID).value();
   EXPECT_GT(*moved.date(keys::DateLastModified), *batch.date(keys::DateLastModified));

@@ -30,7 +30,7 @@ class Recipes : public testing::WithStore {
     return std::string(recipe.stringValue(keys::UUID));
   }
   static std::string newGroup(const std::vector<std::string>& members) {
-    const std::string group = recipes().createGroup().uuid;
+    const std::string group = recipes().createGroup().uuid.value();
     recipes().replaceRecipesInGroupWithUUID_withRecipes(group, members);
     backdate(group);
     return group;
@@ -49,7 +49,7 @@ class Recipes : public testing::WithStore {
     std::vector<std::string> uuids;
     const auto rows = recipes().summariesForAllRecipesInGroupWithUUID(group);
     for (const ZYMSummary& row : rows.value()) {
-      uuids.push_back(row.uuid);
+      uuids.push_back(row.uuid.value());
     }
     return uuids;
   }
@@ -164,26 +164,26 @@ TEST_F(Recipes, ARemovedRecipeLeavesItsGroupsAndComesBackWhole) {
 TEST_F(Recipes, AGroupIsMadeRenamedAndRestored) {
   const std::string uuid = newRecipe("Ale");
   const ZYMSummary made = recipes().createGroup();
-  EXPECT_EQ(made, (ZYMSummary{"New Group", made.uuid, 0}));
-  PlistDictionary record = recipes().groupForUUID(made.uuid).value();
+  EXPECT_EQ(made, (ZYMSummary{"New Group", *made.uuid, 0}));
+  PlistDictionary record = recipes().groupForUUID(*made.uuid).value();
   EXPECT_EQ(record.stringValue(keys::Type), "Normal");
 
-  backdate(made.uuid);
+  backdate(*made.uuid);
   recipes().updateGroup(made);
-  EXPECT_FALSE(hasMoved(made.uuid));
-  recipes().updateGroup({"Ales", made.uuid, 9});
-  EXPECT_TRUE(hasMoved(made.uuid));
-  recipes().replaceRecipesInGroupWithUUID_withRecipes(made.uuid, {uuid, "unknown"});
-  EXPECT_THAT(recipes().summariesForAllGroups(), ElementsAre(ZYMSummary{"Ales", made.uuid, 1}));
+  EXPECT_FALSE(hasMoved(*made.uuid));
+  recipes().updateGroup({"Ales", *made.uuid, 9});
+  EXPECT_TRUE(hasMoved(*made.uuid));
+  recipes().replaceRecipesInGroupWithUUID_withRecipes(*made.uuid, {uuid, "unknown"});
+  EXPECT_THAT(recipes().summariesForAllGroups(), ElementsAre(ZYMSummary{"Ales", *made.uuid, 1}));
   EXPECT_EQ(recipes().summaryForLibraryGroup(), (ZYMSummary{"Library", "", 1}));
 
-  record = recipes().groupForUUID(made.uuid).value();
-  recipes().deleteGroupWithUUID(made.uuid);
-  EXPECT_FALSE(recipes().summariesForAllRecipesInGroupWithUUID(made.uuid));
+  record = recipes().groupForUUID(*made.uuid).value();
+  recipes().deleteGroupWithUUID(*made.uuid);
+  EXPECT_FALSE(recipes().summariesForAllRecipesInGroupWithUUID(*made.uuid));
   EXPECT_EQ(recipes().summariesForAllRecipes().size(), 1U);
   recipes().restoreGroup(record);
   EXPECT_EQ(lastAction(), "Restore Group");
-  EXPECT_THAT(members(made.uuid), ElementsAre(uuid));
+  EXPECT_THAT(members(*made.uuid), ElementsAre(uuid));
 }
 
 // Hosts have come to rely on it: what is called adding takes out.

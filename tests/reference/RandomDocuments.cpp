@@ -1,12 +1,13 @@
 #include "tests/reference/RandomDocuments.h"
 
-#include "tests/reference/PlainFields.h"
-#include "tests/reference/PlainNumbers.h"
-#include "zymcore/documents/DefaultsKeys.h"
-#include "zymcore/platform/values/PlistValue.h"
+#include <cstdio>
+
+#include "zymcore/platform/values/NumberText.h"
 
 namespace zym::reference {
 namespace {
+
+constexpr std::size_t oddities[] = {0, 0, 100, 20, 4};
 
 constexpr const char* oddNumbers[] = {
     "",       "0",    "0.0",  "-3",    "abc",   " 12.5x",   "1e3",         "inf",  "nan",
@@ -73,144 +74,135 @@ constexpr const char* formulaCodes[] = {"0", "1", "2",  "3", "0", "1",  "2",  "3
 
 std::string RandomDocuments::quantity(double from, double to) {
   if (oddity_ > 0 && oneIn(oddity_)) return oneOf(oddNumbers);
+  char digits[64];
   const double value = from + (to - from) * (static_cast<double>(random_()) / 4294967296.0);
-  std::string result = text(value);
-  switch (below(4)) {
-    case 0:
-      return result.substr(0, result.find('.'));
-    case 1:
-      return result.substr(0, result.size() - 5);
-    case 2:
-      return result.substr(0, result.size() - 3);
-    default:
-      return result;
-  }
+  constexpr int decimals[] = {0, 1, 3, 6};
+  (void)std::snprintf(digits, sizeof digits, "%.*f", decimals[below(4)], value);
+  return digits;
 }
 
-// A hydrometer reading, often not taken.
-std::string RandomDocuments::reading(double from, double to) {
-  return oneIn(4) ? "1.000" : quantity(from, to);
+void RandomDocuments::put(PlistDictionary& to, const char* key, const std::string& text) {
+  if (!text.empty() || oneIn(2)) to.set(KeyName(key), text);
 }
 
-template <class Row, class Fields>
-void RandomDocuments::leaveStale(Row& row, const Fields& written) {
-  for (const Field<Row>& field : written) {
-    if (oneIn(2)) row.*field.text = quantity(0, 100);
-  }
-}
-
-std::vector<PlainAllocation> RandomDocuments::stock() {
-  std::vector<PlainAllocation> result;
-  for (std::size_t i = below(3); i > 0 && oneIn(2); --i) {
-    result.push_back({quantity(0, 5000), quantity(0, 1)});
-  }
+PlistDictionary RandomDocuments::quantities(std::initializer_list<Range> ranges) {
+  PlistDictionary result;
+  for (const Range& range : ranges) put(result, range.key, quantity(range.from, range.to));
   return result;
 }
 
-PlainFermentable RandomDocuments::fermentable() {
-  PlainFermentable row;
-  row.name = oneOf(names);
-  row.amount = quantity(0, oneIn(5) ? 3 : 8000);
-  row.extract = quantity(40, 100);
-  row.color = oneIn(10) ? quantity(990, 2500) : quantity(0, oneIn(3) ? 600 : 10);
-  row.isGrain = oneOf(truths);
-  row.when = oneOf(fermentableWhens);
-  row.stock = stock();
-  leaveStale(row, fermentableWritten);
-  return row;
+void RandomDocuments::putRows(PlistDictionary& to, const char* key, std::size_t most, auto row) {
+  PlistArray rows;
+  for (std::size_t i = below(most + 1); i > 0; --i) {
+    if (oneIn(200)) rows.append("no row");
+    rows.append(row());
+  }
+  if (!rows.empty() || oneIn(2)) to.set(KeyName(key), std::move(rows));
 }
 
-PlainHop RandomDocuments::hop() {
-  PlainHop row;
-  row.amount = quantity(0, 100);
-  row.alpha = quantity(1, 18);
-  row.minutes = oneIn(5) ? "0" : quantity(0, 95);
-  row.when = oneOf(hopWhens);
-  row.form = oneOf(forms);
-  row.stock = stock();
-  leaveStale(row, hopWritten);
-  return row;
+PlistDictionary RandomDocuments::addition(std::initializer_list<Range> ranges) {
+  PlistDictionary result = quantities(ranges);
+  if (oneIn(2)) {
+    putRows(result, "Batches", 2, [this] {
+      return quantities({{"Amount", 0, 5000}, {"Cost", 0, 1}});
+    });
+  }
+  // Whatever was worked out before.
+  if (oneIn(2)) result.set(KeyName("Percentage"), quantity(0, 100));
+  return result;
 }
 
-PlainRecipe RandomDocuments::recipeOfSameOddity() {
-  PlainRecipe recipe;
-  recipe.volumeAtPitching = quantity(15000, 30000);
-  recipe.volumeToFermenter = oneIn(3) ? quantity(25000, 30000) : quantity(10000, 20000);
-  recipe.preBoilWortVolume = quantity(15000, 35000);
-  recipe.finalWortVolume = quantity(12000, 30000);
-  recipe.finalBatchVolume = quantity(10000, 25000);
-  recipe.mashEfficiency = quantity(50, 95);
-  recipe.wortFermentability = oneOf(fermentabilities);
-  recipe.steepDuration = oneIn(2) ? "0" : quantity(0, 60);
-  recipe.steepTemperature = quantity(60, 105);
-  for (std::size_t i = below(8); i > 0; --i) recipe.fermentables.push_back(fermentable());
-  for (std::size_t i = below(7); i > 0; --i) recipe.hops.push_back(hop());
-  for (std::size_t i = below(3); i > 0; --i) recipe.others.push_back({quantity(0, 20), stock()});
-  for (std::size_t i = below(4); i > 0; --i) {
-    recipe.yeasts.push_back({quantity(0, oneIn(10) ? 2 : 99), stock()});
-  }
-  for (std::size_t i = below(6); i > 0; --i) {
-    recipe.steps.push_back({oneOf(stepTypes), quantity(35, 80)});
-  }
-  leaveStale(recipe, recipeWritten);
+PlistDictionary RandomDocuments::recipeOfSameOddity() {
+  PlistDictionary recipe = quantities({{"VolumeAtPitching", 15000, 30000},
+                                       {"VolumeToFermenter", 10000, oneIn(3) ? 30000.0 : 20000.0},
+                                       {"PreBoilWortVolume", 15000, 35000},
+                                       {"FinalWortVolume", 12000, 30000},
+                                       {"FinalBatchVolume", 10000, 25000},
+                                       {"MashEfficiency", 50, 95},
+                                       {"SteepDuration", 0, oneIn(2) ? 0.0 : 60.0},
+                                       {"SteepTemperature", 60, 105}});
+  put(recipe, "WortFermentability", oneOf(fermentabilities));
+  recipe.set(KeyName("RecipeTitle"), "Ordinary");
+  putRows(recipe, "FermentableIngredients", 7, [this] {
+    const Range color = oneIn(10)  ? Range{"Color", 990, 2500}
+                        : oneIn(3) ? Range{"Color", 0, 600}
+                                   : Range{"Color", 0, 10};
+    PlistDictionary row = addition({{"Amount", 0, 6000}, {"Extract", 30, 100}, color});
+    put(row, "Ingredient", oneOf(names));
+    put(row, "IsGrain", oneOf(truths));
+    put(row, "When", oneOf(fermentableWhens));
+    return row;
+  });
+  putRows(recipe, "HopIngredients", 6, [this] {
+    PlistDictionary row =
+        addition({{"Amount", 0, 100}, {"Alpha", 1, 18}, {"Minutes", 0, oneIn(5) ? 0.0 : 95.0}});
+    put(row, "When", oneOf(hopWhens));
+    put(row, "Form", oneOf(forms));
+    return row;
+  });
+  putRows(recipe, "OtherIngredients", 2, [this] { return addition({{"Amount", 0, 20}}); });
+  putRows(recipe, "YeastIngredients", 3, [this] {
+    return addition({{"Attenuation", 0, oneIn(10) ? 2.0 : 99.0}});
+  });
+  PlistDictionary schedule;
+  putRows(schedule, "Steps", 5, [this] {
+    PlistDictionary row = quantities({{"Temperature", 35, 80}});
+    put(row, "StepType", oneOf(stepTypes));
+    return row;
+  });
+  if (!oneIn(10)) recipe.set(KeyName("MashSchedule"), schedule);
+  if (oneIn(2)) recipe.set(KeyName("ExpectedIBU"), quantity(0, 100));
   return recipe;
 }
 
-PlainRecipe RandomDocuments::recipe() {
-  startDocument();
+PlistDictionary RandomDocuments::recipe() {
+  oddity_ = oddities[below(std::size(oddities))];
   return recipeOfSameOddity();
 }
 
-PlainActuals RandomDocuments::actuals() {
-  PlainActuals actuals;
-  actuals.preBoilWortVolume = quantity(15000, 35000);
-  actuals.finalWortVolume = quantity(12000, 30000);
-  actuals.volumeToFermenter = quantity(10000, 30000);
-  actuals.volumeAtPitching = quantity(10000, 30000);
-  actuals.finalBatchVolume = quantity(10000, 30000);
-  actuals.preBoilReading = reading(0.99, 1.09);
-  actuals.ogReading = reading(0.99, 1.12);
-  actuals.fgReading = reading(0.99, 1.03);
-  actuals.preBoilTemp = quantity(0, 100);
-  actuals.ogTemp = quantity(0, 30);
-  actuals.fgTemp = quantity(0, 30);
-  actuals.calibratedAt = oneIn(2) ? actuals.ogTemp : quantity(15, 20);
-  leaveStale(actuals, actualsWritten);
-  return actuals;
-}
-
-PlainBatch RandomDocuments::batch() {
-  startDocument();
-  PlainBatch batch;
-  batch.recipe = recipeOfSameOddity();
-  batch.actuals = actuals();
-  batch.spargeMethod = oneOf(spargeMethods);
-  batch.thermalMass = quantity(0, 2000);
-  leaveStale(batch, batchWritten);
+PlistDictionary RandomDocuments::batch() {
+  oddity_ = oddities[below(std::size(oddities))];
+  PlistDictionary actuals = quantities({{"PreBoilWortVolume", 15000, 35000},
+                                        {"FinalWortVolume", 12000, 30000},
+                                        {"VolumeToFermenter", 10000, 30000},
+                                        {"VolumeAtPitching", 10000, 30000},
+                                        {"FinalBatchVolume", 10000, 30000},
+                                        {"PreBoilHydroReading", 0.99, 1.09},
+                                        {"OGHydroReading", 0.99, 1.12},
+                                        {"FGHydroReading", 0.99, 1.03},
+                                        {"PreBoilTemp", 0, 100},
+                                        {"OGTemp", 0, 30},
+                                        {"FGTemp", 0, 30},
+                                        {"HydrometerCalibratedAt", 15, 20}});
+  // Often not taken.
+  for (const char* reading : {"PreBoilHydroReading", "OGHydroReading", "FGHydroReading"}) {
+    if (oneIn(4)) actuals.set(KeyName(reading), "1.000");
+  }
+  PlistDictionary batch = quantities({{"MTThermalMass", 0, 2000}, {"WaterGrainRatio", 2, 4}});
+  put(batch, "SpargeMethod", oneOf(spargeMethods));
+  batch.set(KeyName("ModifiedRecipe"), recipeOfSameOddity());
+  batch.set(KeyName("Actuals"), std::move(actuals));
   return batch;
 }
 
-std::pair<PlistDictionary, PlainDefaults> RandomDocuments::defaults() {
-  startDocument();
-  PlistDictionary values;
+PlistDictionary RandomDocuments::defaults() {
+  oddity_ = oddities[below(std::size(oddities))];
+  PlistDictionary texts =
+      quantities({{"Boiling Point", oneIn(2) ? 100.0 : 15.0, oneIn(2) ? 100.0 : 105.0},
+                  {"PelletHopAdjustment", 0, 2},
+                  {"BaggedHopAdjustment", 0, 2},
+                  {"BaggedPelletHopAdjustment", 0, 2},
+                  {"FirstWortHopAdjustment", 0, 2},
+                  {"MashHopAdjustment", 0, 2}});
+  put(texts, "HopFormula", oneOf(formulaCodes));
+  put(texts, "BeerColorFormula", oneOf(formulaCodes));
   // Absent, a text or a number.
-  const auto chosen = [&](KeyName key, const std::string& text) {
-    if (oneIn(10)) return 0.0;
-    values.set(key, oneIn(2) ? PlistValue(text) : PlistValue(number(text)));
-    return number(text);
-  };
-  PlainDefaults plain;
-  plain.boilingPoint =
-      static_cast<float>(chosen(keys::BoilingPoint, oneIn(2) ? "100" : quantity(15, 105)));
-  plain.hopFormula = static_cast<std::int64_t>(chosen(keys::HopFormula, oneOf(formulaCodes)));
-  plain.colorFormula =
-      static_cast<std::int64_t>(chosen(keys::BeerColorFormula, oneOf(formulaCodes)));
-  plain.pelletHops = chosen(keys::PelletHopAdjustment, quantity(0, 2));
-  plain.baggedHops = chosen(keys::BaggedHopAdjustment, quantity(0, 2));
-  plain.baggedPelletHops = chosen(keys::BaggedPelletHopAdjustment, quantity(0, 2));
-  plain.firstWortHops = chosen(keys::FirstWortHopAdjustment, quantity(0, 2));
-  plain.mashHops = chosen(keys::MashHopAdjustment, quantity(0, 2));
-  return {values, plain};
+  PlistDictionary values;
+  for (const PlistEntry& entry : texts) {
+    if (oneIn(10)) continue;
+    values.set(entry.key, oneIn(2) ? entry.value : PlistValue(doubleValue(*entry.value.string())));
+  }
+  return values;
 }
 
 }  // namespace zym::reference

@@ -46,203 +46,256 @@ constexpr int US = 0;
 constexpr int British = 1;
 constexpr int Metric = 2;
 
+const std::string endless(400, '9');
+
 class ValueTransformers : public testing::WithDefaults {
  protected:
-  using Function = std::string (*)(const PlistValue&);
   struct Row {
-    KeyName preference;
-    int units;
-    Function convert;
+    int preference;
     PlistValue from;
     const char* to;
   };
-  static void check(const std::vector<Row>& rows) {
+  static void check(KeyName key, std::string (*convert)(const PlistValue&),
+                    const std::vector<Row>& rows) {
     for (const Row& row : rows) {
-      set(row.preference, row.units);
-      EXPECT_EQ(row.convert(row.from), row.to)
-          << row.preference.text() << " " << row.units << " "
+      set(key, row.preference);
+      EXPECT_EQ(convert(row.from), row.to)
+          << key.text() << " " << row.preference << " "
           << (row.from.string() ? *row.from.string() : shortestNumberText(row.from.doubleValue()));
     }
   }
 };
 
-TEST_F(ValueTransformers, ShowVolumesInTheUnitOfTheirSize) {
-  check({{keys::Units, US, show<Volume>, 1173477.7, "10.00 US brl"},
-         {keys::Units, US, show<Volume>, 1173477.6, "310.00 US gals"},
-         {keys::Units, US, show<Volume>, "3785.41", "1.00 US gals"},
-         {keys::Units, US, show<Volume>, "3785.40", "4.0 qts"},
-         {keys::Units, British, show<Volume>, "1636592.4", "10.00 UK brl"},
-         {keys::Units, British, show<Volume>, "4546.09", "1.00 UK gals"},
-         {keys::Units, British, show<Volume>, "4546.08", "8.0 pints"},
-         {keys::Units, Metric, show<Volume>, 100000, "1.00 hl"},
-         {keys::Units, Metric, show<Volume>, "99999", "100.00 l"},
-         {keys::Units, Metric, show<Volume>, "1000", "1.00 l"},
-         {keys::Units, Metric, show<Volume>, "999", "999 ml"},
-         {keys::Units, Metric, show<Volume>, "no number", "0 ml"},
-         {keys::Units, Metric, show<Volume>, "-500", "-500 ml"},
-         {keys::Units, 3, show<Volume>, "1000", ""},
-         {keys::Units, -1, show<Volume>, "1000", ""}});
+TEST_F(ValueTransformers, Volumes) {
+  check(keys::Units, show<Volume>,
+        {{US, 1173477.7, "10.00 US brl"},
+         {US, 1173477.6, "310.00 US gals"},
+         {US, "3785.41", "1.00 US gals"},
+         {US, "3785.40", "4.0 qts"},
+         {British, "1636592.4", "10.00 UK brl"},
+         {British, "1636592.3", "360.00 UK gals"},
+         {British, "4546.09", "1.00 UK gals"},
+         {British, "4546.08", "8.0 pints"},
+         {Metric, 100000, "1.00 hl"},
+         {Metric, "99999", "100.00 l"},
+         {Metric, "1000", "1.00 l"},
+         {Metric, "999", "999 ml"},
+         {Metric, "no number", "0 ml"},
+         {Metric, "-500", "-500 ml"},
+         {Metric, "5+", "5 ml"},  // no limit of a style
+         {3, "1000", ""},
+         {-1, "1000", ""}});
+  check(keys::Units, store<Volume>,
+        {{US, "5 l", "5000.000000"},
+         {US, "5 ml", "5.000000"},
+         {US, "2 hl", "200000.000000"},
+         {US, "1 pt", "568.260000"},
+         {British, "1 qts", "946.350000"},
+         {US, "1 PTS", "568.260000"},
+         {British, "1 gal", "3785.410000"},
+         {British, "1 gals", "3785.410000"},
+         {British, "1 US gals", "3785.410000"},
+         {US, "1 UK gals", "4546.090000"},
+         {US, "1 uk gal", "4546.090000"},
+         {US, "1 impgals", "4546.090000"},
+         {US, "1 imp gals", "4546.090000"},
+         {US, "1 imp gal", "3785.410000"},  // ends in no such word
+         {US, "1 US brl", "117347.770000"},
+         {US, "1 UK brl", "163659.240000"},
+         {US, "1 brl", "1000.000000"},  // by its last letter
+         {US, "1 litres", "1000.000000"},
+         {US, "1 liters", "1000.000000"},
+         {US, "1 pint", "568.260000"},
+         {US, "about 2 pints", "1136.520000"},
+         {US, "1 l ", "3785.410000"},  // the blank hides the unit
+         {US, "0.0999 l", "0.0"},
+         {US, "0.1 l", "100.000001"},  // in single precision
+         {US, "-3 l", "0.0"},
+         {US, "l", "0.0"},
+         {US, "", "0.0"},
+         {US, endless + " l", "0.0"},
+         // By its size without a unit.
+         {US, "24.5", "92742.545000"},
+         {US, "25", "23658.750000"},
+         {British, "24.5", "111379.205000"},
+         {British, "25", "14206.500000"},
+         {Metric, "99.5", "99500.000000"},
+         {Metric, "100", "100.000000"},
+         {Metric, "5 buckets", "5000.000000"},
+         {7, "5", "0.000000"}});
 }
 
-TEST_F(ValueTransformers, ReadVolumesByTheirUnitWord) {
-  check({{keys::Units, US, store<Volume>, "5 l", "5000.000000"},
-         {keys::Units, US, store<Volume>, "5 ml", "5.000000"},
-         {keys::Units, US, store<Volume>, "2 hl", "200000.000000"},
-         {keys::Units, US, store<Volume>, "1 pt", "568.260000"},
-         {keys::Units, British, store<Volume>, "1 qts", "946.350000"},
-         {keys::Units, US, store<Volume>, "1 PTS", "568.260000"},
-         {keys::Units, British, store<Volume>, "1 gal", "3785.410000"},
-         {keys::Units, British, store<Volume>, "1 US gals", "3785.410000"},
-         {keys::Units, US, store<Volume>, "1 UK gals", "4546.090000"},
-         {keys::Units, US, store<Volume>, "1 uk gal", "4546.090000"},
-         {keys::Units, US, store<Volume>, "1 impgals", "4546.090000"},
-         {keys::Units, US, store<Volume>, "1 imp gals", "4546.090000"},
-         {keys::Units, US, store<Volume>, "1 imp gal", "3785.410000"},  // ends in no such word
-         {keys::Units, US, store<Volume>, "1 US brl", "117347.770000"},
-         {keys::Units, US, store<Volume>, "1 UK brl", "163659.240000"},
-         {keys::Units, US, store<Volume>, "1 brl", "1000.000000"},  // by its last letter
-         {keys::Units, US, store<Volume>, "1 litres", "1000.000000"},
-         {keys::Units, US, store<Volume>, "1 liters", "1000.000000"},
-         {keys::Units, US, store<Volume>, "1 pint", "568.260000"},
-         {keys::Units, US, store<Volume>, "about 2 pints", "1136.520000"},
-         {keys::Units, US, store<Volume>, "1 l ", "3785.410000"},  // the blank hides the unit
-         {keys::Units, US, store<Volume>, "0.09 l", "0.0"},
-         {keys::Units, US, store<Volume>, "-3 l", "0.0"},
-         {keys::Units, US, store<Volume>, "l", "0.0"},
-         {keys::Units, US, store<Volume>, "", "0.0"}});
-}
-
-TEST_F(ValueTransformers, JudgeABareVolumeByItsSize) {
-  check({{keys::Units, US, store<Volume>, "20", "75708.200000"},
-         {keys::Units, US, store<Volume>, "30", "28390.500000"},
-         {keys::Units, US, store<Volume>, "25", "23658.750000"},
-         {keys::Units, British, store<Volume>, "5", "22730.450000"},
-         {keys::Units, British, store<Volume>, "40", "22730.400000"},
-         {keys::Units, Metric, store<Volume>, "50", "50000.000000"},
-         {keys::Units, Metric, store<Volume>, "500", "500.000000"},
-         {keys::Units, Metric, store<Volume>, "5 buckets", "5000.000000"},
-         {keys::Units, 7, store<Volume>, "5", "0.000000"}});
-}
-
-TEST_F(ValueTransformers, ShowWeights) {
-  check({{keys::Units, Metric, show<Weight>, 1000000, "1.00 m. ton"},
-         {keys::Units, Metric, show<Weight>, "1234.5", "1.235 kg"},
-         {keys::Units, Metric, show<Weight>, "999.4", "999 g"},
-         {keys::Units, Metric, show<Weight>, "9.125", "9.13 g"},
-         {keys::Units, US, show<Weight>, "453.59", "1lb 0oz"},
-         {keys::Units, US, show<Weight>, 15.9 * 28.35, "1lb 0oz"},
-         {keys::Units, US, show<Weight>, 15.4 * 28.35, "15.40 oz"},
-         {keys::Units, US, show<Weight>, 19 * 28.35, "1lb 3oz"},
-         {keys::Units, British, show<Weight>, 31.6 * 28.35, "2lb 0oz"},
-         {keys::Units, 9, show<Weight>, "28.35", "1.00 oz"}});
-}
-
-TEST_F(ValueTransformers, ReadWeights) {
-  check({{keys::Units, US, store<Weight>, "5 g", "5.000000"},
-         {keys::Units, US, store<Weight>, "5.5 kg", "5500.000000"},
-         {keys::Units, Metric, store<Weight>, "2 lb", "907.180000"},
-         {keys::Units, Metric, store<Weight>, "2 lbs", "907.180000"},
-         {keys::Units, Metric, store<Weight>, "2 oz", "56.700000"},
-         {keys::Units, Metric, store<Weight>, "2 m. ton", "2000000.000000"},
-         {keys::Units, Metric, store<Weight>, "5lb 3oz", "2353.050000"},
-         {keys::Units, Metric, store<Weight>, "5 pounds, 3", "2353.050000"},
-         {keys::Units, Metric, store<Weight>, "5 3 kg", "2353.050000"},
-         {keys::Units, Metric, store<Weight>, "99", "99000.000000"},
-         {keys::Units, Metric, store<Weight>, "100", "100.000000"},
-         {keys::Units, US, store<Weight>, "19", "8618.210000"},
-         {keys::Units, US, store<Weight>, "20", "567.000000"},
-         {keys::Units, US, store<Weight>, "0 kg", "0.000000"},
-         {keys::Units, US, store<Weight>, "nothing", "0.0"}});
+TEST_F(ValueTransformers, Weights) {
+  check(keys::Units, show<Weight>,
+        {{Metric, 1000000, "1.00 m. ton"},
+         {Metric, 999999.9, "1000.000 kg"},
+         {Metric, "1234.5", "1.235 kg"},
+         {Metric, 1000, "1.000 kg"},
+         {Metric, "999.4", "999 g"},
+         {Metric, 10, "10 g"},
+         {Metric, "9.125", "9.13 g"},
+         {US, "453.59", "1lb 0oz"},
+         {US, 15.5 * 28.35, "15.50 oz"},
+         {US, 15.51 * 28.35, "1lb 0oz"},
+         {US, 16 * 28.35, "1lb 0oz"},
+         {US, 19 * 28.35, "1lb 3oz"},
+         {British, 31.6 * 28.35, "2lb 0oz"},
+         {9, "28.35", "1.00 oz"}});
+  check(keys::Units, store<Weight>,
+        {{US, "5 g", "5.000000"},
+         {US, "5.5 kg", "5500.000000"},
+         {Metric, "2 lb", "907.180000"},
+         {Metric, "2 lbs", "907.180000"},
+         {Metric, "2 oz", "56.700000"},
+         {Metric, "2 m. ton", "2000000.000000"},
+         {Metric, "5lb 3oz", "2353.050000"},
+         {Metric, "5 pounds, 3", "2353.050000"},
+         {Metric, "5 3 kg", "2353.050000"},
+         {Metric, "0 0.5 kg", "14.175000"},
+         {Metric, "99.5", "99500.000000"},
+         {Metric, "100", "100.000000"},
+         {US, "19.5", "8845.005000"},
+         {US, "20", "567.000000"},
+         {US, "0 kg", "0.000000"},
+         {Metric, "0.0001 g", "0.000100"},
+         {Metric, "0.00005 g", "0.050000"},  // too little for a unit
+         {US, "nothing", "0.0"},
+         {US, endless + " kg", "0.0"}});
 }
 
 TEST_F(ValueTransformers, HopsAndSaltsHaveUnitsOfTheirOwn) {
   set(keys::HopUnits, Metric);
-  check({{keys::Units, US, show<HopWeight>, "28.35", "28 g"},
-         {keys::Units, US, store<HopWeight>, "28", "793.800000"},  // by "Units": ounces
-         {keys::Units, US, show<SaltWeight>, "2.5", "2.50 g"},
-         {keys::Units, US, store<SaltWeight>, "2.5", "2.500000"},
-         {keys::Units, US, store<SaltWeight>, "1 oz", "28.350000"}});
+  check(keys::Units, show<HopWeight>, {{US, "28.35", "28 g"}});
+  check(keys::Units, show<SaltWeight>, {{US, "2.5", "2.50 g"}});
+  check(keys::Units, store<HopWeight>, {{US, "28", "793.800000"}, {US, "5", "2267.950000"}});
+  check(keys::Units, store<SaltWeight>, {{US, "2.5", "2.500000"}, {US, "1 oz", "28.350000"}});
   const PlistValue ounce = "28.35";
   EXPECT_EQ(HopWeight().transformedValue(&ounce), PlistValue("1.00 oz"));
   EXPECT_EQ(SaltWeight().transformedValue(&ounce), PlistValue("1.00 oz"));
   const PlistValue bare = "1";
   EXPECT_EQ(SaltWeight().reverseTransformedValue(&bare), PlistValue("453.590000"));
-  EXPECT_EQ(Weight::convertForStorage_preferSmallUnits(&bare, true), "28.350000");
+  // Asked for directly, each goes by its own.
+  struct Preferring {
+    std::string (*store)(const PlistValue*, bool);
+    int units, hopUnits;
+    const char *small, *any;
+  };
+  for (const Preferring& row : {Preferring{Weight::convertForStorage_preferSmallUnits, US, Metric,
+                                           "28.350000", "453.590000"},
+                                Preferring{Weight::convertForStorage_preferSmallUnits, Metric, US,
+                                           "1.000000", "1000.000000"},
+                                Preferring{HopWeight::convertForStorage_preferSmallUnits, US,
+                                           Metric, "1.000000", "1000.000000"},
+                                Preferring{HopWeight::convertForStorage_preferSmallUnits, Metric,
+                                           US, "28.350000", "453.590000"},
+                                Preferring{SaltWeight::convertForStorage_preferSmallUnits, US, US,
+                                           "1.000000", "1000.000000"}}) {
+    set(keys::Units, row.units);
+    set(keys::HopUnits, row.hopUnits);
+    EXPECT_EQ(row.store(&bare, true), row.small);
+    EXPECT_EQ(row.store(&bare, false), row.any);
+  }
 }
 
 TEST_F(ValueTransformers, Gravities) {
-  check({{keys::GravityUnits, 0, show<Gravity>, "1.0504", "1.050 SG"},
-         {keys::GravityUnits, 0, show<Gravity>, "1.060+", "1.060+ SG"},
-         {keys::GravityUnits, 1, show<Gravity>, "1.040", "10.0 P"},
-         {keys::GravityUnits, 1, show<Gravity>, "1.040+", "10.0+ P"},
-         {keys::GravityUnits, 2, show<Gravity>, "1.040", ""},
-         {keys::GravityUnits, 0, store<Gravity>, "1.05", "1.050000"},
-         {keys::GravityUnits, 0, store<Gravity>, "1050", "1.050000"},
-         {keys::GravityUnits, 0, store<Gravity>, "1000", "1.000000"},
-         {keys::GravityUnits, 1, store<Gravity>, "1000 SG", "1000.000000"},
-         {keys::GravityUnits, 1, store<Gravity>, "1001 sg", "1.001000"},
-         {keys::GravityUnits, 1, store<Gravity>, "10", "1.040000"},
-         {keys::GravityUnits, 0, store<Gravity>, "10 P", "1.040000"},
-         {keys::GravityUnits, 0, store<Gravity>, "10 plato", "1.040000"},
-         {keys::GravityUnits, 0, store<Gravity>, "10.4 Brix", "1.040031"},
-         {keys::GravityUnits, 2, store<Gravity>, "1.05", "-1.000000"}});
+  check(keys::GravityUnits, show<Gravity>,
+        {{0, "1.0504", "1.050 SG"},
+         {0, "1.060+", "1.060+ SG"},
+         {1, "1.040", "10.0 P"},
+         {1, "1.040+", "10.0+ P"},
+         {2, "1.040", ""}});
+  check(keys::GravityUnits, store<Gravity>,
+        {{0, "1.05", "1.050000"},
+         {0, "1050", "1.050000"},
+         {0, "1000", "1.000000"},
+         {0, "999", "999.000000"},
+         {1, "1000 SG", "1000.000000"},
+         {1, "1001 sg", "1.001000"},
+         {1, "10", "1.040000"},
+         {0, "10 P", "1.040000"},
+         {0, "10 plato", "1.040000"},
+         {0, "10.4 Brix", "1.040031"},
+         {1, "-0.4 sg", "-0.400000"},
+         {1, "-1 sg", "0.996169"},  // no gravity, so Plato
+         {2, "1.05", "-1.000000"},
+         {0, "260 P", "-1.000000"},  // beyond all number
+         {1, "260", "-1.000000"}});
 }
 
 TEST_F(ValueTransformers, Colours) {
-  check({{keys::ColorUnit, 0, show<BeerColor>, "10", "10.0 SRM"},
-         {keys::ColorUnit, 1, show<BeerColor>, "10+", "19.7+ EBC"},
-         {keys::ColorUnit, 2, show<BeerColor>, "10", ""},
-         {keys::ColorUnit, 0, show<MaltColor>, "60", "60.0 ˚L"},
-         {keys::ColorUnit, 1, show<MaltColor>, "10", "25.2 EBC"},
-         {keys::ColorUnit, 1, store<BeerColor>, "10 SRM", "10.000000"},
-         {keys::ColorUnit, 1, store<BeerColor>, "10 L", "10.000000"},
-         {keys::ColorUnit, 0, store<BeerColor>, "19.7 EBC", "10.000000"},
-         {keys::ColorUnit, 1, store<BeerColor>, "19.7", "10.000000"},
-         {keys::ColorUnit, 1, store<MaltColor>, "60 ˚L", "60.000000"},
-         {keys::ColorUnit, 1, store<MaltColor>, "60 Lov", "60.000000"},
-         {keys::ColorUnit, 1, store<MaltColor>, "60 srm", "23.045071"},
-         {keys::ColorUnit, 2, store<MaltColor>, "60", "-1.000000"}});
+  check(keys::ColorUnit, show<BeerColor>,
+        {{0, "10", "10.0 SRM"}, {1, "10+", "19.7+ EBC"}, {2, "10", ""}});
+  check(keys::ColorUnit, show<MaltColor>,
+        {{0, "60", "60.0 ˚L"}, {1, "10", "25.2 EBC"}, {2, "10", ""}});
+  check(keys::ColorUnit, store<BeerColor>,
+        {{1, "10 SRM", "10.000000"},
+         {1, "10 L", "10.000000"},
+         {0, "19.7 EBC", "10.000000"},
+         {1, "19.7", "10.000000"},
+         {0, "19.7", "19.700001"},
+         {0, "-3", "-3.000000"},
+         {2, "60", "-1.000000"}});
+  check(keys::ColorUnit, store<MaltColor>,
+        {{1, "60 ˚L", "60.000000"},
+         {1, "60 Lov", "60.000000"},
+         {0, "60 ebc", "23.045071"},
+         {1, "60 srm", "23.045071"},  // no word of malts
+         {0, "60", "60.000000"},
+         {2, "60", "-1.000000"}});
 }
 
 TEST_F(ValueTransformers, Temperatures) {
-  check({{keys::TemperatureUnit, 0, show<Temperature>, "18.5", "19 ˚C"},
-         {keys::TemperatureUnit, 1, show<Temperature>, "100", "212 ˚F"},
-         {keys::TemperatureUnit, 2, show<Temperature>, "100", ""},
-         {keys::TemperatureUnit, 1, store<Temperature>, "66.5 ˚C", "66.500000"},
-         {keys::TemperatureUnit, 0, store<Temperature>, "212 f", "100.000000"},
-         {keys::TemperatureUnit, 1, store<Temperature>, "212", "100.000000"},
-         {keys::TemperatureUnit, 0, store<Temperature>, "-5", "-5.000000"},
-         {keys::TemperatureUnit, 1, store<Temperature>, "-100 c", "-73.333333"},
-         {keys::TemperatureUnit, 1, store<Temperature>, "", "-17.777778"},
-         {keys::TemperatureUnit, 2, store<Temperature>, "20", "-100.000000"}});
+  check(keys::TemperatureUnit, show<Temperature>,
+        {{0, "18.5", "19 ˚C"}, {1, "100", "212 ˚F"}, {2, "100", ""}});
+  check(keys::TemperatureUnit, store<Temperature>,
+        {{1, "66.5 ˚C", "66.500000"},
+         {0, "212 f", "100.000000"},
+         {1, "212", "100.000000"},
+         {0, "-5", "-5.000000"},
+         {1, "-99 c", "-99.000000"},
+         {1, "-100 c", "-73.333333"},
+         {1, "", "-17.777778"},
+         {2, "20", "-100.000000"}});
 }
 
 TEST_F(ValueTransformers, MashThickness) {
-  check({{keys::Units, US, show<WaterGrain>, "2.6", "1.25 qts/lb"},
-         {keys::Units, British, show<WaterGrain>, "2.5", "2.00 pts/lb"},
-         {keys::Units, Metric, show<WaterGrain>, "2.5", "2.50 l/kg"},
-         {keys::Units, 3, show<WaterGrain>, "2.5", ""},
-         {keys::Units, US, store<WaterGrain>, "2.5 l/kg", "2.500000"},
-         {keys::Units, Metric, store<WaterGrain>, "2 pts/lb", "2.505611"},
-         {keys::Units, Metric, store<WaterGrain>, "1 qts/lb", "2.086356"},
-         {keys::Units, US, store<WaterGrain>, "1", "2.086356"},
-         {keys::Units, Metric, store<WaterGrain>, "2.5", "2.500000"},
-         {keys::Units, 3, store<WaterGrain>, "2.5", "-1.000000"}});
+  check(keys::Units, show<WaterGrain>,
+        {{US, "2.6", "1.25 qts/lb"},
+         {British, "2.5", "2.00 pts/lb"},
+         {Metric, "2.5", "2.50 l/kg"},
+         {3, "2.5", ""}});
+  check(keys::Units, store<WaterGrain>,
+        {{US, "2.5 l/kg", "2.500000"},
+         {Metric, "2 pts/lb", "2.505611"},
+         {Metric, "1 qts/lb", "2.086356"},
+         {US, "1", "2.086356"},
+         {British, "2", "2.505611"},
+         {Metric, "2.5", "2.500000"},
+         {3, "2.5", "-1.000000"}});
 }
 
 TEST_F(ValueTransformers, Distances) {
   useLocale("de_DE");
-  check({{keys::Units, US, show<Distance>, "1609.344", "5280 ft"},
-         {keys::Units, Metric, show<Distance>, "12.34", "12,3 m"},
-         {keys::Units, 3, show<Distance>, "12.34", ""},
-         {keys::Units, US, store<Distance>, "12,5 m", "12.500000"},
-         {keys::Units, Metric, store<Distance>, "10 ft", "3.048000"},
-         {keys::Units, Metric, store<Distance>, "10 feet", "3.048000"},
-         {keys::Units, Metric, store<Distance>, "10 yds", "9.144000"},
-         {keys::Units, US, store<Distance>, "10", "3.048000"},
-         {keys::Units, US, store<Distance>, "3 metres", "3.000000"},
-         {keys::Units, Metric, store<Distance>, "0,05", "0.0"},
-         {keys::Units, 3, store<Distance>, "5", "0.000000"}});
+  check(keys::Units, show<Distance>,
+        {{US, "1609.344", "5280 ft"},
+         {British, "0.7620000", "3 ft"},  // 2.5000 in double precision
+         {Metric, "12.34", "12,3 m"},
+         {3, "12.34", ""}});
+  check(keys::Units, store<Distance>,
+        {{US, "12,5 m", "12.500000"},
+         {US, "12,5 mt", "12.500000"},
+         {Metric, "10 ft", "3.048000"},
+         {Metric, "10 feet", "3.048000"},
+         {Metric, "10 yd", "9.144000"},
+         {Metric, "10 yds", "9.144000"},
+         {US, "10", "3.048000"},
+         {British, "10", "3.048000"},
+         {US, "3 metre", "3.000000"},
+         {US, "3 metres", "3.000000"},
+         {US, "3 meters", "3.000000"},
+         {Metric, "5", "5.000000"},
+         {Metric, "0,05", "0.0"},
+         {3, "5", "0.000000"}});
 }
 
 TEST_F(ValueTransformers, Percentages) {
@@ -252,35 +305,40 @@ TEST_F(ValueTransformers, Percentages) {
   EXPECT_EQ(Percent::convertForDisplay(nullptr), "0");
   EXPECT_EQ(store<Percent>("about 75.5 % of 80"), "75.500000");
   EXPECT_EQ(store<Percent>("all"), "");
+  EXPECT_EQ(store<Percent>(endless), "");
+  EXPECT_EQ(Percent::convertForStorage(nullptr), "0.000000");
   EXPECT_EQ(Percent().reverseTransformedValue(nullptr), PlistValue("0.0"));
+  const PlistValue typed = "5";
+  EXPECT_EQ(Percent().reverseTransformedValue(&typed), PlistValue("5.000000"));
 }
 
 TEST_F(ValueTransformers, Dates) {
+  using Date = ZYMDateValueTransformer;
   const PlistValue date =
       NSDate::dateWithTimeIntervalSince1970(1767348000);  // 2026-01-02 10:00 UTC
-  const std::string shown = ZYMDateValueTransformer::convertForDisplay(&date);
-  EXPECT_EQ(shown, "Jan 2, 2026");
-  const PlistValue text = shown;
-  EXPECT_EQ(show<ZYMDateValueTransformer>(ZYMDateValueTransformer::convertForStorage(&text)),
-            shown);
-  EXPECT_EQ(show<ZYMDateValueTransformer>("2026-01-02"), "");
+  const PlistValue text = Date::convertForDisplay(&date);
+  EXPECT_EQ(text, PlistValue("Jan 2, 2026"));
+  EXPECT_EQ(show<Date>(Date::convertForStorage(&text)), *text.string());
+  EXPECT_EQ(show<Date>(*Date().reverseTransformedValue(&text)), *text.string());
+  EXPECT_EQ(show<Date>("2026-01-02"), "");
   const PlistValue nonsense = "soon";
   const NSDate before = NSDate::date();
-  EXPECT_GE(ZYMDateValueTransformer::convertForStorage(&nonsense), before);
-  EXPECT_GE(*ZYMDateValueTransformer().reverseTransformedValue(nullptr)->date(), before);
+  EXPECT_GE(Date::convertForStorage(&nonsense), before);
+  EXPECT_GE(*Date().reverseTransformedValue(nullptr)->date(), before);
 }
 
-TEST_F(ValueTransformers, AbsentCountsAsNothing) {
+TEST_F(ValueTransformers, AbsentCountsAsNothingAndOtherKindsAreFaults) {
   set(keys::Units, Metric);
   EXPECT_EQ(Volume::convertForDisplay(nullptr), "0 ml");
   EXPECT_EQ(Volume::convertForStorage(nullptr), "0.0");
   EXPECT_EQ(Weight::convertForStorage(nullptr), "0.000000");
+  EXPECT_EQ(Gravity::convertForDisplay(nullptr), "0.000 SG");
   EXPECT_EQ(Volume().reverseTransformedValue(nullptr), std::nullopt);
-}
-
-TEST_F(ValueTransformers, WrongKindsAreFaults) {
+  EXPECT_EQ(Volume().transformedValueClass(), "NSString");
+  EXPECT_TRUE(Volume().allowsReverseTransformation());
   const PlistValue array = PlistArray();
   const PlistValue number = 5;
+  EXPECT_EQ(Volume().reverseTransformedValue(&number), std::nullopt);
   const auto reasonOf = [](auto&& call) -> std::string {
     try {
       call();
@@ -289,10 +347,16 @@ TEST_F(ValueTransformers, WrongKindsAreFaults) {
     }
     return "none";
   };
-  EXPECT_EQ(reasonOf([&] { (void)Volume::convertForDisplay(&array); }),
-            "NSInternalInconsistencyException: Value (NSArray) does not respond to -floatValue.");
-  EXPECT_EQ(reasonOf([&] { (void)Gravity::convertForStorage(&number); }),
-            "NSInternalInconsistencyException: Value (NSNumber) is not an NSString as Expected.");
+  for (auto* show : {Volume::convertForDisplay, HopWeight::convertForDisplay,
+                     Distance::convertForDisplay, Gravity::convertForDisplay}) {
+    EXPECT_EQ(reasonOf([&] { (void)show(&array); }),
+              "NSInternalInconsistencyException: Value (NSArray) does not respond to -floatValue.");
+  }
+  for (auto* store : {Weight::convertForStorage, Percent::convertForStorage,
+                      Distance::convertForStorage, Gravity::convertForStorage}) {
+    EXPECT_EQ(reasonOf([&] { (void)store(&number); }),
+              "NSInternalInconsistencyException: Value (NSNumber) is not an NSString as Expected.");
+  }
 }
 
 // Whatever a locale makes of a number, it reads it back.
@@ -300,32 +364,23 @@ TEST_F(ValueTransformers, WhatIsShownReadsBack) {
   for (const char* locale : {"en_US", "de_DE", "fr_FR", "sv_SE", "pl_PL", "ar_EG", "de_CH"}) {
     useLocale(locale);
     for (const int units : {US, British, Metric}) {
-      set(keys::Units, units);
-      set(keys::HopUnits, units);
-      const int two = units % 2;
-      set(keys::TemperatureUnit, two);
-      set(keys::GravityUnits, two);
-      set(keys::ColorUnit, two);
-      const auto readsBack = [&](auto transformer, const char* stored) {
-        using Transformer = decltype(transformer);
-        const std::string shown = show<Transformer>(stored);
-        EXPECT_EQ(show<Transformer>(store<Transformer>(shown)), shown) << locale << " " << units;
+      for (const KeyName key : {keys::Units, keys::HopUnits}) set(key, units);
+      for (const KeyName key : {keys::TemperatureUnit, keys::GravityUnits, keys::ColorUnit}) {
+        set(key, units % 2);
+      }
+      const auto readsBack = [&]<class... Transformer>(std::vector<const char*> all,
+                                                       Transformer...) {
+        const auto one = [&]<class T>(const char* stored, T) {
+          const std::string shown = show<T>(stored);
+          EXPECT_EQ(show<T>(store<T>(shown)), shown) << locale << " " << units;
+        };
+        for (const char* stored : all) (one(stored, Transformer()), ...);
       };
-      for (const char* stored : {"0.5", "7.25", "812.5", "2500", "18927.25", "250000"}) {
-        readsBack(Volume(), stored);
-        readsBack(Weight(), stored);
-        readsBack(HopWeight(), stored);
-        readsBack(SaltWeight(), stored);
-        readsBack(WaterGrain(), stored);
-        readsBack(Distance(), stored);
-      }
-      for (const char* stored : {"-17.5", "0", "66.5", "100"}) readsBack(Temperature(), stored);
-      for (const char* stored : {"1.000", "1.0504", "1.112"}) readsBack(Gravity(), stored);
-      for (const char* stored : {"0.6", "12.35", "500"}) {
-        readsBack(BeerColor(), stored);
-        readsBack(MaltColor(), stored);
-        readsBack(Percent(), stored);
-      }
+      readsBack({"0.5", "7.25", "812.5", "2500", "18927.25", "250000"}, Volume(), Weight(),
+                HopWeight(), SaltWeight(), WaterGrain(), Distance());
+      readsBack({"-17.5", "0", "66.5", "100"}, Temperature());
+      readsBack({"1.000", "1.0504", "1.112"}, Gravity());
+      readsBack({"0.6", "12.35", "500"}, BeerColor(), MaltColor(), Percent());
     }
   }
 }

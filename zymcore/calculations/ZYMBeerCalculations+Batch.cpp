@@ -73,14 +73,10 @@ Grist sumFermentables(const PlistDictionary& recipe, double dilution) {
       grist.grainExtract += extract;
     }
     if (fermentable.isBoiledFromTheStart) grist.boilStartExtract += extract;
-    if (fermentable.isColouring()) {
-      grist.colour.direct += fermentable.amount / finalWortVolume * fermentable.colour;
-    } else {
-      const double mcu = fermentable.maltColourUnits(finalWortVolume, dilution);
-      grist.colour.maltColourUnits += mcu;
-      grist.colour.viggiano +=
-          fermentable.isMashed ? fermentable.yield / 100 * (efficiency / 100 * mcu) : mcu;
-    }
+    // As it is rounded here, a last digit can differ from the prediction's.
+    const double mcu = fermentable.maltColourUnits(finalWortVolume, dilution);
+    grist.colour.add(fermentable, finalWortVolume, mcu,
+                     fermentable.yield / 100 * (efficiency / 100 * mcu));
     grist.extract += extract;
   }
   return grist;
@@ -204,8 +200,7 @@ void ZYMBeerCalculations::recalculateBatch(PlistDictionary& batch) {
 void ZYMBeerCalculations::recalculateBatchCost(PlistDictionary& batch) {
   double total = 0;
   if (const PlistDictionary* recipe = batch.dictionary(keys::ModifiedRecipe)) {
-    for (const KeyName additions : {keys::FermentableIngredients, keys::HopIngredients,
-                                    keys::OtherIngredients, keys::YeastIngredients}) {
+    for (const KeyName additions : keys::additions) {
       for (const PlistDictionary& addition : recipe->rows(additions)) {
         for (const PlistDictionary& allocation : addition.rows(keys::Batches)) {
           const float cost =

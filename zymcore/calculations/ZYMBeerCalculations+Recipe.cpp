@@ -7,6 +7,7 @@
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {
 namespace {
@@ -71,19 +72,14 @@ Grist addFermentables(PlistDictionary& recipe, double efficiency, double dilutio
     }
 
     const double mcu = fermentable.maltColourUnits(finalWortVolume, dilution);
-    if (fermentable.isColouring()) {
-      grist.colour.direct += fermentable.amount / finalWortVolume * fermentable.colour;
-    } else {
-      grist.colour.maltColourUnits += mcu;
-      grist.colour.viggiano +=
-          fermentable.isMashed ? efficiency / 100 * mcu * fermentable.yield / 100 : mcu;
-    }
+    grist.colour.add(fermentable, finalWortVolume, mcu,
+                     efficiency / 100 * mcu * fermentable.yield / 100);
     grist.amount += fermentable.amount;
     grist.extract += extract;
 
     addition.setNumber(keys::MCUForAddition, mcu);
     addition.setNumber(keys::GravityPointsForAddition,
-                       extract * gravityPointsPerExtract / finalWortVolume * dilution);
+                       gravityPoints(extract, finalWortVolume) * dilution);
   }
   return grist;
 }
@@ -115,7 +111,7 @@ void predictGravities(PlistDictionary& recipe, const Grist& grist, double diluti
   recipe.setNumber(keys::GravityForIBUCalcs,
                    gravityOf(grist.boilStartExtract + mashExtract, preBoilVolume));
 
-  const double og = grist.extract * gravityPointsPerExtract / finalWortVolume / 1000 * dilution + 1;
+  const double og = gravityOf(grist.extract, finalWortVolume, dilution);
   recipe.setNumber(keys::ExpectedOriginalGravity, og);
 
   double fg = og;
@@ -123,7 +119,7 @@ void predictGravities(PlistDictionary& recipe, const Grist& grist, double diluti
   if (attenuation >= 1) {
     const double plato = ZYMUnitConverter::convertSGToPlato(og) * (100 - attenuation) / 100;
     fg = ZYMUnitConverter::convertPlatoToSG(plato) +
-         grist.finalGravityShift * gravityPointsPerExtract / finalWortVolume / 1000 * dilution;
+         gravityPoints(grist.finalGravityShift, finalWortVolume) / 1000 * dilution;
   }
   recipe.setNumber(keys::ExpectedFinalGravity, fg);
 

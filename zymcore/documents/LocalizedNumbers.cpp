@@ -1,5 +1,7 @@
 #include "zymcore/documents/LocalizedNumbers.h"
 
+#include <cmath>
+
 #include "zymcore/platform/text/NSLocale.h"
 #include "zymcore/platform/text/NSNumberFormatter.h"
 #include "zymcore/platform/text/NSScanner.h"
@@ -21,16 +23,22 @@ std::string localizedString(double number, int decimalPlaces) {
   return formatter.stringFromNumber(number);
 }
 
+// A number beyond single precision is none: no text of it could be read again.
+std::optional<float> scanNumber(NSScanner& scanner) {
+  const std::optional<float> number = scanner.scanFloat();
+  return number && std::isfinite(*number) ? number : std::nullopt;
+}
+
 // The number at the very start of the text, with its sign, else the first one further on.
 std::optional<float> scanFirstNumber(NSScanner& scanner, const NSCharacterSet& numbers) {
-  if (const std::optional<float> number = scanner.scanFloat()) return number;
+  if (const std::optional<float> number = scanNumber(scanner)) return number;
   scanner.scanUpToCharactersFromSet(numbers);
-  return scanner.scanFloat();
+  return scanNumber(scanner);
 }
 
 std::optional<float> scanNextNumber(NSScanner& scanner, const NSCharacterSet& numbers) {
   scanner.scanUpToCharactersFromSet(numbers);
-  return scanner.scanFloat();
+  return scanNumber(scanner);
 }
 
 }  // namespace

@@ -28,7 +28,8 @@ void createFormatter();
 [[nodiscard]] NSCharacterSet numberCharacterSet();
 
 /// The first number in what the user typed, in single precision with six decimals; "" when there is
-/// none. Words before it are passed over, and with them a sign, but for one at the very start.
+/// none, or it is beyond single precision. Words before it are passed over, and with them a sign,
+/// but for one at the very start.
 /// `secondValue`, where given, gets the number after it, or "" when there is only one; it is left
 /// alone when there is none at all.
 [[nodiscard]] std::string stringValueWithLocalizedValue_secondValue(std::string_view text,

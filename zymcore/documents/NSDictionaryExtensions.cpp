@@ -7,6 +7,7 @@
 #include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/platform/text/NSString.h"
 #include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSLog.h"
 #include "zymcore/platform/values/NSNotFound.h"
 #include "zymcore/platform/values/NumberText.h"
 
@@ -128,6 +129,7 @@ void removeSpacesInKeysOfObject(PlistValue* tree) {
   }
   PlistArray* array = tree->editArray();
   if (!array) {
+    NSLog("*** Assertion failure in NSDictionaryExtensions");
     throw NSException(NSInternalInconsistencyException,
                       "Non-mutable object passed to to removeSpacesInKeysOfObject:");
   }

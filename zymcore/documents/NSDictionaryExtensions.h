@@ -23,7 +23,7 @@ namespace zym {
 /// two keys become one, the value of the one with blanks stays.
 void removeSpacesInKeys(PlistDictionary& tree);
 /// The same for a dictionary or an array; nothing is passed over. Any other value is a fault of the
-/// programmer and throws.
+/// programmer: it is logged, with this file's name, and throws.
 void removeSpacesInKeysOfObject(PlistValue* tree);
 
 /// Makes sure that a tree can be stored, in place and at every depth. In its dictionaries, text

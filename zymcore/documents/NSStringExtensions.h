@@ -4,9 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "zymcore/platform/graphics/NSAttributedString.h"
-#include "zymcore/platform/graphics/NSImage.h"
-
 namespace zym {
 
 // What the library asks of texts. Text is UTF-8; where characters are counted or paired they are
@@ -51,13 +48,5 @@ void indentXMLBy(std::string& text, int indentation);
 /// Appends the same and an element of the key, with the encoded value.
 void xmlAppendKey_withValue_withIndentation(std::string& text, std::string_view key,
                                             std::string_view value, int indentation);
-
-/// The image, in the given size where it has another, followed by a blank and the text.
-[[nodiscard]] NSAttributedString prependWithImage(std::string_view text, const NSImage& image);
-[[nodiscard]] NSAttributedString prependWithImage_withSize(std::string_view text,
-                                                           const NSImage& image, NSSize size);
-[[nodiscard]] NSAttributedString prependWithImage_width_height(std::string_view text,
-                                                               const NSImage& image, double width,
-                                                               double height);
 
 }  // namespace zym

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "zymcore/platform/values/PlistKey.h"
 
 /// The keys of a `RecipeDocument`. Quantities are decimal text with a point (`doubleValue`),
@@ -74,6 +76,8 @@ inline constexpr KeyName FermentableIngredients{"FermentableIngredients"};
 inline constexpr KeyName HopIngredients{"HopIngredients"};
 inline constexpr KeyName OtherIngredients{"OtherIngredients"};
 inline constexpr KeyName YeastIngredients{"YeastIngredients"};
+inline constexpr std::array<KeyName, 4> additions = {FermentableIngredients, HopIngredients,
+                                                     OtherIngredients, YeastIngredients};
 
 // Any addition.
 inline constexpr KeyName Ingredient{"Ingredient"};  // name of a fermentable or other addition

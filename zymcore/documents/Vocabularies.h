@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 #include <span>
 #include <string_view>
 
@@ -60,6 +61,12 @@ inline constexpr std::string_view hopWhen[] = {InMash,
                                                InHopBack,
                                                InFermenter,
                                                DryHopped};
+
+/// How long a hop boils that is added at each of `hopWhen`; "" for as long as the wort does.
+inline constexpr std::string_view hopMinutes[] = {"",   "",   "",   "90", "80", "70", "60", "55",
+                                                  "50", "45", "40", "35", "30", "25", "20", "15",
+                                                  "10", "5",  "1",  "0",  "0",  "0",  "0"};
+static_assert(std::size(hopMinutes) == std::size(hopWhen));
 
 inline constexpr std::string_view otherWhen[] = {InMash, InBoil, InFermenter, InDispenseVessel};
 

@@ -10,7 +10,8 @@
 namespace zym {
 namespace {
 
-std::int64_t lastWith(std::string ZYMSummary::*field, std::string_view text,
+template <class Field>
+std::int64_t lastWith(Field ZYMSummary::*field, std::string_view text,
                       const std::vector<ZYMSummary>& rows) noexcept {
   const auto found = std::find_if(rows.rbegin(), rows.rend(),
                                   [&](const ZYMSummary& row) { return row.*field == text; });
@@ -19,7 +20,8 @@ std::int64_t lastWith(std::string ZYMSummary::*field, std::string_view text,
 
 }  // namespace
 
-ZYMSummary ZYMSummary::summaryWithName_uuid_numberOfChildren(std::string name, std::string uuid,
+ZYMSummary ZYMSummary::summaryWithName_uuid_numberOfChildren(std::string name,
+                                                             std::optional<std::string> uuid,
                                                              std::int64_t numberOfChildren) {
   return {std::move(name), std::move(uuid), numberOfChildren};
 }
@@ -35,16 +37,20 @@ std::int64_t ZYMSummary::indexOfSummaryWithName_inArray(
 }
 
 PlistDictionary ZYMSummary::archive() const {
-  return {{keys::Name, name}, {keys::UUID, uuid}, {keys::Children, numberOfChildren}};
+  PlistDictionary archive{{keys::Name, name}};
+  if (uuid) archive.set(keys::UUID, *uuid);
+  archive.set(keys::Children, numberOfChildren);
+  return archive;
 }
 
 ZYMSummary ZYMSummary::summaryWithArchive(const PlistDictionary& archive) {
-  return {std::string(archive.stringValue(keys::Name)),
-          std::string(archive.stringValue(keys::UUID)), archive.integerValue(keys::Children)};
+  const std::string* uuid = archive.string(keys::UUID);
+  return {std::string(archive.stringValue(keys::Name)), uuid ? std::optional(*uuid) : std::nullopt,
+          archive.integerValue(keys::Children)};
 }
 
 std::string ZYMSummary::description() const {
-  return "name: " + name + " uuid: " + uuid +
+  return "name: " + name + " uuid: " + uuid.value_or("(null)") +
          " numberOfChildren: " + std::to_string(numberOfChildren);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,11 +13,12 @@ namespace zym {
 /// One row of a list.
 struct ZYMSummary {
   std::string name;
-  std::string uuid;
+  /// Absent for an object that has none. The one row with "" is that of the whole library.
+  std::optional<std::string> uuid;
   std::int64_t numberOfChildren = 0;
 
   [[nodiscard]] static ZYMSummary summaryWithName_uuid_numberOfChildren(
-      std::string name, std::string uuid, std::int64_t numberOfChildren);
+      std::string name, std::optional<std::string> uuid, std::int64_t numberOfChildren);
 
   // The position of the last such row, else `NSNotFound`.
   [[nodiscard]] static std::int64_t indexOfSummaryWithUUID_inArray(
@@ -24,9 +26,9 @@ struct ZYMSummary {
   [[nodiscard]] static std::int64_t indexOfSummaryWithName_inArray(
       std::string_view name, const std::vector<ZYMSummary>& rows) noexcept;
 
-  /// The row as it travels in an archive: "Name", "UUID", "Children".
+  /// The row as it travels in an archive: "Name", "UUID" where there is one, "Children".
   [[nodiscard]] PlistDictionary archive() const;
-  /// What is missing, or of another kind, reads as empty and 0.
+  /// What is missing, or of another kind, reads as empty, absent and 0.
   [[nodiscard]] static ZYMSummary summaryWithArchive(const PlistDictionary& archive);
 
   [[nodiscard]] std::string description() const;

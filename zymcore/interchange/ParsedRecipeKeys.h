@@ -1,12 +1,13 @@
 #pragma once
 
-#include "zymcore/documents/RecipeKeys.h"
+#include <string_view>
+
 #include "zymcore/platform/values/PlistKey.h"
 
 /// The keys of a parsed recipe, the flat dictionary that the readers of other programs' files
-/// answer, beyond those that it shares with a recipe. All values are texts as the file spells them,
-/// or "%f" where they were converted to grams or millilitres, but for the arrays.
-namespace zym::keys {
+/// answer, beyond those that it shares with a recipe (`RecipeKeys.h`). All values are texts as the
+/// file spells them, or "%f" where they were converted to grams or millilitres, but for the arrays.
+namespace zym::parsedKeys {
 
 // The recipe.
 inline constexpr KeyName TYPE{"TYPE"};          // also of an ingredient, a step
@@ -15,7 +16,7 @@ inline constexpr KeyName AGE_TEMP{"AGE_TEMP"};  // °C
 inline constexpr KeyName FORCED_CARBONATION{
     "FORCED_CARBONATION"};  // there or not, whatever it says
 inline constexpr KeyName PRIMING_SUGAR_NAME{"PRIMING_SUGAR_NAME"};
-inline constexpr KeyName STYLENAME{"STYLENAME"};
+inline constexpr KeyName STYLENAME{"STYLENAME"};  // or `noStyle`
 inline constexpr KeyName MASHNAME{"MASHNAME"};
 
 // Its water, mg/l.
@@ -57,4 +58,7 @@ inline constexpr KeyName YEAST_FORM{"YEAST FORM"};
 inline constexpr KeyName STEP_TEMP{"STEP_TEMP"};  // °C
 inline constexpr KeyName STEP_TIME{"STEP_TIME"};  // minutes
 
-}  // namespace zym::keys
+/// The style of a file that names none. No style is called so, with its leading blank.
+inline constexpr std::string_view noStyle = " No Style Chosen";
+
+}  // namespace zym::parsedKeys

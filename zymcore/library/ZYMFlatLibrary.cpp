@@ -36,11 +36,7 @@ PlistArray ZYMFlatLibrary::allItemsWithoutFirst() {
 }
 
 std::vector<ZYMSummary> ZYMFlatLibrary::summariesWithoutFirst() const {
-  std::vector<ZYMSummary> rows;
-  for (const NSManagedObject* object : objectsSortedOnName()) {
-    const auto* item = static_cast<const ZYMEntity*>(object);
-    rows.push_back({item->name().value_or(""), item->uuid().value_or(""), 0});
-  }
+  std::vector<ZYMSummary> rows = rowsOfAllItems();
   if (rows.empty()) noFirst();
   rows.erase(rows.begin());
   return rows;

@@ -43,7 +43,7 @@ constexpr KeyName comparedVolumes[] = {keys::PreBoilVolume,     keys::PostBoilVo
 
 std::string firstSchedule() {
   const std::vector<ZYMSummary> rows = ZYMMashSchedules::sharedInstance().summariesforAllItems();
-  return rows.empty() ? "" : rows.front().uuid;
+  return rows.empty() ? "" : rows.front().uuid.value_or("");
 }
 
 const PlistDictionary& firstOf(const PlistArray& waters) {
@@ -76,7 +76,7 @@ ZYMProfiles::ZYMProfiles()
 void ZYMProfiles::prepareNewItem(PlistDictionary& item) {
   ZYMFlatLibrary::prepareNewItem(item);
   const std::vector<ZYMSummary> waters = ZYMWaters::sharedInstance().summariesforAllItems();
-  setDefaults(item, waters.empty() ? "" : waters.front().uuid);
+  setDefaults(item, waters.empty() ? "" : waters.front().uuid.value_or(""));
 }
 
 PlistDictionary ZYMProfiles::tempProfile() {

@@ -50,7 +50,8 @@ std::optional<PlistValue> orFirstWater(NSManagedObject& object, KeyName attribut
   if (rows.empty()) {
     throw NSException(NSRangeException, "index 0 beyond bounds for empty array of waters");
   }
-  return rows.front().uuid;
+  const std::optional<std::string>& first = rows.front().uuid;
+  return first ? std::optional<PlistValue>(*first) : std::nullopt;
 }
 
 std::optional<PlistValue> nameInLibrary(NSManagedObject& object, KeyName /*attribute*/) {

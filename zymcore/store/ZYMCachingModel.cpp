@@ -15,6 +15,7 @@
 #include "zymcore/store/ZYMLibraryRegistry.h"
 #include "zymcore/store/ZYMUndoGroup.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/SummaryRows.h"
 #include "zymcore/store/entities/ZYMEntityFetch.h"
 
 namespace zym {
@@ -23,10 +24,6 @@ namespace {
 constexpr std::array<std::string_view, 4> ingredientEntities = {
     "ZYMFermentableEntity", "ZYMHopEntity", "ZYMOtherIngredientEntity", "ZYMYeastEntity"};
 constexpr std::string_view supplierEntity = "ZYMSupplierEntity";
-
-NSManagedObjectContext& mainContext() {
-  return *ZYMCoreDataModel::sharedInstance().mainObjectContext();
-}
 
 [[noreturn]] void mustBeOverridden(const char* operation) {
   throw NSException(NSInternalInconsistencyException,
@@ -109,7 +106,7 @@ ZYMCachingModel::Objects ZYMCachingModel::objectsSortedOnName() const {
       .value_or(Objects());
 }
 
-ZYMRecordEntity* ZYMCachingModel::onlyObjectWithUUID(std::string_view uuid) const {
+ZYMRecordEntity* ZYMCachingModel::onlyObjectWithUUID(std::optional<std::string_view> uuid) const {
   return static_cast<ZYMRecordEntity*>(
       ZYMEntityFetch::onlyObjectWithUUID(entityClass(), nullptr, uuid));
 }
@@ -173,7 +170,7 @@ void ZYMCachingModel::updateItem(PlistDictionary& item) {
 }
 
 void ZYMCachingModel::removeItemWithUUID(const std::optional<std::string>& uuid) {
-  ZYMRecordEntity* object = uuid ? onlyObjectWithUUID(*uuid) : nullptr;
+  ZYMRecordEntity* object = onlyObjectWithUUID(uuid);
   if (!object) return;
   ZYMUndoGroup group;
   const ZYMLibraryRegistry& registry = ZYMLibraryRegistry::sharedInstance();
@@ -185,13 +182,11 @@ void ZYMCachingModel::removeItemWithUUID(const std::optional<std::string>& uuid)
 
 void ZYMCachingModel::removeItems(const std::vector<ItemReference>& items) {
   const auto* firstRow = items.empty() ? nullptr : std::get_if<ZYMSummary>(&items.front());
-  const std::optional<std::string> uuidForOrders =
-      firstRow ? std::optional(firstRow->uuid) : std::nullopt;
+  const std::optional<std::string> uuidForOrders = firstRow ? firstRow->uuid : std::nullopt;
 
   ZYMUndoGroup group;
   for (const ItemReference& item : items) {
-    const std::optional<std::string> uuid = uuidOf(item);
-    ZYMRecordEntity* object = uuid ? onlyObjectWithUUID(*uuid) : nullptr;
+    ZYMRecordEntity* object = onlyObjectWithUUID(uuidOf(item));
     if (!object) continue;
     if (isIngredient()) {
       ZYMLibraryRegistry::sharedInstance().removeOrderItemsForIngredientWithUUID(uuidForOrders);
@@ -202,13 +197,16 @@ void ZYMCachingModel::removeItems(const std::vector<ItemReference>& items) {
 }
 
 std::vector<ZYMSummary> ZYMCachingModel::summariesforAllItems() {
-  std::vector<ZYMSummary> rows;
-  for (NSManagedObject* object : objectsSortedOnName()) {
+  const Objects objects = objectsSortedOnName();
+  for (NSManagedObject* object : objects) {
     auto* item = static_cast<ZYMEntity*>(object);
     if (!item->name()) item->setName("");
-    rows.push_back({item->name().value_or(""), item->uuid().value_or(""), 0});
   }
-  return rows;
+  return summariesOf(objects);
+}
+
+std::vector<ZYMSummary> ZYMCachingModel::rowsOfAllItems() const {
+  return summariesOf(objectsSortedOnName());
 }
 
 PlistArray ZYMCachingModel::allItems() {

@@ -61,6 +61,8 @@ class ZYMCachingModel {
 
   /// All rows by name. An object without a name gets "", which the next save stores.
   [[nodiscard]] std::vector<ZYMSummary> summariesforAllItems();
+  /// The same rows, and nothing written.
+  [[nodiscard]] std::vector<ZYMSummary> rowsOfAllItems() const;
   /// All records by name.
   [[nodiscard]] PlistArray allItems();
   /// The first record by name, with a name; an empty library first makes one.
@@ -92,7 +94,7 @@ class ZYMCachingModel {
 
   using Objects = std::vector<NSManagedObject*>;
   [[nodiscard]] Objects objectsSortedOnName() const;
-  [[nodiscard]] ZYMRecordEntity* onlyObjectWithUUID(std::string_view uuid) const;
+  [[nodiscard]] ZYMRecordEntity* onlyObjectWithUUID(std::optional<std::string_view> uuid) const;
   /// `duplicateItemWithUUID`, with a last change to the copy before it is stored.
   std::optional<PlistDictionary> duplicate_changing(
       std::string_view uuid, const std::function<void(PlistDictionary&)>& change);

@@ -193,4 +193,8 @@ NSManagedObjectContext* ZYMCoreDataModel::mainObjectContext() {
   return mainContext_.get();
 }
 
+NSManagedObjectContext& mainContext() {
+  return *ZYMCoreDataModel::sharedInstance().mainObjectContext();
+}
+
 }  // namespace zym

@@ -115,4 +115,7 @@ class ZYMCoreDataModel {
   NSNotificationCenter::Token redone_;
 };
 
+/// The main context of the one model.
+[[nodiscard]] NSManagedObjectContext& mainContext();
+
 }  // namespace zym

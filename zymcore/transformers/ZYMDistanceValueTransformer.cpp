@@ -1,13 +1,13 @@
 #include "zymcore/transformers/ZYMDistanceValueTransformer.h"
 
 #include "zymcore/documents/DefaultsKeys.h"
-#include "zymcore/documents/LocalizedNumbers.h"
-#include "zymcore/platform/host/NSUserDefaults.h"
 #include "zymcore/platform/values/NumberText.h"
-#include "zymcore/transformers/internal/TransformerText.h"
+#include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
 namespace {
+
+using transformer::asItIs;
 
 constexpr double toFeet(double metres) {
   return metres * 3.2808399;
@@ -19,55 +19,35 @@ constexpr double fromYards(double yards) {
   return yards / 1.0936133;
 }
 
-constexpr transformer::UnitWord unitWords[] = {
-    {"m", transformer::asItIs},
-    {"mt", transformer::asItIs},
-    {"yd", fromYards},
-    {"ft", fromFeet},
-    {"yds", fromYards},
-    {"feet", fromFeet},
-    {"metre", transformer::asItIs},
-    {"metres", transformer::asItIs},
-    {"meters", transformer::asItIs},
+constexpr std::int64_t metric = 2;
+constexpr transformer::Unit units[] = {
+    {0, "ft", 0, toFeet, fromFeet},
+    {1, "ft", 0, toFeet, fromFeet},
+    {metric, "m", 1, asItIs, asItIs},
 };
-
-std::int64_t units() {
-  return NSUserDefaults::standardUserDefaults().integerForKey(keys::Units);
-}
-
-double bareNumber(double number) {
-  switch (units()) {
-    case 0:
-    case 1:
-      return fromFeet(number);
-    case 2:
-      return number;
-    default:
-      return 0;
-  }
-}
+constexpr transformer::UnitWord unitWords[] = {
+    {"m", asItIs},     {"mt", asItIs},     {"yd", fromYards},
+    {"ft", fromFeet},  {"yds", fromYards}, {"feet", fromFeet},
+    {"metre", asItIs}, {"metres", asItIs}, {"meters", asItIs},
+};
+constexpr transformer::Quantity quantity = {.preference = keys::Units,
+                                            .units = units,
+                                            .words = unitWords,
+                                            .sentinel = 0,
+                                            .threshold = 0.0001,
+                                            .leastNumber = 0.1};
 
 }  // namespace
 
 std::string ZYMDistanceValueTransformer::convertForDisplay(const PlistValue* value) {
-  const double metres = transformer::numberForDisplay(value);
-  switch (units()) {
-    case 0:
-    case 1:
-      return stringWithDecimals(toFeet(metres), 0) + " ft";  // not localized
-    case 2:
-      return transformer::shown(metres, 1, "m");
-    default:
-      return "";
-  }
+  const std::int64_t preference = transformer::preferenceUnder(keys::Units);
+  if (preference != 0 && preference != 1) return transformer::shown(quantity, value);
+  // Feet aren't localized.
+  return stringWithDecimals(toFeet(transformer::numberForDisplay(value)), 0) + " ft";
 }
 
 std::string ZYMDistanceValueTransformer::convertForStorage(const PlistValue* value) {
-  const std::string_view text = transformer::textForStorage(value);
-  const double number = floatValueFromLocalizedString(text);
-  if (number < 0.1) return "0.0";
-  const double metres = transformer::byUnitWord(text, number, unitWords).value_or(0);
-  return stringWithFormatF(metres < 0.0001 ? bareNumber(number) : metres);
+  return transformer::stored(quantity, value);
 }
 
 }  // namespace zym

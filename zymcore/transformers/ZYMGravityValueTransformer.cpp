@@ -3,60 +3,47 @@
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/calculations/ZYMUnitConverter.h"
 #include "zymcore/documents/DefaultsKeys.h"
-#include "zymcore/documents/LocalizedNumbers.h"
-#include "zymcore/platform/host/NSUserDefaults.h"
-#include "zymcore/platform/values/NumberText.h"
-#include "zymcore/transformers/internal/TransformerText.h"
+#include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
 namespace {
 
-constexpr double fromTypedSG(double number) {
+using Convert = ZYMUnitConverter;
+using transformer::asItIs;
+
+// The four digits of 1050 are meant as 1.050. With the unit behind it 1000 stays what it is.
+constexpr double fromBareSG(double number) {
+  return number >= 1000 ? number / 1000 : number;
+}
+constexpr double fromSG(double number) {
   return number > 1000 ? number / 1000 : number;
 }
 
-constexpr transformer::UnitWord unitWords[] = {
-    {"p", ZYMUnitConverter::convertPlatoToSG},
-    {"sg", fromTypedSG},
-    {"brix", ZYMBeerCalculations::convertBrixToSG},
-    {"plato", ZYMUnitConverter::convertPlatoToSG},
+constexpr transformer::Unit units[] = {
+    {0, "SG", 3, asItIs, fromBareSG},
+    {1, "P", 1, Convert::convertSGToPlato, Convert::convertPlatoToSG},
 };
-
-std::int64_t gravityUnits() {
-  return NSUserDefaults::standardUserDefaults().integerForKey(keys::GravityUnits);
-}
-
-double bareNumber(double number) {
-  switch (gravityUnits()) {
-    case 0:
-      return number >= 1000 ? number / 1000 : number;
-    case 1:
-      return ZYMUnitConverter::convertPlatoToSG(number);
-    default:
-      return -1;
-  }
-}
+constexpr transformer::UnitWord unitWords[] = {
+    {"p", Convert::convertPlatoToSG},
+    {"sg", fromSG},
+    {"brix", ZYMBeerCalculations::convertBrixToSG},
+    {"plato", Convert::convertPlatoToSG},
+};
+constexpr transformer::Quantity quantity = {.preference = keys::GravityUnits,
+                                            .units = units,
+                                            .words = unitWords,
+                                            .sentinel = -1,
+                                            .threshold = -0.5,
+                                            .isLimited = true};
 
 }  // namespace
 
 std::string ZYMGravityValueTransformer::convertForDisplay(const PlistValue* value) {
-  const transformer::Stored gravity = transformer::limitForDisplay(value);
-  switch (gravityUnits()) {
-    case 0:
-      return transformer::shown(gravity, gravity.number, 3, "SG");
-    case 1:
-      return transformer::shown(gravity, ZYMUnitConverter::convertSGToPlato(gravity.number), 1,
-                                "P");
-    default:
-      return "";
-  }
+  return transformer::shown(quantity, value);
 }
 
 std::string ZYMGravityValueTransformer::convertForStorage(const PlistValue* value) {
-  const std::string_view text = transformer::textForStorage(value);
-  const double number = floatValueFromLocalizedString(text);
-  const double gravity = transformer::byUnitWord(text, number, unitWords).value_or(-1);
-  return stringWithFormatF(gravity < -0.5 ? bareNumber(number) : gravity);
+  return transformer::stored(quantity, value);
 }
 
 }  // namespace zym

@@ -1,7 +1,7 @@
 #include "zymcore/transformers/ZYMHopWeightValueTransformer.h"
 
 #include "zymcore/documents/DefaultsKeys.h"
-#include "zymcore/platform/host/NSUserDefaults.h"
+#include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
 
@@ -9,8 +9,13 @@ std::string ZYMHopWeightValueTransformer::convertForDisplay(const PlistValue* va
   return ZYMWeightValueTransformer::convertForDisplay(value, weightUnits());
 }
 
+std::string ZYMHopWeightValueTransformer::convertForStorage_preferSmallUnits(
+    const PlistValue* value, bool preferSmallUnits) {
+  return ZYMWeightValueTransformer::convertForStorage(value, weightUnits(), preferSmallUnits);
+}
+
 std::int64_t ZYMHopWeightValueTransformer::weightUnits() {
-  return NSUserDefaults::standardUserDefaults().integerForKey(keys::HopUnits);
+  return transformer::preferenceUnder(keys::HopUnits);
 }
 
 }  // namespace zym

@@ -7,11 +7,14 @@
 
 namespace zym {
 
-/// Weights of hops, stored in g. Shown by "HopUnits"; but what is typed without a unit, and a
-/// transformer used as an object, go by "Units" like any weight.
+/// Weights of hops, stored in g. Shown by "HopUnits"; but `convertForStorage`, and a transformer
+/// used as an object, go by "Units" like any weight.
 class ZYMHopWeightValueTransformer final : public ZYMWeightValueTransformer {
  public:
   [[nodiscard]] static std::string convertForDisplay(const PlistValue* value);
+  /// As of every weight, by "HopUnits".
+  [[nodiscard]] static std::string convertForStorage_preferSmallUnits(const PlistValue* value,
+                                                                      bool preferSmallUnits);
   [[nodiscard]] static std::int64_t weightUnits();
 };
 

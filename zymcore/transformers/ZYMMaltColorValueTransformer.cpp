@@ -1,27 +1,36 @@
 #include "zymcore/transformers/ZYMMaltColorValueTransformer.h"
 
 #include "zymcore/calculations/ZYMBeerCalculations.h"
-#include "zymcore/transformers/internal/ColorTransformation.h"
+#include "zymcore/documents/DefaultsKeys.h"
+#include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
 namespace {
 
-constexpr transformer::UnitWord unitWords[] = {
-    {"l", transformer::asItIs},
-    {"lov", transformer::asItIs},
-    {"ebc", ZYMBeerCalculations::convertEBCtoLovibond},
+using Calculations = ZYMBeerCalculations;
+using transformer::asItIs;
+
+constexpr transformer::Unit units[] = {
+    {0, "˚L", 1, asItIs, asItIs},
+    {1, "EBC", 1, Calculations::convertLovibondtoEBC, Calculations::convertEBCtoLovibond},
 };
-constexpr transformer::ColorScale scale = {"˚L", ZYMBeerCalculations::convertLovibondtoEBC,
-                                           ZYMBeerCalculations::convertEBCtoLovibond, unitWords};
+constexpr transformer::UnitWord unitWords[] = {
+    {"l", asItIs}, {"lov", asItIs}, {"ebc", Calculations::convertEBCtoLovibond}};
+constexpr transformer::Quantity quantity = {.preference = keys::ColorUnit,
+                                            .units = units,
+                                            .words = unitWords,
+                                            .sentinel = -1,
+                                            .threshold = -0.5,
+                                            .isLimited = true};
 
 }  // namespace
 
 std::string ZYMMaltColorValueTransformer::convertForDisplay(const PlistValue* value) {
-  return transformer::colorForDisplay(value, scale);
+  return transformer::shown(quantity, value);
 }
 
 std::string ZYMMaltColorValueTransformer::convertForStorage(const PlistValue* value) {
-  return transformer::colorForStorage(value, scale);
+  return transformer::stored(quantity, value);
 }
 
 }  // namespace zym

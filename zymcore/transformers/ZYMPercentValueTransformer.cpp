@@ -1,7 +1,7 @@
 #include "zymcore/transformers/ZYMPercentValueTransformer.h"
 
 #include "zymcore/documents/LocalizedNumbers.h"
-#include "zymcore/transformers/internal/TransformerText.h"
+#include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
 

@@ -2,53 +2,34 @@
 
 #include "zymcore/calculations/ZYMUnitConverter.h"
 #include "zymcore/documents/DefaultsKeys.h"
-#include "zymcore/documents/LocalizedNumbers.h"
-#include "zymcore/platform/host/NSUserDefaults.h"
-#include "zymcore/platform/values/NumberText.h"
-#include "zymcore/transformers/internal/TransformerText.h"
+#include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
 namespace {
 
-constexpr transformer::UnitWord unitWords[] = {
-    {"c", transformer::asItIs},
-    {"f", ZYMUnitConverter::convertFahrenheitToCelcius},
+using Convert = ZYMUnitConverter;
+using transformer::asItIs;
+
+constexpr transformer::Unit units[] = {
+    {0, "˚C", 0, asItIs, asItIs},
+    {1, "˚F", 0, Convert::convertCelciusToFahrenheit, Convert::convertFahrenheitToCelcius},
 };
-
-std::int64_t temperatureUnit() {
-  return NSUserDefaults::standardUserDefaults().integerForKey(keys::TemperatureUnit);
-}
-
-double bareNumber(double number) {
-  switch (temperatureUnit()) {
-    case 0:
-      return number;
-    case 1:
-      return ZYMUnitConverter::convertFahrenheitToCelcius(number);
-    default:
-      return -100;
-  }
-}
+constexpr transformer::UnitWord unitWords[] = {{"c", asItIs},
+                                               {"f", Convert::convertFahrenheitToCelcius}};
+constexpr transformer::Quantity quantity = {.preference = keys::TemperatureUnit,
+                                            .units = units,
+                                            .words = unitWords,
+                                            .sentinel = -100,
+                                            .threshold = -99};
 
 }  // namespace
 
 std::string ZYMTemperatureValueTransformer::convertForDisplay(const PlistValue* value) {
-  const double celsius = transformer::numberForDisplay(value);
-  switch (temperatureUnit()) {
-    case 0:
-      return transformer::shown(celsius, 0, "˚C");
-    case 1:
-      return transformer::shown(ZYMUnitConverter::convertCelciusToFahrenheit(celsius), 0, "˚F");
-    default:
-      return "";
-  }
+  return transformer::shown(quantity, value);
 }
 
 std::string ZYMTemperatureValueTransformer::convertForStorage(const PlistValue* value) {
-  const std::string_view text = transformer::textForStorage(value);
-  const double number = floatValueFromLocalizedString(text);
-  const double celsius = transformer::byUnitWord(text, number, unitWords).value_or(-100);
-  return stringWithFormatF(celsius < -99 ? bareNumber(number) : celsius);
+  return transformer::stored(quantity, value);
 }
 
 }  // namespace zym

@@ -2,47 +2,48 @@
 
 #include "zymcore/calculations/ZYMUnitConverter.h"
 #include "zymcore/documents/DefaultsKeys.h"
-#include "zymcore/documents/LocalizedNumbers.h"
-#include "zymcore/platform/host/NSUserDefaults.h"
-#include "zymcore/platform/values/NumberText.h"
-#include "zymcore/transformers/internal/TransformerText.h"
+#include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
 namespace {
 
 using Convert = ZYMUnitConverter;
+using transformer::asItIs;
 
-constexpr double anySize = 0;
-
-// The first row of the user's units that the volume reaches; the last of each takes the rest.
-struct DisplayRow {
-  int units;
-  double from;  // ml
-  double (*toUnit)(double);
-  int decimalPlaces;
-  std::string_view unit;
-};
 constexpr double toHectolitres(double ml) {
   return ml / 100000;
 }
-constexpr DisplayRow displayRows[] = {
-    {0, 1173477.7, Convert::convertMillilitresToUSBarrels, 2, "US brl"},
-    {0, 3785.41, Convert::convertMillilitresToUSGallons, 2, "US gals"},
-    {0, anySize, Convert::convertMillilitresToUSQuarts, 1, "qts"},
-    {1, 1636592.4, Convert::convertMillilitresToUKBarrels, 2, "UK brl"},
-    {1, 4546.09, Convert::convertMillilitresToImperialGallons, 2, "UK gals"},
-    {1, anySize, Convert::convertMillilitresToImperialPints, 1, "pints"},
-    {2, 100000, toHectolitres, 2, "hl"},
-    {2, 1000, Convert::convertMillilitresToLitres, 2, "l"},
-    {2, anySize, transformer::asItIs, 0, "ml"},
-};
-
 constexpr double fromHectolitres(double hl) {
   return hl * 100000;
 }
+
+// A number without a unit is judged by its size.
+constexpr double fromBareUS(double number) {
+  return number < 25 ? Convert::convertUSGallonsToMillilitres(number)
+                     : Convert::convertUSQuartsToMillilitres(number);
+}
+constexpr double fromBareBritish(double number) {
+  return number < 25 ? Convert::convertImperialGallonsToMillilitres(number)
+                     : Convert::convertImperialPintsToMillilitres(number);
+}
+constexpr double fromBareMetric(double number) {
+  return number < 100 ? Convert::convertLitresToMillilitres(number) : number;
+}
+
+constexpr transformer::Unit units[] = {
+    {0, "US brl", 2, Convert::convertMillilitresToUSBarrels, fromBareUS, 1173477.7},
+    {0, "US gals", 2, Convert::convertMillilitresToUSGallons, fromBareUS, 3785.41},
+    {0, "qts", 1, Convert::convertMillilitresToUSQuarts, fromBareUS},
+    {1, "UK brl", 2, Convert::convertMillilitresToUKBarrels, fromBareBritish, 1636592.4},
+    {1, "UK gals", 2, Convert::convertMillilitresToImperialGallons, fromBareBritish, 4546.09},
+    {1, "pints", 1, Convert::convertMillilitresToImperialPints, fromBareBritish},
+    {2, "hl", 2, toHectolitres, fromBareMetric, 100000},
+    {2, "l", 2, Convert::convertMillilitresToLitres, fromBareMetric, 1000},
+    {2, "ml", 0, asItIs, fromBareMetric},
+};
 constexpr transformer::UnitWord unitWords[] = {
     {"l", Convert::convertLitresToMillilitres},
-    {"ml", transformer::asItIs},
+    {"ml", asItIs},
     {"hl", fromHectolitres},
     {"pt", Convert::convertImperialPintsToMillilitres},
     {"qts", Convert::convertUSQuartsToMillilitres},
@@ -61,48 +62,21 @@ constexpr transformer::UnitWord unitWords[] = {
     {"impgals", Convert::convertImperialGallonsToMillilitres},
     {"imp gals", Convert::convertImperialGallonsToMillilitres},
 };
-
-// What a number without a unit means, by its size.
-struct BareNumberRow {
-  int units;
-  double limit;
-  double (*below)(double);
-  double (*fromLimit)(double);
-};
-constexpr BareNumberRow bareNumberRows[] = {
-    {0, 25, Convert::convertUSGallonsToMillilitres, Convert::convertUSQuartsToMillilitres},
-    {1, 25, Convert::convertImperialGallonsToMillilitres,
-     Convert::convertImperialPintsToMillilitres},
-    {2, 100, Convert::convertLitresToMillilitres, transformer::asItIs},
-};
-
-double bareNumber(double number) {
-  const std::int64_t units = NSUserDefaults::standardUserDefaults().integerForKey(keys::Units);
-  for (const BareNumberRow& row : bareNumberRows) {
-    if (row.units == units) return number < row.limit ? row.below(number) : row.fromLimit(number);
-  }
-  return 0;
-}
+constexpr transformer::Quantity quantity = {.preference = keys::Units,
+                                            .units = units,
+                                            .words = unitWords,
+                                            .sentinel = 0,
+                                            .threshold = 0.0001,
+                                            .leastNumber = 0.1};
 
 }  // namespace
 
 std::string ZYMVolumeValueTransformer::convertForDisplay(const PlistValue* value) {
-  const double volume = transformer::numberForDisplay(value);
-  const std::int64_t units = NSUserDefaults::standardUserDefaults().integerForKey(keys::Units);
-  for (const DisplayRow& row : displayRows) {
-    if (row.units == units && (volume >= row.from || row.from == anySize)) {
-      return transformer::shown(row.toUnit(volume), row.decimalPlaces, row.unit);
-    }
-  }
-  return "";
+  return transformer::shown(quantity, value);
 }
 
 std::string ZYMVolumeValueTransformer::convertForStorage(const PlistValue* value) {
-  const std::string_view text = transformer::textForStorage(value);
-  const double number = floatValueFromLocalizedString(text);
-  if (number < 0.1) return "0.0";
-  const double volume = transformer::byUnitWord(text, number, unitWords).value_or(0);
-  return stringWithFormatF(volume < 0.0001 ? bareNumber(number) : volume);
+  return transformer::stored(quantity, value);
 }
 
 }  // namespace zym

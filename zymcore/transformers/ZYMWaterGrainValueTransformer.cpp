@@ -1,13 +1,12 @@
 #include "zymcore/transformers/ZYMWaterGrainValueTransformer.h"
 
 #include "zymcore/documents/DefaultsKeys.h"
-#include "zymcore/documents/LocalizedNumbers.h"
-#include "zymcore/platform/host/NSUserDefaults.h"
-#include "zymcore/platform/values/NumberText.h"
-#include "zymcore/transformers/internal/TransformerText.h"
+#include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
 namespace {
+
+using transformer::asItIs;
 
 // Grams in a pound stand to millilitres in a quart or pint as kilograms to litres.
 constexpr double toQuartsPerPound(double v) {
@@ -23,48 +22,27 @@ constexpr double fromPintsPerPound(double v) {
   return 568.26 * v / 453.59;
 }
 
-struct Row {
-  std::int64_t units;
-  std::string_view unit;
-  double (*toUnit)(double);
-  double (*fromUnit)(double);
-};
-constexpr Row rows[] = {
-    {0, "qts/lb", toQuartsPerPound, fromQuartsPerPound},
-    {1, "pts/lb", toPintsPerPound, fromPintsPerPound},
-    {2, "l/kg", transformer::asItIs, transformer::asItIs},
+constexpr transformer::Unit units[] = {
+    {0, "qts/lb", 2, toQuartsPerPound, fromQuartsPerPound},
+    {1, "pts/lb", 2, toPintsPerPound, fromPintsPerPound},
+    {2, "l/kg", 2, asItIs, asItIs},
 };
 constexpr transformer::UnitWord unitWords[] = {
-    {"l/kg", transformer::asItIs},
-    {"pts/lb", fromPintsPerPound},
-    {"qts/lb", fromQuartsPerPound},
-};
-
-const Row* rowOfUser() {
-  const std::int64_t units = NSUserDefaults::standardUserDefaults().integerForKey(keys::Units);
-  for (const Row& row : rows) {
-    if (row.units == units) return &row;
-  }
-  return nullptr;
-}
+    {"l/kg", asItIs}, {"pts/lb", fromPintsPerPound}, {"qts/lb", fromQuartsPerPound}};
+constexpr transformer::Quantity quantity = {.preference = keys::Units,
+                                            .units = units,
+                                            .words = unitWords,
+                                            .sentinel = -1,
+                                            .threshold = -0.5};
 
 }  // namespace
 
 std::string ZYMWaterGrainValueTransformer::convertForDisplay(const PlistValue* value) {
-  const double ratio = transformer::numberForDisplay(value);
-  const Row* row = rowOfUser();
-  return row ? transformer::shown(row->toUnit(ratio), 2, row->unit) : "";
+  return transformer::shown(quantity, value);
 }
 
 std::string ZYMWaterGrainValueTransformer::convertForStorage(const PlistValue* value) {
-  const std::string_view text = transformer::textForStorage(value);
-  const double number = floatValueFromLocalizedString(text);
-  double ratio = transformer::byUnitWord(text, number, unitWords).value_or(-1);
-  if (ratio < -0.5) {
-    const Row* row = rowOfUser();
-    ratio = row ? row->fromUnit(number) : -1;
-  }
-  return stringWithFormatF(ratio);
+  return transformer::stored(quantity, value);
 }
 
 }  // namespace zym

@@ -5,9 +5,8 @@
 #include "zymcore/calculations/ZYMUnitConverter.h"
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/LocalizedNumbers.h"
-#include "zymcore/platform/host/NSUserDefaults.h"
 #include "zymcore/platform/values/NumberText.h"
-#include "zymcore/transformers/internal/TransformerText.h"
+#include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
 namespace {
@@ -24,19 +23,20 @@ constexpr double fromTonnes(double t) {
   return t * 1000000;
 }
 
-struct MetricRow {
-  double from;  // g
-  double (*toUnit)(double);
-  int decimalPlaces;
-  std::string_view unit;
-};
-constexpr MetricRow metricRows[] = {
-    {1000000, toTonnes, 2, "m. ton"},
-    {1000, Convert::convertGrammesToKilogrammes, 3, "kg"},
-    {10, transformer::asItIs, 0, "g"},
-    {-HUGE_VAL, transformer::asItIs, 2, "g"},
-};
+constexpr double fromBareMetric(double number) {
+  return number < 100 ? Convert::convertKilogrammesToGrammes(number) : number;
+}
+constexpr double fromBareImperial(double number) {
+  return number < 20 ? Convert::convertPoundsToGrammes(number)
+                     : Convert::convertOuncesToGrammes(number);
+}
 
+constexpr transformer::Unit metricUnits[] = {
+    {metric, "m. ton", 2, toTonnes, fromBareMetric, 1000000},
+    {metric, "kg", 3, Convert::convertGrammesToKilogrammes, fromBareMetric, 1000},
+    {metric, "g", 0, transformer::asItIs, fromBareMetric, 10},
+    {metric, "g", 2, transformer::asItIs, fromBareMetric},
+};
 constexpr transformer::UnitWord unitWords[] = {
     {"g", transformer::asItIs},
     {"kg", Convert::convertKilogrammesToGrammes},
@@ -46,36 +46,24 @@ constexpr transformer::UnitWord unitWords[] = {
     {"m. ton", fromTonnes},
 };
 
-std::string metricText(double grammes) {
-  for (const MetricRow& row : metricRows) {
-    if (grammes >= row.from) {
-      return transformer::shown(row.toUnit(grammes), row.decimalPlaces, row.unit);
-    }
-  }
-  return "";
-}
-
 std::string poundsAndOuncesText(double grammes) {
   const double ounces = Convert::convertGrammesToOunces(grammes);
   double pounds = std::floor(ounces / ouncesInPound);
   double remainder = ounces - pounds * ouncesInPound;
-  if (remainder > 15.5) {  // never "16oz"
+  if (remainder > 15.5) {
     pounds += 1;
     remainder = 0;
   }
-  if (pounds == 0) return transformer::shown(remainder, 2, "oz");
+  if (pounds == 0) {
+    return localizedStringFromFloat_decimalPlaces(static_cast<float>(remainder), 2) + " oz";
+  }
   return std::to_string(integerValue(pounds)) + "lb " +
          localizedStringFromFloat_decimalPlaces(static_cast<float>(remainder), 0) + "oz";
 }
 
 double bareNumber(double number, std::int64_t units, bool preferSmallUnits) {
-  if (units == metric) {
-    const bool isKilogrammes = !preferSmallUnits && number < 100;
-    return isKilogrammes ? Convert::convertKilogrammesToGrammes(number) : number;
-  }
-  const bool isOunces = preferSmallUnits || number >= 20;
-  return isOunces ? Convert::convertOuncesToGrammes(number)
-                  : Convert::convertPoundsToGrammes(number);
+  if (units == metric) return preferSmallUnits ? number : fromBareMetric(number);
+  return preferSmallUnits ? Convert::convertOuncesToGrammes(number) : fromBareImperial(number);
 }
 
 }  // namespace
@@ -94,13 +82,14 @@ std::string ZYMWeightValueTransformer::convertForStorage_preferSmallUnits(const 
 }
 
 std::int64_t ZYMWeightValueTransformer::weightUnits() {
-  return NSUserDefaults::standardUserDefaults().integerForKey(keys::Units);
+  return transformer::preferenceUnder(keys::Units);
 }
 
 std::string ZYMWeightValueTransformer::convertForDisplay(const PlistValue* value,
                                                          std::int64_t units) {
   const double grammes = transformer::numberForDisplay(value);
-  return units == metric ? metricText(grammes) : poundsAndOuncesText(grammes);
+  return units == metric ? transformer::shown(grammes, metric, metricUnits)
+                         : poundsAndOuncesText(grammes);
 }
 
 std::string ZYMWeightValueTransformer::convertForStorage(const PlistValue* value,
@@ -111,13 +100,12 @@ std::string ZYMWeightValueTransformer::convertForStorage(const PlistValue* value
   const std::string first = stringValueWithLocalizedValue_secondValue(text, &second);
   if (first.empty()) return "0.0";
   const double number = doubleValue(first);
+  double grammes = transformer::byUnitWord(text, number, unitWords, -1);
+  if (grammes < 0.0001) grammes = bareNumber(number, units, preferSmallUnits);
   if (!second.empty()) {
-    return stringWithFormatF(
-        Convert::convertOuncesToGrammes(number * ouncesInPound + doubleValue(second)));
+    grammes = Convert::convertOuncesToGrammes(number * ouncesInPound + doubleValue(second));
   }
-  const double grammes = transformer::byUnitWord(text, number, unitWords).value_or(-1);
-  return stringWithFormatF(grammes < 0.0001 ? bareNumber(number, units, preferSmallUnits)
-                                            : grammes);
+  return transformer::textOf(grammes, 0);
 }
 
 }  // namespace zym

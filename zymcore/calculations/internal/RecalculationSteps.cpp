@@ -33,12 +33,26 @@ double Fermentable::maltColourUnits(double wortVolume, double dilution) const no
          ZYMUnitConverter::convertMillilitresToUSGallons(wortVolume) * dilution;
 }
 
-double gravityOf(double extract, double volume) noexcept {
-  return extract * gravityPointsPerExtract / volume / 1000 + 1;
+double gravityPoints(double extract, double volume) noexcept {
+  return extract * gravityPointsPerExtract / volume;
+}
+
+double gravityOf(double extract, double volume, double dilution) noexcept {
+  return gravityPoints(extract, volume) / 1000 * dilution + 1;
 }
 
 double dilutionOf(double waterAdded, double transferred, double pitched) noexcept {
   return waterAdded > 0.001 ? transferred / pitched : 1.0;
+}
+
+void Colour::add(const Fermentable& fermentable, double wortVolume, double units,
+                 double mashed) noexcept {
+  if (fermentable.isColouring()) {
+    direct += fermentable.amount / wortVolume * fermentable.colour;
+    return;
+  }
+  maltColourUnits += units;
+  viggiano += fermentable.isMashed ? mashed : units;
 }
 
 float Colour::inSRM() const {

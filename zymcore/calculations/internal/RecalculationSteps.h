@@ -11,6 +11,9 @@ namespace zym::recalculation {
 /// Grams of extract in a millilitre of wort, times this, are gravity points of 0.001.
 inline constexpr double gravityPointsPerExtract = 386.5;
 
+/// The gravity points of that extract in grams in that many ml.
+[[nodiscard]] double gravityPoints(double extract, double volume) noexcept;
+
 /// What the calculations read of a fermentable addition.
 struct Fermentable {
   double amount;  // grams
@@ -30,8 +33,8 @@ struct Fermentable {
   [[nodiscard]] double maltColourUnits(double wortVolume, double dilution) const noexcept;
 };
 
-/// SG of that extract in grams in that many ml.
-[[nodiscard]] double gravityOf(double extract, double volume) noexcept;
+/// SG of that extract in grams in that many ml, thinned.
+[[nodiscard]] double gravityOf(double extract, double volume, double dilution = 1) noexcept;
 
 /// The share of the wort in what is pitched, from ml added, transferred and pitched.
 [[nodiscard]] double dilutionOf(double waterAdded, double transferred, double pitched) noexcept;
@@ -42,6 +45,9 @@ struct Colour {
   double viggiano = 0;
   double direct = 0;  // SRM
 
+  /// Adds a fermentable of so many malt colour units in that many ml of wort. Viggiano counts
+  /// `mashed` instead of them for what is in the mash.
+  void add(const Fermentable& fermentable, double wortVolume, double units, double mashed) noexcept;
   /// SRM in single precision. Reads "BeerColorFormula".
   [[nodiscard]] float inSRM() const;
 };

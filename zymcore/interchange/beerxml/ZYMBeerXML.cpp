@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
 #include "zymcore/interchange/beerxml/NSXMLNodeExtensions.h"
 #include "zymcore/platform/formats/NSXMLDocument.h"
@@ -55,8 +56,9 @@ Outcome yeasts(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
     std::string_view tag;
     KeyName key;
   };
-  constexpr Tag tags[] = {
-      {"NAME", keys::YEAST_NAME}, {"TYPE", keys::YEAST_TYPE}, {"FORM", keys::YEAST_FORM}};
+  constexpr Tag tags[] = {{"NAME", parsedKeys::YEAST_NAME},
+                          {"TYPE", parsedKeys::YEAST_TYPE},
+                          {"FORM", parsedKeys::YEAST_FORM}};
 
   PlistArray records;
   for (const NSXMLNode& yeast : element.children()) {
@@ -91,12 +93,13 @@ Outcome waters(const NSXMLNode& element, KeyName, PlistDictionary& recipe) {
     KeyName key;
   };
   // Writers mean bicarbonate by CARBONATE, so it wins.
-  constexpr Ion ions[] = {{"CALCIUM", keys::CALCIUM},      {"BICARBONATE", keys::BICARBONATE},
-                          {"SULFATE", keys::SULFATE},      {"CHLORIDE", keys::CHLORIDE},
-                          {"SODIUM", keys::SODIUM},        {"MAGNESIUM", keys::MAGNESIUM},
-                          {"CARBONATE", keys::BICARBONATE}};
-  constexpr KeyName required[] = {keys::CALCIUM, keys::SULFATE, keys::CHLORIDE, keys::MAGNESIUM,
-                                  keys::SODIUM};
+  constexpr Ion ions[] = {
+      {"CALCIUM", parsedKeys::CALCIUM},      {"BICARBONATE", parsedKeys::BICARBONATE},
+      {"SULFATE", parsedKeys::SULFATE},      {"CHLORIDE", parsedKeys::CHLORIDE},
+      {"SODIUM", parsedKeys::SODIUM},        {"MAGNESIUM", parsedKeys::MAGNESIUM},
+      {"CARBONATE", parsedKeys::BICARBONATE}};
+  constexpr KeyName required[] = {parsedKeys::CALCIUM, parsedKeys::SULFATE, parsedKeys::CHLORIDE,
+                                  parsedKeys::MAGNESIUM, parsedKeys::SODIUM};
 
   const auto water = child(element, "WATER");
   if (!water) return std::nullopt;
@@ -118,7 +121,7 @@ void readTags(const NSXMLNode& element, Keys accepted, PlistDictionary& record) 
   for (const NSXMLNode& tag : element.children()) {
     const auto key = std::ranges::find(accepted, tag.name(), &KeyName::text);
     if (key == accepted.end()) continue;
-    if (key->text() == keys::AMOUNT.text()) {
+    if (key->text() == parsedKeys::AMOUNT.text()) {
       record.setNumber(*key, thousandfold(tag));  // from kilograms
     } else {
       record.set(*key, tag.stringValue());
@@ -131,38 +134,48 @@ void appendIfComplete(PlistArray& records, PlistDictionary record, Keys required
   if (std::ranges::all_of(required, isThere)) records.append(std::move(record));
 }
 
-constexpr KeyName fermentableTags[] = {keys::NAME,   keys::TYPE,     keys::AMOUNT,
-                                       keys::YIELD,  keys::COLOR,    keys::ADD_AFTER_BOIL,
-                                       keys::ORIGIN, keys::MOISTURE, keys::WORTMEISTER_UUID};
-constexpr KeyName fermentableNeeds[] = {keys::NAME, keys::TYPE, keys::AMOUNT, keys::YIELD,
-                                        keys::COLOR};
+constexpr KeyName fermentableTags[] = {
+    parsedKeys::NAME,   parsedKeys::TYPE,     parsedKeys::AMOUNT,
+    parsedKeys::YIELD,  parsedKeys::COLOR,    parsedKeys::ADD_AFTER_BOIL,
+    parsedKeys::ORIGIN, parsedKeys::MOISTURE, parsedKeys::WORTMEISTER_UUID};
+constexpr KeyName fermentableNeeds[] = {parsedKeys::NAME, parsedKeys::TYPE, parsedKeys::AMOUNT,
+                                        parsedKeys::YIELD, parsedKeys::COLOR};
 
-constexpr KeyName hopTags[] = {
-    keys::NAME, keys::ORIGIN,           keys::ALPHA,           keys::AMOUNT, keys::USE, keys::TIME,
-    keys::FORM, keys::WORTMEISTER_FORM, keys::WORTMEISTER_UUID};
-constexpr KeyName hopNeeds[] = {keys::NAME, keys::ALPHA, keys::AMOUNT, keys::USE, keys::TIME};
+constexpr KeyName hopTags[] = {parsedKeys::NAME,
+                               parsedKeys::ORIGIN,
+                               parsedKeys::ALPHA,
+                               parsedKeys::AMOUNT,
+                               parsedKeys::USE,
+                               parsedKeys::TIME,
+                               parsedKeys::FORM,
+                               parsedKeys::WORTMEISTER_FORM,
+                               parsedKeys::WORTMEISTER_UUID};
+constexpr KeyName hopNeeds[] = {parsedKeys::NAME, parsedKeys::ALPHA, parsedKeys::AMOUNT,
+                                parsedKeys::USE, parsedKeys::TIME};
 
 // No tag can have blanks in its name, so that all amounts count as weights.
-constexpr KeyName miscTags[] = {keys::NAME,
-                                keys::TYPE,
-                                keys::USE,
-                                keys::TIME,
-                                keys::AMOUNT,
-                                keys::AMOUNT_IS_WEIGHT,
-                                keys::WORTMEISTER_UUID};
-constexpr KeyName miscNeeds[] = {keys::NAME, keys::TYPE, keys::AMOUNT, keys::USE, keys::TIME};
+constexpr KeyName miscTags[] = {parsedKeys::NAME,
+                                parsedKeys::TYPE,
+                                parsedKeys::USE,
+                                parsedKeys::TIME,
+                                parsedKeys::AMOUNT,
+                                parsedKeys::AMOUNT_IS_WEIGHT,
+                                parsedKeys::WORTMEISTER_UUID};
+constexpr KeyName miscNeeds[] = {parsedKeys::NAME, parsedKeys::TYPE, parsedKeys::AMOUNT,
+                                 parsedKeys::USE, parsedKeys::TIME};
 
-constexpr KeyName stepTags[] = {keys::NAME, keys::TYPE, keys::STEP_TEMP, keys::STEP_TIME};
+constexpr KeyName stepTags[] = {parsedKeys::NAME, parsedKeys::TYPE, parsedKeys::STEP_TEMP,
+                                parsedKeys::STEP_TIME};
 
 Outcome additions(const NSXMLNode& element, KeyName key, Keys accepted, Keys required,
                   PlistDictionary& recipe) {
   PlistArray records;
   for (const NSXMLNode& each : element.children()) {
-    PlistDictionary record{{keys::AMOUNT, "0.0"}};
+    PlistDictionary record{{parsedKeys::AMOUNT, "0.0"}};
     readTags(each, accepted, record);
     // What is in the mash stays in the kettle to the end.
-    if (key.text() == keys::HOPS.text() && record.stringValue(keys::USE) == "Mash") {
-      record.setOrRemove(keys::TIME, recipe.find(keys::BoilDuration));
+    if (key.text() == parsedKeys::HOPS.text() && record.stringValue(parsedKeys::USE) == "Mash") {
+      record.setOrRemove(parsedKeys::TIME, recipe.find(keys::BoilDuration));
     }
     appendIfComplete(records, std::move(record), required);
   }
@@ -184,7 +197,7 @@ Outcome miscs(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
 
 Outcome mash(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
   const auto name = child(element, "NAME");
-  recipe.set(keys::MASHNAME, name ? name->stringValue() : " No Chosen Schedule");
+  recipe.set(parsedKeys::MASHNAME, name ? name->stringValue() : " No Chosen Schedule");
   PlistArray records;
   if (const auto steps = child(element, "MASH_STEPS")) {
     for (const NSXMLNode& each : steps->children()) {
@@ -199,15 +212,14 @@ Outcome mash(const NSXMLNode& element, KeyName key, PlistDictionary& recipe) {
 
 // ---- The recipe
 
-// What a recipe has where its file doesn't say otherwise. Those that look for a style know the one
-// with the leading blank as none.
+// What a recipe has where its file doesn't say otherwise.
 PlistDictionary initialRecipe() {
   return {{keys::VolumeWaterAdded, "0.0"},
           {keys::Notes, ""},
-          {keys::STYLENAME, " No Style Chosen"},
+          {parsedKeys::STYLENAME, parsedKeys::noStyle},
           {keys::BoilDuration, "60"},
-          {keys::HOPS, PlistArray()},
-          {keys::MISCS, PlistArray()}};
+          {parsedKeys::HOPS, PlistArray()},
+          {parsedKeys::MISCS, PlistArray()}};
 }
 
 enum class IfMissing { Fine, Fails };
@@ -223,23 +235,23 @@ struct Row {
 constexpr Row rows[] = {
     {"NAME", keys::RecipeTitle, IfMissing::Fails, text},
     {"WORTMEISTER_ACID", keys::Acid, IfMissing::Fine, text},
-    {"TYPE", keys::TYPE, IfMissing::Fails, text},
+    {"TYPE", parsedKeys::TYPE, IfMissing::Fails, text},
     {"EFFICIENCY", keys::MashEfficiency, IfMissing::Fine, text},
     {"PRIMARY_TEMP", keys::FermentationTemperature, IfMissing::Fine, text},
-    {"AGE", keys::AGE, IfMissing::Fine, text},
-    {"FORCED_CARBONATION", keys::FORCED_CARBONATION, IfMissing::Fine, text},
+    {"AGE", parsedKeys::AGE, IfMissing::Fine, text},
+    {"FORCED_CARBONATION", parsedKeys::FORCED_CARBONATION, IfMissing::Fine, text},
     {"BATCH_SIZE", keys::FinalBatchVolume, IfMissing::Fails, millilitres},
     {"BATCH_SIZE", keys::FinalWortVolume, IfMissing::Fails, millilitres},
     {"BATCH_SIZE", keys::VolumeAtPitching, IfMissing::Fails, millilitres},
     {"BATCH_SIZE", keys::VolumeToFermenter, IfMissing::Fails, millilitres},
     {"BOIL_SIZE", keys::PreBoilWortVolume, IfMissing::Fails, millilitres},
-    {"PRIMING_SUGAR_NAME", keys::PRIMING_SUGAR_NAME, IfMissing::Fine, text},
+    {"PRIMING_SUGAR_NAME", parsedKeys::PRIMING_SUGAR_NAME, IfMissing::Fine, text},
     {"NOTES", keys::Notes, IfMissing::Fine, text},
     {"TASTE_NOTES", keys::Notes, IfMissing::Fine, tasteNotes},
     {"YEASTS", keys::YeastIngredients, IfMissing::Fails, yeasts},
-    {"STYLE", keys::STYLENAME, IfMissing::Fine, style},
+    {"STYLE", parsedKeys::STYLENAME, IfMissing::Fine, style},
     {"BOIL_TIME", keys::BoilDuration, IfMissing::Fine, text},
-    {"WATERS", keys::CALCIUM, IfMissing::Fine, waters},
+    {"WATERS", parsedKeys::CALCIUM, IfMissing::Fine, waters},
     {"WORTMEISTER_CACO3", keys::CaCO3, IfMissing::Fine, text},
     {"WORTMEISTER_CACL2", keys::CaCl2, IfMissing::Fine, text},
     {"WORTMEISTER_CASO4", keys::CaSO4, IfMissing::Fine, text},
@@ -248,10 +260,10 @@ constexpr Row rows[] = {
     {"WORTMEISTER_NAHCO3", keys::NaHCO3, IfMissing::Fine, text},
     {"WORTMEISTER_CARBONATION", keys::Carbonation, IfMissing::Fine, text},
     {"WORTMEISTER_CONDITIONING", keys::Conditioning, IfMissing::Fine, text},
-    {"FERMENTABLES", keys::FERMENTABLES, IfMissing::Fails, fermentables},
-    {"HOPS", keys::HOPS, IfMissing::Fine, hops},
-    {"MISCS", keys::MISCS, IfMissing::Fine, miscs},
-    {"MASH", keys::MASHSTEPS, IfMissing::Fine, mash},
+    {"FERMENTABLES", parsedKeys::FERMENTABLES, IfMissing::Fails, fermentables},
+    {"HOPS", parsedKeys::HOPS, IfMissing::Fine, hops},
+    {"MISCS", parsedKeys::MISCS, IfMissing::Fine, miscs},
+    {"MASH", parsedKeys::MASHSTEPS, IfMissing::Fine, mash},
 };
 
 Outcome readRecipe(const NSXMLNode& root, PlistDictionary& recipe) {

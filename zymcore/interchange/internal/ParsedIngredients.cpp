@@ -17,6 +17,7 @@
 #include "zymcore/library/ZYMOtherIngredients.h"
 #include "zymcore/library/ZYMYeasts.h"
 #include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NumberText.h"
 
 namespace zym {
 namespace {
@@ -89,7 +90,7 @@ std::string nameHere(const std::string& name, std::string_view origin) {
 }
 
 std::string originPrefix(const PlistDictionary& ingredient) {
-  const std::string* origin = ingredient.string(keys::ORIGIN);
+  const std::string* origin = ingredient.string(parsedKeys::ORIGIN);
   return origin ? std::string(meaningOf(*origin, originPrefixes, *origin + " ")) : "";
 }
 
@@ -119,7 +120,7 @@ void forNearestRecords(ZYMCachingModel& library, std::string_view kind,
     nothingToStandFor(kind);
   }
   for (std::size_t i = 0; i < wanted.size(); ++i) {
-    addMatch(matches, kind, std::string(wanted[i].ingredient.stringValue(keys::NAME)),
+    addMatch(matches, kind, std::string(wanted[i].ingredient.stringValue(parsedKeys::NAME)),
              wanted[i].text, records[i].stringValue(library.nameKeyInRecords()));
     take(wanted[i].ingredient, std::move(records[i]));
   }
@@ -155,21 +156,16 @@ void append(PlistDictionary record, PlistDictionary& recipe, KeyName key) {
 
 std::string fermentableText(const PlistDictionary& fermentable) {
   std::string text = originPrefix(fermentable);
-  if (const std::string* name = fermentable.string(keys::NAME)) {
-    text += nameHere(*name, fermentable.stringValue(keys::ORIGIN));
+  if (const std::string* name = fermentable.string(parsedKeys::NAME)) {
+    text += nameHere(*name, fermentable.stringValue(parsedKeys::ORIGIN));
   }
   for (const std::string_view kind : {"Extract", "Sugar"}) {
-    if (containsSubstring(fermentable.stringValue(keys::TYPE), kind)) {
+    if (containsSubstring(fermentable.stringValue(parsedKeys::TYPE), kind)) {
       text = std::string(kind) + " - " + text;
     }
   }
   return text;
 }
-
-// A hop's minutes at each time of addition from the fourth; the first three are in for the boil.
-constexpr std::int64_t hopMinutes[] = {90, 80, 70, 60, 55, 50, 45, 40, 35, 30,
-                                       25, 20, 15, 10, 5,  1,  0,  0,  0,  0};
-constexpr std::size_t timesForTheBoil = std::size(words::hopWhen) - std::size(hopMinutes);
 
 // From the last one down to the second: of equally near times the later one.
 std::size_t positionInBoil(std::int64_t time, std::int64_t boil) {
@@ -177,7 +173,8 @@ std::size_t positionInBoil(std::int64_t time, std::int64_t boil) {
   std::size_t position = 0;
   std::int64_t least = 300;
   for (std::size_t i = std::size(words::hopWhen) - 1; i >= 1; --i) {
-    const std::int64_t minutes = i < timesForTheBoil ? boil : hopMinutes[i - timesForTheBoil];
+    const std::string_view set = words::hopMinutes[i];
+    const std::int64_t minutes = set.empty() ? boil : integerValue(set);
     const std::int64_t difference = std::abs(time - minutes);
     if (difference >= least) continue;
     position = i;
@@ -187,8 +184,9 @@ std::size_t positionInBoil(std::int64_t time, std::int64_t boil) {
 }
 
 std::size_t positionOfHop(const PlistDictionary& hop, std::int64_t boil) {
-  const std::string_view use = hop.stringValue(keys::USE);
-  if (containsSubstring(use, "Boil")) return positionInBoil(hop.integerValue(keys::TIME), boil);
+  const std::string_view use = hop.stringValue(parsedKeys::USE);
+  if (containsSubstring(use, "Boil"))
+    return positionInBoil(hop.integerValue(parsedKeys::TIME), boil);
   const std::string_view when = nearestWord(meaningOf(use, hopUses, ""), words::hopWhen);
   return static_cast<std::size_t>(words::positionOf(when, words::hopWhen));
 }
@@ -213,14 +211,14 @@ void addMatch(std::vector<ImportMatch>& matches, std::string_view kind, std::str
 
 void takeFermentables(const PlistDictionary& parsed, PlistDictionary& recipe,
                       std::vector<ImportMatch>& matches) {
-  static constexpr Copied values[] = {{keys::AMOUNT, keys::Amount},
-                                      {keys::YIELD, keys::Extract},
-                                      {keys::COLOR, keys::Color},
-                                      {keys::MOISTURE, keys::Moisture}};
+  static constexpr Copied values[] = {{parsedKeys::AMOUNT, keys::Amount},
+                                      {parsedKeys::YIELD, keys::Extract},
+                                      {parsedKeys::COLOR, keys::Color},
+                                      {parsedKeys::MOISTURE, keys::Moisture}};
   forNearestRecords(ZYMFermentables::sharedInstance(), words::Fermentable,
-                    wantedOf(parsed, keys::FERMENTABLES, fermentableText), matches,
+                    wantedOf(parsed, parsedKeys::FERMENTABLES, fermentableText), matches,
                     [&](const PlistDictionary& fermentable, PlistDictionary record) {
-                      const std::string_view type = fermentable.stringValue(keys::TYPE);
+                      const std::string_view type = fermentable.stringValue(parsedKeys::TYPE);
                       const bool isGrain =
                           containsSubstring(type, "Grain") || containsSubstring(type, "Adjunct");
                       record.set(keys::IsGrain, isGrain ? "1" : "0");
@@ -234,22 +232,23 @@ void takeFermentables(const PlistDictionary& parsed, PlistDictionary& recipe,
 
 void takeHops(const PlistDictionary& parsed, PlistDictionary& recipe,
               std::vector<ImportMatch>& matches) {
-  static constexpr Copied values[] = {{keys::AMOUNT, keys::Amount}, {keys::ALPHA, keys::Alpha}};
+  static constexpr Copied values[] = {{parsedKeys::AMOUNT, keys::Amount},
+                                      {parsedKeys::ALPHA, keys::Alpha}};
   static constexpr std::int64_t longestBoil = 1'000'000;
   const std::int64_t boil =
       std::clamp(recipe.integerValue(keys::BoilDuration), -longestBoil, longestBoil);
   const auto textOf = [](const PlistDictionary& hop) {
-    return originPrefix(hop) + std::string(hop.stringValue(keys::NAME));
+    return originPrefix(hop) + std::string(hop.stringValue(parsedKeys::NAME));
   };
   forNearestRecords(
-      ZYMHops::sharedInstance(), words::Hop, wantedOf(parsed, keys::HOPS, textOf), matches,
+      ZYMHops::sharedInstance(), words::Hop, wantedOf(parsed, parsedKeys::HOPS, textOf), matches,
       [&](const PlistDictionary& hop, PlistDictionary record) {
-        const bool isPellets = containsSubstring(hop.stringValue(keys::FORM), "Pellet");
+        const bool isPellets = containsSubstring(hop.stringValue(parsedKeys::FORM), "Pellet");
         record.set(keys::Form, isPellets ? words::LoosePelletHops : words::LooseWholeHops);
         const std::size_t position = positionOfHop(hop, boil);
         record.set(keys::When, words::hopWhen[position]);
-        if (position >= timesForTheBoil) {
-          record.set(keys::Minutes, std::to_string(hopMinutes[position - timesForTheBoil]));
+        if (const std::string_view set = words::hopMinutes[position]; !set.empty()) {
+          record.set(keys::Minutes, set);
         } else {
           record.setOrRemove(keys::Minutes, recipe.find(keys::BoilDuration));
         }
@@ -260,29 +259,30 @@ void takeHops(const PlistDictionary& parsed, PlistDictionary& recipe,
 
 void takeOthers(const PlistDictionary& parsed, PlistDictionary& recipe,
                 std::vector<ImportMatch>& matches) {
-  static constexpr Copied values[] = {{keys::AMOUNT, keys::Amount}};
+  static constexpr Copied values[] = {{parsedKeys::AMOUNT, keys::Amount}};
   const auto textOf = [](const PlistDictionary& other) {
-    return std::string(other.stringValue(keys::NAME));
+    return std::string(other.stringValue(parsedKeys::NAME));
   };
-  forNearestRecords(
-      ZYMOtherIngredients::sharedInstance(), words::Other, wantedOf(parsed, keys::MISCS, textOf),
-      matches, [&](const PlistDictionary& other, PlistDictionary record) {
-        record.set(keys::When, meaningOf(other.stringValue(keys::USE), otherUses, words::InBoil));
-        copy(values, other, record);
-        append(std::move(record), recipe, keys::OtherIngredients);
-      });
+  forNearestRecords(ZYMOtherIngredients::sharedInstance(), words::Other,
+                    wantedOf(parsed, parsedKeys::MISCS, textOf), matches,
+                    [&](const PlistDictionary& other, PlistDictionary record) {
+                      record.set(keys::When, meaningOf(other.stringValue(parsedKeys::USE),
+                                                       otherUses, words::InBoil));
+                      copy(values, other, record);
+                      append(std::move(record), recipe, keys::OtherIngredients);
+                    });
 }
 
 void takeYeasts(const PlistDictionary& parsed, PlistDictionary& recipe,
                 std::vector<ImportMatch>& matches) {
-  static constexpr Copied filters[] = {{keys::YEAST_FORM, keys::YeastType},
-                                       {keys::YEAST_TYPE, keys::BeerType}};
+  static constexpr Copied filters[] = {{parsedKeys::YEAST_FORM, keys::YeastType},
+                                       {parsedKeys::YEAST_TYPE, keys::BeerType}};
   static constexpr Copied values[] = {
       {keys::Name, keys::Name}, {keys::Attenuation, keys::Attenuation}, {keys::UUID, keys::UUID}};
   if (!parsed.contains(keys::YeastIngredients)) return;
   PlistArray yeasts;
   for (const PlistDictionary& yeast : parsed.rows(keys::YeastIngredients)) {
-    const std::string name(yeast.stringValue(keys::YEAST_NAME));
+    const std::string name(yeast.stringValue(parsedKeys::YEAST_NAME));
     PlistDictionary filter;
     copy(filters, yeast, filter);
     PlistDictionary record{

@@ -12,7 +12,6 @@
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/ZYMStyles.h"
-#include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/text/NSString.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NumberText.h"
@@ -42,8 +41,9 @@ constexpr std::size_t shareOfAName = 100;
 
 std::size_t lengthToMatch(const PlistDictionary& record) {
   std::size_t length = shareOfAName;
-  for (const KeyName key : {keys::NAME, keys::ORIGIN, keys::YEAST_NAME, keys::STYLENAME, keys::TYPE,
-                            keys::PRIMING_SUGAR_NAME}) {
+  for (const KeyName key :
+       {parsedKeys::NAME, parsedKeys::ORIGIN, parsedKeys::YEAST_NAME, parsedKeys::STYLENAME,
+        parsedKeys::TYPE, parsedKeys::PRIMING_SUGAR_NAME}) {
     length += record.stringValue(key).size();
   }
   return length;
@@ -51,7 +51,8 @@ std::size_t lengthToMatch(const PlistDictionary& record) {
 
 void refuseEndlessMatching(const PlistDictionary& parsed) {
   std::size_t length = lengthToMatch(parsed);
-  for (const KeyName key : {keys::FERMENTABLES, keys::HOPS, keys::MISCS, keys::YeastIngredients}) {
+  for (const KeyName key :
+       {parsedKeys::FERMENTABLES, parsedKeys::HOPS, parsedKeys::MISCS, keys::YeastIngredients}) {
     for (const PlistDictionary& record : parsed.rows(key)) length += lengthToMatch(record);
   }
   if (length > mostToMatch) {
@@ -60,7 +61,7 @@ void refuseEndlessMatching(const PlistDictionary& parsed) {
 }
 
 std::string mashTypeText(const PlistDictionary& parsed) {
-  std::string text(parsed.stringValue(keys::TYPE));
+  std::string text(parsed.stringValue(parsedKeys::TYPE));
   if (containsSubstring(text, "Partial Mash")) text = "Mini-Mash";
   if (containsSubstring(text, "All Grain")) text = "Full Mash";
   return text;
@@ -68,25 +69,30 @@ std::string mashTypeText(const PlistDictionary& parsed) {
 
 // A file that says it isn't force carbonated counts as if it were.
 std::string_view carbonationText(const PlistDictionary& parsed) {
-  if (parsed.contains(keys::FORCED_CARBONATION)) return words::ForceCarbonated;
-  const std::string* sugar = parsed.string(keys::PRIMING_SUGAR_NAME);
+  if (parsed.contains(parsedKeys::FORCED_CARBONATION)) return words::ForceCarbonated;
+  const std::string* sugar = parsed.string(parsedKeys::PRIMING_SUGAR_NAME);
   return sugar ? std::string_view(*sugar) : words::Nothing;
 }
 
 std::string conditioningText(const PlistDictionary& parsed) {
-  if (!parsed.contains(keys::AGE)) return "Matured for 4 weeks";
-  const std::int64_t weeks = integerValue(std::round(parsed.doubleValue(keys::AGE) / 7.0));
+  if (!parsed.contains(parsedKeys::AGE)) return "Matured for 4 weeks";
+  const std::int64_t weeks = integerValue(std::round(parsed.doubleValue(parsedKeys::AGE) / 7.0));
   const std::string period =
       weeks <= 14
           ? std::to_string(weeks) + " weeks"
           : std::to_string(integerValue(std::round(static_cast<double>(weeks) / 4.1))) + " months";
-  const bool isCold = parsed.contains(keys::AGE_TEMP) && parsed.doubleValue(keys::AGE_TEMP) < 8.0;
+  const bool isCold =
+      parsed.contains(parsedKeys::AGE_TEMP) && parsed.doubleValue(parsedKeys::AGE_TEMP) < 8.0;
   return (isCold ? "Lagered for " : "Matured for ") + period;
 }
 
 void matchStyle(const PlistDictionary& parsed, PlistDictionary& recipe,
                 std::vector<ImportMatch>& matches) {
-  const std::string text(parsed.stringValue(keys::STYLENAME));
+  const std::string text(parsed.stringValue(parsedKeys::STYLENAME));
+  if (text == parsedKeys::noStyle) {
+    recipe.setOrRemove(keys::StyleUUID, ZYMStyles::noChosenStyle().find(keys::UUID));
+    return;
+  }
   const std::optional<PlistDictionary> style =
       ZYMStyles::sharedInstance().styleWithNameMostSimilarToString_inGuidelines(
           text, ZYMStyles::userPreferredStyleGuidelines());
@@ -102,13 +108,13 @@ std::string noteOf(const PlistDictionary& step) {
   const auto field = [&](std::string_view title, std::string_view value) {
     return stringWithFormat("%@: %@\t", {localized(title), value});
   };
-  return field("Title", step.stringValue(keys::NAME)) +
-         field("Type", step.stringValue(keys::TYPE)) +
-         field("Temp",
-               ZYMTemperatureValueTransformer::convertForDisplay(step.find(keys::STEP_TEMP))) +
-         stringWithFormat("%@: %ld %@\n",
-                          {localized("Duration"),
-                           std::to_string(step.integerValue(keys::STEP_TIME)), localized("mins")});
+  return field("Title", step.stringValue(parsedKeys::NAME)) +
+         field("Type", step.stringValue(parsedKeys::TYPE)) +
+         field("Temp", ZYMTemperatureValueTransformer::convertForDisplay(
+                           step.find(parsedKeys::STEP_TEMP))) +
+         stringWithFormat("%@: %ld %@\n", {localized("Duration"),
+                                           std::to_string(step.integerValue(parsedKeys::STEP_TIME)),
+                                           localized("mins")});
 }
 
 // A schedule of another program stays as a note to the brewer.
@@ -116,12 +122,12 @@ void keepMashAsNotes(const PlistDictionary& parsed, PlistDictionary& recipe) {
   if (const auto none = ZYMMashSchedules::sharedInstance().noChosenSchedule()) {
     recipe.set(keys::MashSchedule, *none);
   }
-  if (!parsed.contains(keys::MASHSTEPS)) return;
+  if (!parsed.contains(parsedKeys::MASHSTEPS)) return;
   std::string notes(recipe.stringValue(keys::Notes));
   notes += stringWithFormat("\n\n%@:\n\n",
                             {Localized_String("Mash Schedule in imported recipe",
                                               "ZYMFileImportOperation.processParsedRecipe")});
-  for (const PlistDictionary& step : parsed.rows(keys::MASHSTEPS)) notes += noteOf(step);
+  for (const PlistDictionary& step : parsed.rows(parsedKeys::MASHSTEPS)) notes += noteOf(step);
   recipe.set(keys::Notes, std::move(notes));
 }
 
@@ -136,7 +142,7 @@ std::int64_t ZYMFileImportOperation::indexOfMostSimilarObjectToString_inArray_fo
 PlistDictionary ZYMFileImportOperation::processParsedRecipe(const PlistDictionary& parsed) {
   refuseEndlessMatching(parsed);
   matches_.clear();
-  PlistDictionary recipe = ZYMRecipes::sharedInstance().emptyRecipe();
+  PlistDictionary recipe = emptyRecipe();
   recipe.remove(keys::Profile);
   const PlistDictionary empty = recipe;
   for (const PlistEntry& entry : empty) {

@@ -10,7 +10,7 @@
 #include "zymcore/documents/SafeJSON.h"
 #include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/interchange/beerxml/ZYMBeerXML.h"
-#include "zymcore/library/recipes/DocumentInsertion.h"
+#include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/events/NSNotificationCenter.h"
 #include "zymcore/platform/events/NSRunLoop.h"
@@ -59,17 +59,6 @@ std::string pathExtension(const std::string& path) {
   return extension.empty() ? "" : extension.substr(1);
 }
 
-struct SizedImage {
-  NSImage thumbnail;
-  NSImage large;
-};
-
-/// A recipe or a batch that waits to be stored.
-struct Incoming {
-  PlistDictionary document;
-  std::vector<SizedImage> images;
-};
-
 PlistArray take(PlistDictionary& document, KeyName key) {
   const PlistArray* found = document.array(key);
   PlistArray taken = found ? *found : PlistArray();
@@ -77,57 +66,60 @@ PlistArray take(PlistDictionary& document, KeyName key) {
   return taken;
 }
 
-std::vector<SizedImage> takeImages(PlistDictionary& document) {
-  std::vector<SizedImage> sized;
-  for (const PlistValue& element : take(document, keys::Images)) {
+std::string withoutPath(const std::string& reason, const std::string& path) {
+  const std::string prefix = path + ": ";
+  return reason.starts_with(prefix) ? reason.substr(prefix.size()) : reason;
+}
+
+/// What a file may have of pictures: far above any recipe, and read within seconds.
+class PictureBudget {
+ public:
+  void spendCount(std::size_t count) { spend(count, countLeft_); }
+  void spendPixels(NSSize size) {
+    spend(static_cast<std::size_t>(size.width * size.height), pixelsLeft_);
+  }
+
+ private:
+  static void spend(std::size_t amount, std::size_t& left) {
+    if (amount > left) {
+      throw NSException(NSInvalidArgumentException, "more pictures than any recipe has");
+    }
+    left -= amount;
+  }
+  std::size_t countLeft_ = 500;
+  std::size_t pixelsLeft_ = std::size_t{1} << 26U;
+};
+
+// One picture at a time, for they take far more room than their files.
+void addImages(const PlistArray& images, ZYMDocumentEntity& owner, PictureBudget& budget) {
+  budget.spendCount(images.size());
+  for (const PlistValue& element : images) {
     const auto image = element.data() ? NSImage::imageWithData(*element.data()) : std::nullopt;
     if (!image) continue;
-    sized.push_back(
-        {ZYMRecipes::thumbnailFromImage(*image), ZYMRecipes::sizedLargeImageFromImage(*image)});
+    budget.spendPixels(image->size());
+    StoredDocuments::addImage(&owner, ZYMRecipes::thumbnailFromImage(*image),
+                              ZYMRecipes::sizedLargeImageFromImage(*image));
   }
-  return sized;
 }
 
-Incoming recipeFrom(PlistDictionary recipe) {
-  recipe.remove(keys::UUID);
-  std::vector<SizedImage> images = takeImages(recipe);
-  PlistDictionary document = ZYMRecipes::sharedInstance().emptyRecipe();
-  for (const PlistEntry& entry : recipe) document.set(entry.key, entry.value);
-  ZYMFileImportOperation::checkProfileForRecipeOrBatch_isBatch(document, false);
-  return {std::move(document), std::move(images)};
-}
-
-Incoming batchFrom(PlistDictionary batch) {
+void addBatch(PlistDictionary batch, ZYMRecipeEntity& recipe, PictureBudget& budget) {
   batch.set(keys::UUID, uuid());
-  std::vector<SizedImage> images = takeImages(batch);
+  const PlistArray images = take(batch, keys::Images);
   ZYMFileImportOperation::checkProfileForRecipeOrBatch_isBatch(batch, true);
-  return {std::move(batch), std::move(images)};
+  ZYMDocumentEntity& entity = storedBatches.insert(batch);
+  recipe.addBatchesObject(entity);
+  addImages(images, entity, budget);
 }
 
-void insert(Incoming& recipe, std::vector<Incoming>& batches) {
-  auto& entity =
-      static_cast<ZYMRecipeEntity&>(insertDocument(ZYMRecipeEntity::entityName, recipe.document));
-  try {
-    for (Incoming& batch : batches) {
-      entity.addBatchesObject(insertDocument(ZYMRecipeBatchEntity::entityName, batch.document));
-    }
-  } catch (...) {
-    entity.managedObjectContext().deleteObject(entity);
-    throw;
-  }
-}
-
-void addImages(const Incoming& item) {
-  for (const SizedImage& image : item.images) {
-    ZYMRecipes::sharedInstance().addThumbnailImage_withLargeImage_toItemWithUUID(
-        image.thumbnail, image.large, item.document.stringValue(keys::UUID));
-  }
+// What couldn't be saved stays in the context.
+bool save() {
+  ZYMCoreDataModel::sharedInstance().save();
+  return !mainContext().hasChanges();
 }
 
 // The group is the one that the first change of this turn opened.
 void closeUndoGroup() {
-  NSUndoManager* undoManager =
-      ZYMCoreDataModel::sharedInstance().mainObjectContext()->undoManager();
+  NSUndoManager* undoManager = mainContext().undoManager();
   if (!undoManager || undoManager->groupingLevel() == 0) return;
   undoManager->setActionName(Localized_String("Import Recipe", "ZYMFileImportOperation.main"));
   undoManager->endUndoGrouping();
@@ -160,6 +152,11 @@ void ZYMFileImportOperation::postFailedNotification() {
       [this] { post(ZYMImportOperationFailedNotification, *this); });
 }
 
+const PlistDictionary& ZYMFileImportOperation::emptyRecipe() {
+  if (!emptyRecipe_) emptyRecipe_ = ZYMRecipes::sharedInstance().emptyRecipe();
+  return *emptyRecipe_;
+}
+
 std::optional<PlistDictionary> ZYMFileImportOperation::recipeInFile() {
   const auto refuse = [this](std::string reason) -> Recipe {
     failureReason_ = std::move(reason);
@@ -169,42 +166,55 @@ std::optional<PlistDictionary> ZYMFileImportOperation::recipeInFile() {
   const std::string extension = pathExtension(*url_);
   const auto* format = std::ranges::find(formats, extension, &Format::extension);
   if (format == std::end(formats)) {
-    return refuse(*url_ + ": \"" + extension + "\" is no extension of a file of recipes");
+    return refuse("\"" + extension + "\" is no extension of a file of recipes");
   }
   NSError error;
   const auto bytes = NSFileManager::contentsAtPath(*url_, mostBytes, &error);
-  if (!bytes) return refuse(error.localizedDescription);
-  if (!format->read) return refuse(*url_ + ": files of this kind can't be read yet");
+  if (!bytes) return refuse(withoutPath(error.localizedDescription, *url_));
+  if (!format->read) return refuse("files of this kind can't be read yet");
   try {
     Recipe recipe = format->read(*this, *bytes, error);
-    return recipe ? std::move(recipe) : refuse(*url_ + ": " + error.localizedDescription);
+    return recipe ? std::move(recipe) : refuse(error.localizedDescription);
   } catch (const NSException& exception) {
-    return refuse(*url_ + ": " + exception.reason());
+    return refuse(exception.reason());
   }
 }
 
-// All that can fail comes before the first change.
 bool ZYMFileImportOperation::importFile() {
-  Incoming recipe;
-  std::vector<Incoming> batches;
   try {
-    Recipe read = recipeInFile();
-    if (!read) return false;
-    const PlistArray records = take(*read, keys::Batches);
-    recipe = recipeFrom(std::move(*read));
-    for (const PlistDictionary& record : PlistRows(&records)) batches.push_back(batchFrom(record));
-    insert(recipe, batches);
-  } catch (const NSException& exception) {
-    failureReason_ = *url_ + ": " + exception.reason();
-    return false;
+    Recipe recipe = recipeInFile();
+    if (recipe) insert(std::move(*recipe));
+  } catch (const std::exception& fault) {
+    failureReason_ = fault.what();
   }
-  ZYMCoreDataModel::sharedInstance().save();
-  uuidOfRecipe_ = recipe.document.stringValue(keys::UUID);
-  addImages(recipe);
-  for (const Incoming& batch : batches) addImages(batch);
-  closeUndoGroup();
-  ZYMCoreDataModel::sharedInstance().save();
-  return true;
+  return uuidOfRecipe_.has_value();
+}
+
+void ZYMFileImportOperation::insert(PlistDictionary recipe) {
+  recipe.remove(keys::UUID);
+  const PlistArray batches = take(recipe, keys::Batches);
+  const PlistArray images = take(recipe, keys::Images);
+  PlistDictionary document = emptyRecipe();
+  for (const PlistEntry& entry : recipe) document.set(entry.key, entry.value);
+  checkProfileForRecipeOrBatch_isBatch(document, false);
+  if (prepareRecipe_) prepareRecipe_(document);
+
+  auto& entity = static_cast<ZYMRecipeEntity&>(storedRecipes.insert(document));
+  PictureBudget budget;
+  try {
+    addImages(images, entity, budget);
+    for (const PlistDictionary& batch : PlistRows(&batches)) addBatch(batch, entity, budget);
+    if (save()) {
+      closeUndoGroup();
+      uuidOfRecipe_ = document.stringValue(keys::UUID);
+      return;
+    }
+    failureReason_ = "the store can't be written";
+  } catch (...) {
+    StoredDocuments::withdraw(entity);
+    throw;
+  }
+  StoredDocuments::withdraw(entity);
 }
 
 }  // namespace zym

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,11 +28,11 @@ inline constexpr const char* ZYMImportOperationFailedNotification =
 ///
 /// The recipe of another program's file is matched against the libraries: each ingredient becomes
 /// the library's record with the nearest name, however far that is, with the file's amounts laid
-/// over it. The libraries don't change. An import is one undo step.
+/// over it. The libraries don't change.
 ///
-/// The recipe and its batches are saved at once, and each image after that by itself, so that what
-/// is in the store has its owner whenever the process ends. An image that can't be read is left
-/// out.
+/// An import is one save and one undo step: whenever the process ends, the recipe is stored with
+/// all its batches and images or not at all. An image that can't be read is left out. A file with
+/// more pictures than any recipe has, and whatever else goes wrong, stores nothing.
 ///
 /// The work runs on the main thread; started elsewhere, it waits for it.
 class ZYMFileImportOperation final : public NSOperation {
@@ -41,6 +42,11 @@ class ZYMFileImportOperation final : public NSOperation {
   explicit ZYMFileImportOperation(std::optional<std::string> url) : url_(std::move(url)) {}
 
   [[nodiscard]] const std::optional<std::string>& url() const noexcept { return url_; }
+
+  /// What the host wants done to a recipe that is complete but not stored yet. What it throws fails
+  /// the import.
+  using PrepareRecipe = std::function<void(PlistDictionary& recipe)>;
+  void setPrepareRecipe(PrepareRecipe prepare) { prepareRecipe_ = std::move(prepare); }
 
   void main() override;
   /// From any thread; returns when the observers have run.
@@ -69,7 +75,7 @@ class ZYMFileImportOperation final : public NSOperation {
 
   /// In the order in which the recipe was matched.
   [[nodiscard]] const std::vector<ImportMatch>& matches() const noexcept { return matches_; }
-  /// In English; absent for a success.
+  /// In English, without the file's name; absent for a success.
   [[nodiscard]] const std::optional<std::string>& failureReason() const noexcept {
     return failureReason_;
   }
@@ -80,8 +86,13 @@ class ZYMFileImportOperation final : public NSOperation {
 
  private:
   [[nodiscard]] bool importFile();
+  void insert(PlistDictionary recipe);
+  /// Made once for all that an import needs it for.
+  [[nodiscard]] const PlistDictionary& emptyRecipe();
 
   std::optional<std::string> url_;
+  PrepareRecipe prepareRecipe_;
+  std::optional<PlistDictionary> emptyRecipe_;
   std::vector<ImportMatch> matches_;
   std::optional<std::string> failureReason_;
   std::optional<std::string> uuidOfRecipe_;

@@ -1,7 +1,7 @@
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/text/NSCalendar.h"
-#include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/SummaryRows.h"
 #include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
 #include "zymcore/store/entities/ZYMRecipeEntity.h"
 
@@ -24,18 +24,12 @@ NSSortDescriptor newestFirst() {
 }  // namespace
 
 std::optional<std::vector<ZYMSummary>> ZYMRecipes::batchSummariesForRecipeWithUUID(
-    std::string_view recipeUUID) const {
+    UUID recipeUUID) const {
   const ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, recipeUUID);
   if (!recipe) return std::nullopt;
   std::vector<NSManagedObject*> batches = recipe->objectsForKey(relationships::batches);
   NSSortDescriptor::sort(batches, {NSSortDescriptor(attributes::dateBrewed, true)});
-  std::vector<ZYMSummary> rows;
-  rows.reserve(batches.size());
-  for (const NSManagedObject* object : batches) {
-    const auto* batch = static_cast<const ZYMRecipeBatchEntity*>(object);
-    rows.push_back({batch->name().value_or(""), batch->uuid().value_or(""), 0});
-  }
-  return rows;
+  return summariesOf(batches);
 }
 
 PlistArray ZYMRecipes::batchesNewestFirstSinceDate(NSDate date) const {
@@ -50,18 +44,7 @@ std::vector<ZYMSummary> ZYMRecipes::batchSummariesNewestFirstSinceDate(NSDate da
       NSFetchRequest::fetchRequestWithEntityName(ZYMRecipeBatchEntity::entityName);
   request.setPredicate(brewedAfter(date));
   request.setSortDescriptors({newestFirst()});
-  const std::optional<NSFetchedProperties> found =
-      ZYMCoreDataModel::sharedInstance().mainObjectContext()->propertiesForFetchRequest(
-          request, {attributes::name, attributes::uuid, attributes::dateBrewed});
-  std::vector<ZYMSummary> rows;
-  if (!found) return rows;
-  rows.reserve(found->size());
-  for (std::size_t row = 0; row < found->size(); ++row) {
-    const std::string* name = found->string(row, 0);
-    const std::string* uuid = found->string(row, 1);
-    rows.push_back({name ? *name : "", uuid ? *uuid : "", 0});
-  }
-  return rows;
+  return summariesForFetchRequest(request, std::nullopt, nullptr);
 }
 
 std::vector<ZYMSummary> ZYMRecipes::allBatchSummariesNewestFirst() const {

@@ -5,8 +5,8 @@
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/library/ZYMProfiles.h"
-#include "zymcore/library/internal/DocumentUpdate.h"
-#include "zymcore/library/recipes/DocumentInsertion.h"
+#include "zymcore/library/internal/StoredRecipeRepair.h"
+#include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/host/NSUserDefaults.h"
 #include "zymcore/platform/text/NSString.h"
@@ -45,9 +45,6 @@ constexpr KeyName notes[] = {keys::BatchNotes, keys::BoilNotes, keys::Fermentati
                              keys::PackagingNotes, keys::TastingNotes};
 constexpr KeyName recipes[] = {keys::OriginalRecipe, keys::ModifiedRecipe, keys::RecipeAtCreation};
 
-constexpr DocumentUpdate batchUpdate{ZYMRecipeBatchEntity::entityName, "Update Batch",
-                                     "ZYMRecipes.updateBatch.preservingDLM"};
-
 PlistDictionary actualsOf(const PlistDictionary& recipe) {
   PlistDictionary actuals;
   for (const KeyName key : planned) actuals.setOrRemove(key, recipe.find(key));
@@ -68,8 +65,7 @@ std::string titleOfNextBatch(const ZYMRecipeEntity& recipe) {
 
 }  // namespace
 
-std::optional<PlistDictionary> ZYMRecipes::emptyBatchForRecipeWithUUID(
-    std::string_view recipeUUID) const {
+std::optional<PlistDictionary> ZYMRecipes::emptyBatchForRecipeWithUUID(UUID recipeUUID) const {
   ZYMRecipeEntity* object = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, recipeUUID);
   const std::optional<PlistDictionary> recipe =
       object ? object->dictionaryRepresentation() : std::nullopt;
@@ -93,46 +89,38 @@ std::optional<PlistDictionary> ZYMRecipes::emptyBatchForRecipeWithUUID(
   return batch;
 }
 
-std::optional<PlistDictionary> ZYMRecipes::addBatchToRecipeWithUUID(std::string_view recipeUUID) {
+std::optional<PlistDictionary> ZYMRecipes::addBatchToRecipeWithUUID(UUID recipeUUID) {
   std::optional<PlistDictionary> batch = emptyBatchForRecipeWithUUID(recipeUUID);
   if (batch) restoreBatch_toRecipeWithUUID(*batch, recipeUUID);
   return batch;
 }
 
-void ZYMRecipes::restoreBatch_toRecipeWithUUID(PlistDictionary& batch,
-                                               std::string_view recipeUUID) {
-  NSManagedObjectContext& context = *ZYMCoreDataModel::sharedInstance().mainObjectContext();
-  ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(&context, recipeUUID);
+void ZYMRecipes::restoreBatch_toRecipeWithUUID(PlistDictionary& batch, UUID recipeUUID) {
+  if (!recipeUUID) return;
+  ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, recipeUUID);
   if (!recipe) {
-    // Left open on purpose: hosts count on a recipe that there is.
-    context.undoManager()->beginUndoGrouping();
+    // The change begins before the recipe is looked for, and without one never ends.
+    mainContext().undoManager()->beginUndoGrouping();
     return;
   }
   ZYMUndoGroup group;
   const std::string* uuid = batch.string(keys::UUID);
-  ZYMDocumentEntity* object =
-      uuid ? ZYMRecipeBatchEntity::onlyObjectWithUUID(&context, *uuid) : nullptr;
+  ZYMDocumentEntity* object = uuid ? storedBatches.objectWithUUID(*uuid) : nullptr;
   if (object) {
     object->updateWithDictionaryRepresentation(batch);
   } else {
-    object = &insertDocument(ZYMRecipeBatchEntity::entityName, batch);
+    object = &storedBatches.insert(batch);
   }
   object->setObject_forKey(recipe, relationships::recipe);
   group.closeAndSave("Add Batch", "ZYMRecipes.restoreBatch.toRecipeWithUUID");
 }
 
-std::optional<PlistDictionary> ZYMRecipes::batchWithUUID(std::string_view uuid) const {
+std::optional<PlistDictionary> ZYMRecipes::batchWithUUID(UUID uuid) const {
   ZYMRecipeBatchEntity* object = ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
   std::optional<PlistDictionary> batch = object ? object->dictionaryRepresentation() : std::nullopt;
   if (!batch || !batch->contains(keys::Actuals)) return std::nullopt;
   for (const KeyName key : recipes) {
-    PlistDictionary* recipe = batch->editDictionary(key);
-    if (!recipe) continue;
-    checkSaltWeightsExistInRecipe(*recipe);
-    for (const KeyName additions :
-         {keys::FermentableIngredients, keys::HopIngredients, keys::OtherIngredients}) {
-      if (PlistArray* rows = recipe->editArray(additions)) removeDescriptionsIn(*rows);
-    }
+    if (PlistDictionary* recipe = batch->editDictionary(key)) repairStoredRecipe(*recipe);
   }
   correctForSerialization(*batch);
   ensureBatchLatestVersion(*batch);
@@ -144,10 +132,10 @@ void ZYMRecipes::updateBatch(PlistDictionary& batch) {
 }
 
 void ZYMRecipes::updateBatch_preservingDLM(PlistDictionary& batch, bool preservingDLM) {
-  batchUpdate.apply(batch, preservingDLM);
+  storedBatches.update(batch, preservingDLM);
 }
 
-void ZYMRecipes::removeBatchWithUUID(std::string_view uuid) {
+void ZYMRecipes::removeBatchWithUUID(UUID uuid) {
   ZYMRecipeBatchEntity* batch = ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
   if (!batch) return;
   ZYMUndoGroup group;
@@ -156,18 +144,17 @@ void ZYMRecipes::removeBatchWithUUID(std::string_view uuid) {
   group.closeAndSave("Delete Batch", "ZYMRecipes.removeBatchWithUUID");
 }
 
-std::optional<std::string> ZYMRecipes::parentRecipeUUIDForBatchWithUUID(
-    std::string_view uuid) const {
+std::optional<std::string> ZYMRecipes::parentRecipeUUIDForBatchWithUUID(UUID uuid) const {
   const ZYMRecipeBatchEntity* batch = ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
   const NSManagedObject* recipe = batch ? batch->objectForKey(relationships::recipe) : nullptr;
   return recipe ? static_cast<const ZYMRecipeEntity*>(recipe)->uuid() : std::nullopt;
 }
 
-PlistDictionary ZYMRecipes::promoteBatchWithUUID_addToGroupWithUUID(std::string_view uuid,
-                                                                    std::string_view groupUUID) {
+PlistDictionary ZYMRecipes::promoteBatchWithUUID_addToGroupWithUUID(UUID uuid, UUID groupUUID) {
   ZYMRecipeBatchEntity* object = ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
   if (!object) {
-    throw NSException(NSInvalidArgumentException, "there is no batch " + std::string(uuid));
+    throw NSException(NSInvalidArgumentException,
+                      "there is no batch " + std::string(uuid.value_or("(null)")));
   }
   PlistDictionary batch = object->dictionaryRepresentation().value_or(PlistDictionary());
   ZYMUndoGroup group;
@@ -186,9 +173,9 @@ PlistDictionary ZYMRecipes::promoteBatchWithUUID_addToGroupWithUUID(std::string_
       stringWithFormat(Localized_String("Promoted from %@",
                                         "ZYMRecipes.promoteBatchWithUUID.addToGroupWithUUID"),
                        {batch.stringValue(keys::BatchTitle)}));
-  ZYMDocumentEntity& promoted = insertDocument(ZYMRecipeEntity::entityName, recipe);
+  ZYMDocumentEntity& promoted = storedRecipes.insert(recipe);
   object->setObject_forKey(&promoted, relationships::recipe);
-  joinGroup(promoted, groupUUID);
+  StoredDocuments::joinGroup(promoted, groupUUID);
   group.closeAndSave("Promote Batch", "ZYMRecipes.promoteBatchWithUUID.addToGroupWithUUID");
   return recipe;
 }

@@ -3,11 +3,13 @@
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/objects/NSFetchRequest.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/ZYMUndoGroup.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/SummaryRows.h"
 #include "zymcore/store/entities/ZYMGroupEntity.h"
 #include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
 #include "zymcore/store/entities/ZYMRecipeEntity.h"
@@ -15,31 +17,11 @@
 namespace zym {
 namespace {
 
-NSManagedObjectContext& mainContext() {
-  return *ZYMCoreDataModel::sharedInstance().mainObjectContext();
-}
-
-/// The rows of all objects of an entity by name, with the number at the other end of a
-/// relationship. `takes` says by the key of its identity whether an object gets one.
-template <class Takes>
-std::vector<ZYMSummary> rowsOf(std::string_view entity, KeyName children, Takes takes) {
+NSFetchRequest allByName(std::string_view entity) {
   NSFetchRequest request = NSFetchRequest::fetchRequestWithEntityName(entity);
   request.setSortDescriptors({NSSortDescriptor(attributes::name, true)});
-  const std::optional<NSFetchedProperties> found = mainContext().propertiesForFetchRequest(
-      request, {attributes::name, attributes::uuid, children});
-  std::vector<ZYMSummary> rows;
-  if (!found) return rows;
-  rows.reserve(found->size());
-  for (std::size_t row = 0; row < found->size(); ++row) {
-    if (!takes(found->key(row))) continue;
-    const std::string* name = found->string(row, 0);
-    const std::string* uuid = found->string(row, 1);
-    rows.push_back({name ? *name : "", uuid ? *uuid : "", found->value(row, 2)->integerValue()});
-  }
-  return rows;
+  return request;
 }
-
-constexpr auto every = [](std::int64_t) { return true; };
 
 void deleteOnly(NSManagedObject* object) {
   if (object) mainContext().deleteObject(*object);
@@ -48,7 +30,8 @@ void deleteOnly(NSManagedObject* object) {
 }  // namespace
 
 std::vector<ZYMSummary> ZYMRecipes::summariesForAllGroups() const {
-  return rowsOf(ZYMGroupEntity::entityName, relationships::recipes, every);
+  return summariesForFetchRequest(allByName(ZYMGroupEntity::entityName), relationships::recipes,
+                                  nullptr);
 }
 
 ZYMSummary ZYMRecipes::summaryForLibraryGroup() const {
@@ -81,7 +64,7 @@ void ZYMRecipes::updateGroup(const ZYMSummary& summary) {
   undo.closeAndSave("Update Group", "ZYMRecipes.updateGroup");
 }
 
-void ZYMRecipes::deleteGroupWithUUID(std::string_view uuid) {
+void ZYMRecipes::deleteGroupWithUUID(UUID uuid) {
   ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, uuid);
   if (!group) return;
   ZYMUndoGroup undo;
@@ -89,7 +72,7 @@ void ZYMRecipes::deleteGroupWithUUID(std::string_view uuid) {
   undo.closeAndSave("Delete Group", "ZYMRecipes.deleteGroupWithUUID");
 }
 
-std::optional<PlistDictionary> ZYMRecipes::groupForUUID(std::string_view uuid) const {
+std::optional<PlistDictionary> ZYMRecipes::groupForUUID(UUID uuid) const {
   ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, uuid);
   return group ? group->dictionaryRepresentation() : std::nullopt;
 }
@@ -104,19 +87,16 @@ void ZYMRecipes::restoreGroup(PlistDictionary& group) {
   undo.closeAndSave("Restore Group", "ZYMRecipes.groupForUUID");
 }
 
-void ZYMRecipes::removeItems_fromGroupWithUUID(const std::vector<std::string>& uuids,
-                                               std::string_view uuid) {
+void ZYMRecipes::removeItems_fromGroupWithUUID(const std::vector<std::string>& uuids, UUID uuid) {
   ZYMUndoGroup undo;
-  const bool fromLibrary = uuid.empty();
-  ZYMGroupEntity* group = fromLibrary ? nullptr : ZYMGroupEntity::onlyObjectWithUUID(nullptr, uuid);
-  if (fromLibrary || group) {
+  const bool fromLibrary = uuid == "";
+  if (fromLibrary || ZYMGroupEntity::onlyObjectWithUUID(nullptr, uuid)) {
     for (const std::string& item : uuids) {
       ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, item);
       if (fromLibrary) {
         deleteOnly(recipe);
       } else if (recipe) {
-        group->removeRecipesObject(*recipe);
-        group->setDateLastModified(NSDate::date());
+        StoredDocuments::leaveGroup(*recipe, uuid);
       }
       deleteOnly(ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, item));
     }
@@ -126,30 +106,25 @@ void ZYMRecipes::removeItems_fromGroupWithUUID(const std::vector<std::string>& u
 
 namespace {
 
-void takeOutOfGroup(std::string_view uuid, std::string_view groupUUID, std::string_view actionName,
+void takeOutOfGroup(ZYMRecipes::UUID uuid, ZYMRecipes::UUID groupUUID, std::string_view actionName,
                     std::string_view comment) {
   ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid);
   if (!recipe) return;
   ZYMUndoGroup undo;
-  if (ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, groupUUID)) {
-    group->removeRecipesObject(*recipe);
-    group->setDateLastModified(NSDate::date());
-  }
+  StoredDocuments::leaveGroup(*recipe, groupUUID);
   undo.closeAndSave(actionName, comment);
 }
 
 }  // namespace
 
-void ZYMRecipes::addRecipeWithUUID_toGroupWithUUID(std::string_view uuid,
-                                                   std::string_view groupUUID) {
-  if (groupUUID.empty()) return;
+void ZYMRecipes::addRecipeWithUUID_toGroupWithUUID(UUID uuid, UUID groupUUID) {
+  if (groupUUID == "") return;
   takeOutOfGroup(uuid, groupUUID, "Add Recipe to Group",
                  "ZYMRecipes.addRecipeWithUUID.toGroupWithUUID");
 }
 
-void ZYMRecipes::removeRecipeWithUUID_fromGroupWithUUID(std::string_view uuid,
-                                                        std::string_view groupUUID) {
-  if (groupUUID.empty()) {
+void ZYMRecipes::removeRecipeWithUUID_fromGroupWithUUID(UUID uuid, UUID groupUUID) {
+  if (groupUUID == "") {
     removeRecipeWithUUID(uuid);
   } else {
     takeOutOfGroup(uuid, groupUUID, "Remove Recipe from Group",
@@ -157,9 +132,9 @@ void ZYMRecipes::removeRecipeWithUUID_fromGroupWithUUID(std::string_view uuid,
   }
 }
 
-void ZYMRecipes::replaceRecipesInGroupWithUUID_withRecipes(std::string_view groupUUID,
+void ZYMRecipes::replaceRecipesInGroupWithUUID_withRecipes(UUID groupUUID,
                                                            const std::vector<std::string>& uuids) {
-  if (groupUUID.empty()) return;
+  if (groupUUID == "") return;
   ZYMUndoGroup undo;
   if (ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, groupUUID)) {
     std::vector<NSManagedObject*> recipes;
@@ -175,27 +150,27 @@ void ZYMRecipes::replaceRecipesInGroupWithUUID_withRecipes(std::string_view grou
 }
 
 std::vector<ZYMSummary> ZYMRecipes::summariesForAllRecipes() const {
-  return rowsOf(ZYMRecipeEntity::entityName, relationships::batches, every);
+  return summariesForFetchRequest(allByName(ZYMRecipeEntity::entityName), relationships::batches,
+                                  nullptr);
 }
 
 std::optional<std::vector<ZYMSummary>> ZYMRecipes::summariesForAllRecipesInGroupWithUUID(
-    std::string_view groupUUID) const {
-  if (groupUUID.empty()) return summariesForAllRecipes();
+    UUID groupUUID) const {
+  if (groupUUID == "") return summariesForAllRecipes();
   const ZYMGroupEntity* group = ZYMGroupEntity::onlyObjectWithUUID(nullptr, groupUUID);
   if (!group) return std::nullopt;
   std::unordered_set<std::int64_t> members;
   for (const NSManagedObject* recipe : group->objectsForKey(relationships::recipes)) {
     members.insert(recipe->objectID().key);
   }
-  return rowsOf(ZYMRecipeEntity::entityName, relationships::batches,
-                [&](std::int64_t key) { return members.contains(key); });
+  return summariesForFetchRequest(allByName(ZYMRecipeEntity::entityName), relationships::batches,
+                                  [&](std::int64_t key) { return members.contains(key); });
 }
 
-std::optional<ZYMSummary> ZYMRecipes::summaryForRecipeWithUUID(std::string_view uuid) const {
+std::optional<ZYMSummary> ZYMRecipes::summaryForRecipeWithUUID(UUID uuid) const {
   const ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid);
   if (!recipe) return std::nullopt;
-  return ZYMSummary{recipe->name().value_or(""), recipe->uuid().value_or(""),
-                    std::ssize(recipe->objectsForKey(relationships::batches))};
+  return summaryOf(*recipe, std::ssize(recipe->objectsForKey(relationships::batches)));
 }
 
 }  // namespace zym

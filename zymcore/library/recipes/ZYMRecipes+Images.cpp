@@ -1,4 +1,4 @@
-#include "zymcore/documents/NSStringExtensions.h"
+#include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMImageUtils.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/graphics/CGBitmapContext.h"
@@ -8,9 +8,8 @@
 #include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/ZYMUndoGroup.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMDocumentEntity.h"
 #include "zymcore/store/entities/ZYMImageEntity.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {
@@ -51,11 +50,6 @@ std::optional<NSImage> imageOf(const std::optional<NSData>& data) {
   return data ? NSImage::imageWithData(*data) : std::nullopt;
 }
 
-void write(const NSImage& image, const std::optional<std::string>& path) {
-  const std::optional<NSData> data = ZYMRecipes::dataFromImage(image);
-  if (data && path) NSFileManager::writeData_toPath(data->view(), *path);
-}
-
 std::string uuidOf(const ZYMImageEntity& image) {
   return image.uuid().value_or("");
 }
@@ -75,12 +69,6 @@ void removeFilesAndRecord(ZYMImageEntity& image) {
     if (const auto path = imagePath(uuid, suffix)) NSFileManager::removeItemAtPath(*path);
   }
   image.managedObjectContext().deleteObject(image);
-}
-
-/// The recipe or batch, or null.
-ZYMDocumentEntity* ownerWithUUID(std::string_view uuid) {
-  if (auto* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid)) return recipe;
-  return ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
 }
 
 void removeInUndoGroup(ZYMRecipes& recipes, ZYMImageEntity& image) {
@@ -147,9 +135,8 @@ std::vector<ZYMImageEntity*> ZYMRecipes::processImageEntitiesRemovingMissing(
   return sound;
 }
 
-std::vector<ZYMImageEntity*> ZYMRecipes::orderedImageEntitiesForItemWithUUID(
-    std::string_view uuid) {
-  const ZYMDocumentEntity* owner = ownerWithUUID(uuid);
+std::vector<ZYMImageEntity*> ZYMRecipes::orderedImageEntitiesForItemWithUUID(UUID uuid) {
+  const ZYMDocumentEntity* owner = documentWithUUID(uuid);
   if (!owner) return {};
   std::vector<NSManagedObject*> objects = owner->objectsForKey(relationships::images);
   NSSortDescriptor::sort(objects, {NSSortDescriptor(attributes::index, true)});
@@ -159,7 +146,7 @@ std::vector<ZYMImageEntity*> ZYMRecipes::orderedImageEntitiesForItemWithUUID(
   return processImageEntitiesRemovingMissing(images);
 }
 
-PlistArray ZYMRecipes::orderedImageDataForItemWithUUID(std::string_view uuid) {
+PlistArray ZYMRecipes::orderedImageDataForItemWithUUID(UUID uuid) {
   PlistArray data;
   for (const ZYMImageEntity* image : orderedImageEntitiesForItemWithUUID(uuid)) {
     if (auto bytes = dataForLargeImageWithUUID(uuidOf(*image))) data.append(std::move(*bytes));
@@ -167,7 +154,7 @@ PlistArray ZYMRecipes::orderedImageDataForItemWithUUID(std::string_view uuid) {
   return data;
 }
 
-std::vector<std::string> ZYMRecipes::imageUUIDsForItemWithUUID(std::string_view uuid) {
+std::vector<std::string> ZYMRecipes::imageUUIDsForItemWithUUID(UUID uuid) {
   std::vector<std::string> uuids;
   for (const ZYMImageEntity* image : orderedImageEntitiesForItemWithUUID(uuid)) {
     uuids.push_back(uuidOf(*image));
@@ -175,29 +162,15 @@ std::vector<std::string> ZYMRecipes::imageUUIDsForItemWithUUID(std::string_view 
   return uuids;
 }
 
-std::optional<NSImage> ZYMRecipes::largeImageAtIndex_forItemWithUUID(std::size_t index,
-                                                                     std::string_view uuid) {
+std::optional<NSImage> ZYMRecipes::largeImageAtIndex_forItemWithUUID(std::size_t index, UUID uuid) {
   const std::vector<ZYMImageEntity*> images = orderedImageEntitiesForItemWithUUID(uuid);
   return index < images.size() ? largeImageWithUUID(uuidOf(*images[index])) : std::nullopt;
 }
 
 bool ZYMRecipes::addThumbnailImage_withLargeImage_toItemWithUUID(const NSImage& thumbnail,
-                                                                 const NSImage& large,
-                                                                 std::string_view uuid) {
+                                                                 const NSImage& large, UUID uuid) {
   ZYMUndoGroup group;
-  ZYMImageEntity& image =
-      ZYMImageEntity::insertInContext(*ZYMCoreDataModel::sharedInstance().mainObjectContext());
-  const std::string imageUUID = zym::uuid();
-  image.setUuid(imageUUID);
-  image.setDateLastModified(NSDate::date());
-  write(large, pathForLargeImageWithUUID(imageUUID));
-  write(thumbnail, pathForThumbnailImageWithUUID(imageUUID));
-
-  if (ZYMDocumentEntity* owner = ownerWithUUID(uuid)) {
-    image.setDateLastModified(NSDate::date());
-    owner->addImagesObject(image);
-    owner->setDateLastModified(NSDate::date());
-  }
+  StoredDocuments::addImage(documentWithUUID(uuid), thumbnail, large);
   group.closeAndSave("Add Image",
                      "ZYMRecipes+Images.addThumbnailImage.withLargeImage.toItemWithUUID");
   return true;
@@ -213,14 +186,14 @@ void ZYMRecipes::removeImageEntity(ZYMImageEntity& image) {
   removeFilesAndRecord(image);
 }
 
-bool ZYMRecipes::removeImageAtIndex_fromItemWithUUID(std::size_t index, std::string_view uuid) {
+bool ZYMRecipes::removeImageAtIndex_fromItemWithUUID(std::size_t index, UUID uuid) {
   const std::vector<ZYMImageEntity*> images = orderedImageEntitiesForItemWithUUID(uuid);
   if (index >= images.size()) return false;
   removeInUndoGroup(*this, *images[index]);
   return true;
 }
 
-bool ZYMRecipes::removeImageWithUUID(std::string_view uuid) {
+bool ZYMRecipes::removeImageWithUUID(UUID uuid) {
   ZYMImageEntity* image = ZYMImageEntity::onlyObjectWithUUID(nullptr, uuid);
   if (!image) return false;
   removeInUndoGroup(*this, *image);

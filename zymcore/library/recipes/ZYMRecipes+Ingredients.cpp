@@ -45,21 +45,14 @@ void sortUnder(KeyName key, words::Vocabulary whens, PlistDictionary& recipe) {
   }
 }
 
-// For how long a hop boils, by its position in `words::hopWhen`. At the first three it is the boil
-// itself.
-constexpr std::string_view minutesOfHops[] = {"",   "",   "",   "90", "80", "70", "60", "55",
-                                              "50", "45", "40", "35", "30", "25", "20", "15",
-                                              "10", "5",  "1",  "0",  "0",  "0",  "0"};
-static_assert(std::size(minutesOfHops) == std::size(words::hopWhen));
-
 class HopTimes {
  public:
   explicit HopTimes(const PlistDictionary& recipe) : boil_(recipe.doubleValue(keys::BoilDuration)) {
     const PlistValue* boil = recipe.find(keys::BoilDuration);
     const bool isQuantity = boil && (boil->string() || boil->isNumber());
     for (std::size_t i = 0; i < times_.size(); ++i) {
-      const bool isBoil = minutesOfHops[i].empty();
-      PlistValue minutes = isBoil && isQuantity ? *boil : isBoil ? "0" : minutesOfHops[i];
+      const bool isBoil = words::hopMinutes[i].empty();
+      PlistValue minutes = isBoil && isQuantity ? *boil : isBoil ? "0" : words::hopMinutes[i];
       const double number = minutes.doubleValue();
       times_[i] = {std::move(minutes), number};
     }
@@ -80,7 +73,7 @@ class HopTimes {
     double number = 0;
   };
   double boil_;
-  std::array<Time, std::size(minutesOfHops)> times_;
+  std::array<Time, std::size(words::hopMinutes)> times_;
 };
 
 }  // namespace

@@ -7,9 +7,9 @@
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/ZYMStyles.h"
 #include "zymcore/library/ZYMWaters.h"
-#include "zymcore/library/internal/DocumentUpdate.h"
 #include "zymcore/library/internal/ProfileValues.h"
-#include "zymcore/library/recipes/DocumentInsertion.h"
+#include "zymcore/library/internal/StoredRecipeRepair.h"
+#include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/text/NSString.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
@@ -59,13 +59,6 @@ constexpr Initial initialTexts[] = {
     {keys::SteepDuration, "0"},
 };
 
-constexpr KeyName additions[] = {keys::FermentableIngredients, keys::HopIngredients,
-                                 keys::OtherIngredients, keys::YeastIngredients};
-
-NSManagedObjectContext& mainContext() {
-  return *ZYMCoreDataModel::sharedInstance().mainObjectContext();
-}
-
 PlistDictionary scheduleOf(const PlistDictionary& profile) {
   const std::optional<PlistDictionary> preferred = ZYMMashSchedules::sharedInstance().itemWithUUID(
       profile.stringValue(keys::PreferredMashSchedule));
@@ -73,18 +66,21 @@ PlistDictionary scheduleOf(const PlistDictionary& profile) {
       PlistDictionary{{keys::ScheduleName, ""}, {keys::UUID, ""}, {keys::Steps, PlistArray()}});
 }
 
+// Read without `summariesforAllItems`, which gives nameless waters a name.
 void setFirstWater(PlistDictionary& recipe) {
-  const std::vector<ZYMSummary> waters = ZYMWaters::sharedInstance().summariesforAllItems();
+  const std::vector<ZYMSummary> waters = ZYMWaters::sharedInstance().rowsOfAllItems();
   if (waters.empty()) {
     recipe.set(keys::WaterProfileUsed, " No Water Profile Chosen");
     return;
   }
-  recipe.set(keys::TargetWaterProfileUsedUUID, waters.front().uuid);
-  recipe.set(keys::BaseWaterProfileUsedUUID, waters.front().uuid);
+  if (waters.front().uuid) {
+    recipe.set(keys::TargetWaterProfileUsedUUID, *waters.front().uuid);
+    recipe.set(keys::BaseWaterProfileUsedUUID, *waters.front().uuid);
+  }
   recipe.set(keys::WaterProfileUsed, waters.front().name);
 }
 
-/// The record of an object as that of another one, with "-copy" after its title.
+/// The document of an object as that of another one, with "-copy" after its title.
 PlistDictionary copyOf(ZYMDocumentEntity& object, KeyName titleKey) {
   PlistDictionary copy = object.dictionaryRepresentation().value_or(PlistDictionary());
   copy.set(keys::UUID, uuid());
@@ -117,7 +113,7 @@ PlistDictionary ZYMRecipes::emptyRecipe() const {
     copyValue(profile, value.inProfile, recipe, value.inRecipe);
   }
   for (const Initial& initial : initialTexts) recipe.set(initial.key, initial.value);
-  for (const KeyName key : additions) recipe.set(key, PlistArray());
+  for (const KeyName key : keys::additions) recipe.set(key, PlistArray());
   setFirstWater(recipe);
   return recipe;
 }
@@ -128,38 +124,38 @@ PlistDictionary ZYMRecipes::createRecipe() {
   ensureRecipeLatestVersion(recipe);
   correctForSerialization(recipe);
   ZYMUndoGroup group;
-  insertDocument(ZYMRecipeEntity::entityName, recipe);
+  storedRecipes.insert(recipe);
   group.closeAndSave("Create Recipe", "ZYMRecipes.createRecipe");
   return recipe;
 }
 
-PlistDictionary ZYMRecipes::createRecipeAndAddToGroupWithUUID(std::string_view groupUUID) {
+PlistDictionary ZYMRecipes::createRecipeAndAddToGroupWithUUID(UUID groupUUID) {
   ZYMUndoGroup group;
   PlistDictionary recipe = emptyRecipe();
-  joinGroup(insertDocument(ZYMRecipeEntity::entityName, recipe), groupUUID);
+  StoredDocuments::joinGroup(storedRecipes.insert(recipe), groupUUID);
   group.closeAndSave("Create Recipe", "ZYMRecipes.createRecipeAndAddToGroupWithUUID");
   return recipe;
 }
 
 std::optional<PlistDictionary> ZYMRecipes::duplicateItemWithUUID_addToGroupWithUUID(
-    std::string_view uuid, std::string_view groupUUID) {
-  ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid);
-  ZYMRecipeBatchEntity* batch =
-      recipe ? nullptr : ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, uuid);
+    UUID uuid, UUID groupUUID) {
+  ZYMDocumentEntity* recipe = storedRecipes.objectWithUUID(uuid);
+  ZYMDocumentEntity* batch = recipe ? nullptr : storedBatches.objectWithUUID(uuid);
   if (!recipe && !batch) return std::nullopt;
 
-  ZYMUndoGroup group;
+  // A document that can't be read throws here, before there is an undo step.
   PlistDictionary copy =
-      recipe ? copyOf(*recipe, keys::RecipeTitle) : copyOf(*batch, keys::BatchTitle);
+      recipe ? copyOf(*recipe, storedRecipes.titleKey) : copyOf(*batch, storedBatches.titleKey);
+  ZYMUndoGroup group;
   if (recipe) {
-    joinGroup(insertDocument(ZYMRecipeEntity::entityName, copy), groupUUID);
+    StoredDocuments::joinGroup(storedRecipes.insert(copy), groupUUID);
   } else {
     copy.remove(keys::AdjustedInventory);
     if (PlistDictionary* brewed = copy.editDictionary(keys::ModifiedRecipe)) {
       removeInventoryInfoInRecipe(*brewed);
     }
-    ZYMDocumentEntity& object = insertDocument(ZYMRecipeBatchEntity::entityName, copy);
-    object.setObject_forKey(batch->objectForKey(relationships::recipe), relationships::recipe);
+    storedBatches.insert(copy).setObject_forKey(batch->objectForKey(relationships::recipe),
+                                                relationships::recipe);
   }
   group.closeAndSave("Duplicate Item", "ZYMRecipes.duplicateItemWithUUID.addToGroupWithUUID");
   return copy;
@@ -170,12 +166,10 @@ void ZYMRecipes::updateRecipe(PlistDictionary& recipe) {
 }
 
 void ZYMRecipes::updateRecipe_preservingDLM(PlistDictionary& recipe, bool preservingDLM) {
-  constexpr DocumentUpdate update{ZYMRecipeEntity::entityName, "Update Recipe",
-                                  "ZYMRecipes.updateRecipe.preservingDLM"};
-  update.apply(recipe, preservingDLM);
+  storedRecipes.update(recipe, preservingDLM);
 }
 
-void ZYMRecipes::removeRecipeWithUUID(std::string_view uuid) {
+void ZYMRecipes::removeRecipeWithUUID(UUID uuid) {
   ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid);
   if (!recipe) return;
   ZYMUndoGroup undo;
@@ -188,23 +182,19 @@ void ZYMRecipes::removeRecipeWithUUID(std::string_view uuid) {
   undo.closeAndSave("Remove Recipe", "ZYMRecipes.emptyRecipe");
 }
 
-std::optional<PlistDictionary> ZYMRecipes::recipeForUUID(std::string_view uuid) const {
+std::optional<PlistDictionary> ZYMRecipes::recipeForUUID(UUID uuid) const {
   ZYMRecipeEntity* object = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid);
   std::optional<PlistDictionary> recipe =
       object ? object->dictionaryRepresentation() : std::nullopt;
   if (!recipe) return std::nullopt;
-  for (const KeyName key :
-       {keys::FermentableIngredients, keys::HopIngredients, keys::OtherIngredients}) {
-    if (PlistArray* ingredients = recipe->editArray(key)) removeDescriptionsIn(*ingredients);
-  }
-  checkSaltWeightsExistInRecipe(*recipe);
+  repairStoredRecipe(*recipe);
   correctForSerialization(*recipe);
   ensureRecipeLatestVersion(*recipe);
   return recipe;
 }
 
 void ZYMRecipes::removeInventoryInfoInRecipe(PlistDictionary& recipe) {
-  for (const KeyName key : additions) {
+  for (const KeyName key : keys::additions) {
     if (PlistArray* ingredients = recipe.editArray(key)) {
       removeAdjustedFlagFromIngredients(*ingredients);
     }

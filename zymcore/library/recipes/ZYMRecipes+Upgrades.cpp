@@ -1,9 +1,12 @@
+#include <span>
+
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMStyles.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
+#include "zymcore/library/internal/StoredRecipeRepair.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 
 namespace zym {
@@ -96,8 +99,7 @@ bool upgradeProfile(PlistDictionary& recipe) {
 // Additions from before stock was tracked take on the state of their batch.
 bool markAdditions(PlistDictionary& recipe, bool inventoryAdjusted) {
   bool changed = false;
-  for (const KeyName key : {keys::FermentableIngredients, keys::HopIngredients,
-                            keys::OtherIngredients, keys::YeastIngredients}) {
+  for (const KeyName key : keys::additions) {
     for (PlistDictionary& addition : recipe.editRows(key)) {
       changed |= setIfAbsent(addition, keys::IngredientDeducted, inventoryAdjusted ? "1" : "0");
     }
@@ -114,6 +116,13 @@ constexpr Salt salts[] = {
     {keys::CaCl2, keys::CaCl2InGrammes}, {keys::NaHCO3, keys::NaHCO3InGrammes}};
 
 }  // namespace
+
+void repairStoredRecipe(PlistDictionary& recipe) {
+  for (const KeyName key : std::span(keys::additions).first<3>()) {  // all but yeasts
+    if (PlistArray* additions = recipe.editArray(key)) ZYMRecipes::removeDescriptionsIn(*additions);
+  }
+  ZYMRecipes::checkSaltWeightsExistInRecipe(recipe);
+}
 
 bool ZYMRecipes::ensureRecipeLatestVersion(PlistDictionary& recipe) {
   return ensureRecipeLatestVersion_inventoryAdjusted(recipe, false);
@@ -155,8 +164,8 @@ void ZYMRecipes::checkSaltWeightsExistInRecipe(PlistDictionary& recipe) {
 }
 
 void ZYMRecipes::removeDescriptionsIn(PlistArray& ingredients) {
-  for (PlistValue& value : ingredients.editAll()) {
-    if (PlistDictionary* ingredient = value.editDictionary()) ingredient->remove(keys::Description);
+  for (PlistDictionary& ingredient : PlistEditableRows(&ingredients)) {
+    ingredient.remove(keys::Description);
   }
 }
 

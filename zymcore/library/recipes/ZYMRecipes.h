@@ -31,6 +31,9 @@ class ZYMRecipeEntity;
 /// The whole library is shown as a group as well, but is none: its uuid is "".
 class ZYMRecipes {
  public:
+  /// As rows of lists have it. An absent one names nothing.
+  using UUID = std::optional<std::string_view>;
+
   [[nodiscard]] static ZYMRecipes& sharedInstance();
   ZYMRecipes(const ZYMRecipes&) = delete;
   ZYMRecipes& operator=(const ZYMRecipes&) = delete;
@@ -45,21 +48,21 @@ class ZYMRecipes {
   /// Stores the name of the row, where it differs.
   void updateGroup(const ZYMSummary& summary);
   /// The recipes stay in the library.
-  void deleteGroupWithUUID(std::string_view uuid);
-  [[nodiscard]] std::optional<PlistDictionary> groupForUUID(std::string_view uuid) const;
+  void deleteGroupWithUUID(UUID uuid);
+  [[nodiscard]] std::optional<PlistDictionary> groupForUUID(UUID uuid) const;
   /// Stores a record, new or in place of the first group with its "UUID", with those of the recipes
   /// in its "KeysOfContents" that there are.
   void restoreGroup(PlistDictionary& group);
   /// From the library: recipes and batches are deleted. From a group: recipes leave it and stay in
   /// the library, batches are deleted all the same.
-  void removeItems_fromGroupWithUUID(const std::vector<std::string>& uuids, std::string_view uuid);
-  /// Takes the recipe out of the group, whatever the name says: hosts have come to rely on it. A
-  /// recipe joins by `replaceRecipesInGroupWithUUID_withRecipes`.
-  void addRecipeWithUUID_toGroupWithUUID(std::string_view uuid, std::string_view groupUUID);
+  void removeItems_fromGroupWithUUID(const std::vector<std::string>& uuids, UUID uuid);
+  /// Takes the recipe out of the group, whatever the name says: it has always done so. A recipe
+  /// joins by `replaceRecipesInGroupWithUUID_withRecipes`.
+  void addRecipeWithUUID_toGroupWithUUID(UUID uuid, UUID groupUUID);
   /// From the library: the recipe is deleted.
-  void removeRecipeWithUUID_fromGroupWithUUID(std::string_view uuid, std::string_view groupUUID);
+  void removeRecipeWithUUID_fromGroupWithUUID(UUID uuid, UUID groupUUID);
   /// The group then holds those of the recipes that there are. Nothing for the library.
-  void replaceRecipesInGroupWithUUID_withRecipes(std::string_view groupUUID,
+  void replaceRecipesInGroupWithUUID_withRecipes(UUID groupUUID,
                                                  const std::vector<std::string>& uuids);
 
   // Recipes.
@@ -68,29 +71,29 @@ class ZYMRecipes {
   [[nodiscard]] PlistDictionary emptyRecipe() const;
   PlistDictionary createRecipe();
   /// Without the repairs that `createRecipe` makes.
-  PlistDictionary createRecipeAndAddToGroupWithUUID(std::string_view groupUUID);
+  PlistDictionary createRecipeAndAddToGroupWithUUID(UUID groupUUID);
   /// A copy under a new uuid and with "-copy" after the title; absent when nothing has the uuid. A
   /// recipe's copy has no batches and no images, and joins the group. A batch's copy has taken
   /// nothing from stock and stands under the same recipe; the group means nothing to it.
-  std::optional<PlistDictionary> duplicateItemWithUUID_addToGroupWithUUID(
-      std::string_view uuid, std::string_view groupUUID);
+  std::optional<PlistDictionary> duplicateItemWithUUID_addToGroupWithUUID(UUID uuid,
+                                                                          UUID groupUUID);
   /// Stores a document that differs from what is stored under its "UUID", and moves its
   /// "DateLastModified" to the present time, in `recipe` as well. Nothing is recalculated.
   void updateRecipe(PlistDictionary& recipe);
   /// With true the date of the document is kept.
   void updateRecipe_preservingDLM(PlistDictionary& recipe, bool preservingDLM);
   /// Its groups lose it, and its batches and image records go with it. Image files stay.
-  void removeRecipeWithUUID(std::string_view uuid);
+  void removeRecipeWithUUID(UUID uuid);
   /// The document, with the repairs below, which aren't stored. Throws
   /// `NSInvalidArgumentException` when the stored document can't be read.
-  [[nodiscard]] std::optional<PlistDictionary> recipeForUUID(std::string_view uuid) const;
+  [[nodiscard]] std::optional<PlistDictionary> recipeForUUID(UUID uuid) const;
 
   /// Rows of name, uuid and number of batches.
   [[nodiscard]] std::vector<ZYMSummary> summariesForAllRecipes() const;
   /// Absent when there is no such group.
   [[nodiscard]] std::optional<std::vector<ZYMSummary>> summariesForAllRecipesInGroupWithUUID(
-      std::string_view groupUUID) const;
-  [[nodiscard]] std::optional<ZYMSummary> summaryForRecipeWithUUID(std::string_view uuid) const;
+      UUID groupUUID) const;
+  [[nodiscard]] std::optional<ZYMSummary> summaryForRecipeWithUUID(UUID uuid) const;
 
   /// Makes additions as though nothing had been taken from stock for them: without
   /// "IngredientDeducted" and "Batches".
@@ -101,32 +104,29 @@ class ZYMRecipes {
 
   /// A new batch of the recipe, not stored: what is measured stands at what the recipe plans, the
   /// mash figures come from the default profile. Absent without the recipe.
-  [[nodiscard]] std::optional<PlistDictionary> emptyBatchForRecipeWithUUID(
-      std::string_view recipeUUID) const;
+  [[nodiscard]] std::optional<PlistDictionary> emptyBatchForRecipeWithUUID(UUID recipeUUID) const;
   /// The same, stored.
-  std::optional<PlistDictionary> addBatchToRecipeWithUUID(std::string_view recipeUUID);
+  std::optional<PlistDictionary> addBatchToRecipeWithUUID(UUID recipeUUID);
   /// Stores a batch under a recipe that there is, new or in place of the one with its "UUID". For
   /// an unknown recipe it leaves an undo group open behind it and does nothing.
-  void restoreBatch_toRecipeWithUUID(PlistDictionary& batch, std::string_view recipeUUID);
+  void restoreBatch_toRecipeWithUUID(PlistDictionary& batch, UUID recipeUUID);
   /// The document, with the repairs below, which aren't stored; absent for one without "Actuals".
   /// Throws as `recipeForUUID`.
-  [[nodiscard]] std::optional<PlistDictionary> batchWithUUID(std::string_view uuid) const;
+  [[nodiscard]] std::optional<PlistDictionary> batchWithUUID(UUID uuid) const;
   /// As `updateRecipe`.
   void updateBatch(PlistDictionary& batch);
   void updateBatch_preservingDLM(PlistDictionary& batch, bool preservingDLM);
   /// What it took from stock isn't given back.
-  void removeBatchWithUUID(std::string_view uuid);
-  [[nodiscard]] std::optional<std::string> parentRecipeUUIDForBatchWithUUID(
-      std::string_view uuid) const;
+  void removeBatchWithUUID(UUID uuid);
+  [[nodiscard]] std::optional<std::string> parentRecipeUUIDForBatchWithUUID(UUID uuid) const;
   /// Makes the recipe as brewed a recipe of its own, in the group as well, and moves the batch
   /// under it. The batch gets a new uuid. Throws `NSInvalidArgumentException` when there is no such
   /// batch.
-  PlistDictionary promoteBatchWithUUID_addToGroupWithUUID(std::string_view uuid,
-                                                          std::string_view groupUUID);
+  PlistDictionary promoteBatchWithUUID_addToGroupWithUUID(UUID uuid, UUID groupUUID);
 
   /// Rows without children, oldest first by the day of brewing. Absent without the recipe.
   [[nodiscard]] std::optional<std::vector<ZYMSummary>> batchSummariesForRecipeWithUUID(
-      std::string_view recipeUUID) const;
+      UUID recipeUUID) const;
   /// Records without repairs, of the batches brewed later than the date.
   [[nodiscard]] PlistArray batchesNewestFirstSinceDate(NSDate date) const;
   [[nodiscard]] std::vector<ZYMSummary> batchSummariesNewestFirstSinceDate(NSDate date) const;
@@ -208,19 +208,18 @@ class ZYMRecipes {
   std::vector<ZYMImageEntity*> processImageEntitiesRemovingMissing(
       const std::vector<ZYMImageEntity*>& images);
   // In the order of the owner's list.
-  std::vector<ZYMImageEntity*> orderedImageEntitiesForItemWithUUID(std::string_view uuid);
-  PlistArray orderedImageDataForItemWithUUID(std::string_view uuid);
-  std::vector<std::string> imageUUIDsForItemWithUUID(std::string_view uuid);
-  std::optional<NSImage> largeImageAtIndex_forItemWithUUID(std::size_t index,
-                                                           std::string_view uuid);
+  std::vector<ZYMImageEntity*> orderedImageEntitiesForItemWithUUID(UUID uuid);
+  PlistArray orderedImageDataForItemWithUUID(UUID uuid);
+  std::vector<std::string> imageUUIDsForItemWithUUID(UUID uuid);
+  std::optional<NSImage> largeImageAtIndex_forItemWithUUID(std::size_t index, UUID uuid);
   /// Always true; for an unknown item the image belongs to none.
   bool addThumbnailImage_withLargeImage_toItemWithUUID(const NSImage& thumbnail,
-                                                       const NSImage& large, std::string_view uuid);
+                                                       const NSImage& large, UUID uuid);
   /// No undo step of its own. Files don't come back by an undo.
   void removeImageEntity(ZYMImageEntity& image);
   // Whether there was such an image.
-  bool removeImageAtIndex_fromItemWithUUID(std::size_t index, std::string_view uuid);
-  bool removeImageWithUUID(std::string_view uuid);
+  bool removeImageAtIndex_fromItemWithUUID(std::size_t index, UUID uuid);
+  bool removeImageWithUUID(UUID uuid);
 
  private:
   ZYMRecipes() = default;

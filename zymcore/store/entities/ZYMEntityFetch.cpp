@@ -33,9 +33,10 @@ ZYMEntityFetch::Objects ZYMEntityFetch::objectsInContext_matchingKey_andValue_so
 
 NSManagedObject* ZYMEntityFetch::onlyObjectWithUUID(std::string_view entity,
                                                     NSManagedObjectContext* context,
-                                                    std::string_view uuid) {
+                                                    std::optional<std::string_view> uuid) {
+  if (!uuid) return nullptr;
   const Objects objects = objectsInContext_matchingKey_andValue_sortedOnKey(
-      entity, context, attributes::uuid, uuid, std::nullopt);
+      entity, context, attributes::uuid, *uuid, std::nullopt);
   return objects && objects->size() == 1 ? objects->front() : nullptr;
 }
 

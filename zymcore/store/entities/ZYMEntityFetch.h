@@ -27,10 +27,10 @@ class ZYMEntityFetch {
       std::string_view entity, NSManagedObjectContext* context, KeyName key,
       const std::optional<PlistValue>& value, const std::optional<KeyName>& sortKey);
 
-  /// The object with that uuid, when there is exactly one.
+  /// The object with that uuid, when there is exactly one. An absent uuid is nobody's.
   [[nodiscard]] static NSManagedObject* onlyObjectWithUUID(std::string_view entity,
                                                            NSManagedObjectContext* context,
-                                                           std::string_view uuid);
+                                                           std::optional<std::string_view> uuid);
 };
 
 /// The records of the objects, in order; an object that has none is passed over.
@@ -80,9 +80,10 @@ class ZYMEntityFinders {
     return ofClass(ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
         Class::entityName, context, predicate, sortDescriptor));
   }
-  /// The object with that uuid, when there is exactly one. An absent context is the main one.
+  /// The object with that uuid, when there is exactly one; an absent uuid is nobody's. An absent
+  /// context is the main one.
   [[nodiscard]] static Class* onlyObjectWithUUID(NSManagedObjectContext* context,
-                                                 std::string_view uuid) {
+                                                 std::optional<std::string_view> uuid) {
     return static_cast<Class*>(
         ZYMEntityFetch::onlyObjectWithUUID(Class::entityName, context, uuid));
   }

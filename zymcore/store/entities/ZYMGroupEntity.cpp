@@ -2,6 +2,7 @@
 
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/SummaryRows.h"
 #include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
@@ -31,8 +32,7 @@ void ZYMGroupEntity::updateWithDictionaryRepresentation_usingContext(
 }
 
 ZYMSummary ZYMGroupEntity::summary() const {
-  return {name().value_or(""), uuid().value_or(""),
-          std::ssize(objectsForKey(relationships::recipes))};
+  return summaryOf(*this, std::ssize(objectsForKey(relationships::recipes)));
 }
 
 void ZYMGroupEntity::addRecipesObject(NSManagedObject& recipe) {

@@ -1,0 +1,290 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "tests/support/Defaults.h"
+#include "tests/support/TemporaryFolder.h"
+#include "zymcore/calculations/ZYMBeerCalculations.h"
+#include "zymcore/documents/BatchKeys.h"
+#include "zymcore/documents/Vocabularies.h"
+#include "zymcore/platform/host/NSBundle.h"
+
+namespace zym {
+namespace {
+
+using Changes = std::initializer_list<std::pair<KeyName, PlistValue>>;
+
+PlistDictionary changed(PlistDictionary tree, Changes changes) {
+  for (const auto& [key, value] : changes) tree.set(key, value);
+  return tree;
+}
+
+// 10 l of wort, in which 1000 g of extract are 38.65 gravity points.
+const PlistDictionary wort{{keys::PreBoilWortVolume, "12000"},   {keys::FinalWortVolume, "10000"},
+                           {keys::VolumeToFermenter, "10000"},   {keys::VolumeAtPitching, "10000"},
+                           {keys::FinalBatchVolume, "9000"},     {keys::MashEfficiency, "80"},
+                           {keys::WortFermentability, "Medium"}, {keys::SteepDuration, "0"},
+                           {keys::SteepTemperature, "80"}};
+
+PlistDictionary grain(const char* amount) {
+  return {{keys::Ingredient, "Pale Malt"},
+          {keys::Amount, amount},
+          {keys::Extract, "80"},
+          {keys::Color, "3"},
+          {keys::IsGrain, "1"},
+          {keys::When, words::InMashSteeped}};
+}
+PlistDictionary adjunct(const char* name, const char* amount, const char* color = "0") {
+  return {{keys::Ingredient, name}, {keys::Amount, amount}, {keys::Extract, "100"},
+          {keys::Color, color},     {keys::IsGrain, "0"},   {keys::When, words::StartOfBoil}};
+}
+const PlistDictionary hop{{keys::Alpha, "5"},
+                          {keys::Amount, "20"},
+                          {keys::Form, "Loose Whole Hops"},
+                          {keys::When, words::AllOfBoil},
+                          {keys::Minutes, "60"}};
+PlistDictionary yeast(const char* attenuation) {
+  return {{keys::Attenuation, attenuation}};
+}
+
+// Examples worked out by hand. That every figure of any document is right is for the comparison
+// with the second writing to show.
+class Recalculation : public testing::WithDefaults {
+ protected:
+  static PlistDictionary recipeWith(Changes changes) {
+    PlistDictionary recipe = changed(wort, changes);
+    ZYMBeerCalculations::recalculateBeerRecipe(recipe);
+    return recipe;
+  }
+  static double colorOf(const PlistDictionary& fermentable) {
+    return recipeWith({{keys::FermentableIngredients, PlistArray{fermentable}}})
+        .doubleValue(keys::ExpectedColor);
+  }
+  /// Of 4 kg of grain, 2560 g of extract, in 20 l.
+  static PlistDictionary batchWith(Changes inActuals, Changes inBatch = {}) {
+    PlistDictionary batch{{keys::ModifiedRecipe,
+                           changed(wort, {{keys::PreBoilWortVolume, "25000"},
+                                          {keys::FinalWortVolume, "20000"},
+                                          {keys::FermentableIngredients, PlistArray{grain("4000")}},
+                                          {keys::HopIngredients, PlistArray{hop}}})},
+                          {keys::Actuals, changed({{keys::PreBoilWortVolume, "25000"},
+                                                   {keys::FinalWortVolume, "20000"},
+                                                   {keys::VolumeToFermenter, "20000"},
+                                                   {keys::VolumeAtPitching, "20000"},
+                                                   {keys::FinalBatchVolume, "19000"}},
+                                                  inActuals)},
+                          {keys::SpargeMethod, words::FlySparge},
+                          {keys::WaterGrainRatio, "2.5"}};
+    batch = changed(batch, inBatch);
+    ZYMBeerCalculations::recalculateBatch(batch);
+    return batch;
+  }
+  static std::string measured(const PlistDictionary& batch, KeyName key) {
+    return std::string(batch.dictionary(keys::Actuals)->stringValue(key));
+  }
+};
+
+TEST_F(Recalculation, AnEmptyVolumeKeepsTheOldFigures) {
+  for (const KeyName volume : {keys::PreBoilWortVolume, keys::FinalWortVolume,
+                               keys::FinalBatchVolume, keys::VolumeAtPitching}) {
+    const PlistDictionary recipe = recipeWith({{volume, "0.009"}});
+    EXPECT_EQ(recipe, changed(wort, {{volume, "0.009"}, {keys::VolumeWaterAdded, "0.000000"}}));
+    EXPECT_TRUE(recipeWith({{volume, "0.01"}}).contains(keys::ExpectedIBU)) << volume.text();
+  }
+  EXPECT_EQ(recipeWith({{keys::VolumeAtPitching, "10500"}}).stringValue(keys::VolumeWaterAdded),
+            "500.000000");
+}
+
+TEST_F(Recalculation, Attenuation) {
+  struct Case {
+    std::vector<const char*> yeasts;
+    const char* fermentability;
+    const char* attenuation;
+  };
+  for (const Case& c :
+       {Case{{"70", "75"}, "High", "77.500000"}, Case{{"75", "70"}, "Low", "72.500000"},
+        Case{{"99"}, "High", "100.000000"}, Case{{"1"}, "Low", "0.000000"},
+        Case{{"72.3"}, "Medium", "72.300003"}, Case{{"75"}, "medium", "100.000000"},
+        Case{{"-5"}, "Medium", "0.000000"}, Case{{}, "no word", "0.000000"}}) {
+    PlistArray yeasts;
+    for (const char* y : c.yeasts) yeasts.append(yeast(y));
+    EXPECT_EQ(
+        recipeWith({{keys::YeastIngredients, yeasts}, {keys::WortFermentability, c.fermentability}})
+            .stringValue(keys::Attenuation),
+        c.attenuation);
+  }
+}
+
+// 5 kg at 80 % yield and 80 % efficiency are 3200 g of extract: 28.6174 degrees Plato, a quarter
+// of them left, 260 / (260 - 7.1543).
+TEST_F(Recalculation, GravitiesOfAnAllGrainBeer) {
+  const PlistDictionary recipe =
+      recipeWith({{keys::FermentableIngredients, PlistArray{grain("5000")}},
+                  {keys::YeastIngredients, PlistArray{yeast("75")}}});
+  EXPECT_EQ(recipe.stringValue(keys::ExpectedOriginalGravity), "1.123680");
+  EXPECT_EQ(recipe.stringValue(keys::ExpectedPreBoilGravity), "1.103067");
+  EXPECT_EQ(recipe.stringValue(keys::ExpectedFinalGravity), "1.028295");
+}
+
+// In the language of the user and in English, whatever the case; a sugar by an attenuation of 80
+// takes 0.2 and 0.225 of its points out, lactose adds 1.225.
+TEST_F(Recalculation, SugarFermentsOutAndLactoseStays) {
+  const TemporaryFolder folder;
+  (void)folder.file("de.lproj/Localizable.strings",
+                    "<plist><dict><key>Sugar</key><string>Zucker</string><key>Lactose</key>"
+                    "<string>Laktose</string></dict></plist>");
+  NSBundle::setMainBundle(NSBundle(folder.path(), "org.zymcore.tests", "1"));
+  const auto shift = [](const char* name, const char* attenuation, const char* isGrain = "0") {
+    const auto fg = [&](const char* as) {
+      const PlistDictionary addition = changed(adjunct(as, "100"), {{keys::IsGrain, isGrain}});
+      return recipeWith({{keys::FermentableIngredients, PlistArray{grain("2000"), addition}},
+                         {keys::YeastIngredients, PlistArray{yeast(attenuation)}}})
+          .doubleValue(keys::ExpectedFinalGravity);
+    };
+    return (fg(name) - fg("Honey")) / (100 * 386.5 / 10000 / 1000);
+  };
+  struct Row {
+    const char* name;
+    const char* locale;
+    double shift;
+  };
+  for (const Row& row :
+       {Row{"Corn Sugar/Dextrose", "en_US", -0.425}, Row{"BROWN SUGAR", "de_DE", -0.425},
+        Row{"Rohrzucker", "de_DE", -0.425}, Row{"Rohrzucker", "en_US", 0},
+        Row{"Lactose", "de_DE", 1.225}, Row{"LAKTOSE", "de_DE", 1.225}, Row{"Laktose", "en_US", 0},
+        Row{"Milk sugar (lactose)", "en_US", 0.8}, Row{"Milchzucker, Laktose", "de_DE", 0.8}}) {
+    useLocale(row.locale);
+    EXPECT_NEAR(shift(row.name, "80"), row.shift, 1e-3) << row.name << " " << row.locale;
+    EXPECT_EQ(shift(row.name, "0.99"), 0) << "nothing ferments";
+    EXPECT_EQ(shift(row.name, "80", "1"), 0) << "grain";
+  }
+  NSBundle::setMainBundle(NSBundle());
+}
+
+TEST_F(Recalculation, Colour) {
+  // 1 lb of 10 °L in 10 l is 3.78541 MCU, of which the mash takes 0.8 times 0.8.
+  const auto extract = [](double mcu) {
+    return changed(adjunct("Extract", "453.59"), {{keys::Color, mcu * 10000 / 3785.41}});
+  };
+  struct Row {
+    int formula;
+    PlistDictionary fermentable;
+    double color;
+  };
+  for (const Row& row :
+       {Row{0, extract(10), 7.2398078}, Row{1, extract(10), 10.4}, Row{2, extract(10), 7.7},
+        Row{3, extract(10), 11}, Row{3, extract(0.0999), 0.0999}, Row{3, extract(0.1001), 1.1001},
+        Row{3, grain("4535.9"), 30 * 0.378541 * 0.64 + 1}, Row{4, extract(10), 0},
+        // A colouring counts outside the formula.
+        Row{2, adjunct("Colour", "10", "2000"), 4.7 + 2}, Row{3, adjunct("", "10", "2000"), 2},
+        Row{3, adjunct("", "10", "1000"), 10 / 453.59 * 378.541 + 1}}) {
+    set(keys::BeerColorFormula, row.formula);
+    EXPECT_NEAR(colorOf(row.fermentable), row.color, 2e-6) << row.formula << " " << row.color;
+  }
+}
+
+TEST_F(Recalculation, ReadingsAreCorrectedForTheirTemperature) {
+  const PlistDictionary b = batchWith({{keys::OGHydroReading, "1.050"},
+                                       {keys::OGTemp, "20"},
+                                       {keys::FGHydroReading, "1.010"},
+                                       {keys::FGTemp, "30"},
+                                       {keys::HydrometerCalibratedAt, "20"}});
+  EXPECT_EQ(measured(b, keys::OG), "1.050000");
+  EXPECT_EQ(measured(b, keys::FG), "1.012557");
+}
+
+TEST_F(Recalculation, NoMoreIsPassedOnThanThereWas) {
+  const PlistDictionary b = batchWith({{keys::VolumeToFermenter, "21000"},
+                                       {keys::VolumeAtPitching, "19000"},
+                                       {keys::FinalBatchVolume, "30000"}});
+  for (const KeyName volume :
+       {keys::VolumeToFermenter, keys::VolumeAtPitching, keys::FinalBatchVolume}) {
+    EXPECT_EQ(measured(b, volume), "20000.000000");
+  }
+  EXPECT_EQ(measured(b, keys::VolumeWaterAdded), "0.000000");
+  const PlistDictionary fit = batchWith({{keys::VolumeToFermenter, "18000"}});
+  EXPECT_EQ(measured(fit, keys::VolumeToFermenter), "18000");  // not touched
+  EXPECT_EQ(measured(fit, keys::VolumeWaterAdded), "2000.000000");
+}
+
+// 40 points in 25 l, as 50 in 20, are 2587.322 g of extract, of the 2560 g that 80 % would give.
+TEST_F(Recalculation, EfficiencyIsMeasuredBeforeTheBoil) {
+  const PlistDictionary before = batchWith({{keys::PreBoilHydroReading, "1.040"}});
+  const PlistDictionary after = batchWith({{keys::OGHydroReading, "1.050"}});
+  EXPECT_EQ(measured(before, keys::ActualMashEfficiency), "80.853816");
+  EXPECT_EQ(measured(after, keys::ActualMashEfficiency), "0.0");
+  EXPECT_EQ(measured(after, keys::IBU), measured(before, keys::IBU));
+  EXPECT_NEAR(std::stod(measured(before, keys::IBU)),
+              50 * 1.65 * std::pow(0.000125, 0.04) * (1 - std::exp(-2.4)) / 4.15, 1e-5);
+  EXPECT_EQ(measured(batchWith({{keys::PreBoilHydroReading, "1.0"}}), keys::ActualMashEfficiency),
+            "0.0");
+}
+
+TEST_F(Recalculation, AnFGAboveTheOGShows) {
+  const PlistDictionary b =
+      batchWith({{keys::OGHydroReading, "1.010"}, {keys::FGHydroReading, "1.040"}});
+  EXPECT_LT(std::stod(measured(b, keys::ABV)), -3);
+  EXPECT_LT(std::stod(measured(b, keys::ApparentAttenuation)), -200);
+}
+
+TEST_F(Recalculation, MashThicknessWithoutSparge) {
+  set(keys::BoilingPoint, 100);
+  const auto ratio = [](std::string_view second, std::string_view sparge, const char* malt) {
+    const PlistDictionary schedule{
+        {keys::Steps,
+         PlistArray{
+             PlistDictionary{{keys::StepType, words::RaiseByInfusion}, {keys::Temperature, "50"}},
+             PlistDictionary{{keys::StepType, second}, {keys::Temperature, "60"}}}}};
+    PlistDictionary batch{{keys::ModifiedRecipe,
+                           PlistDictionary{{keys::PreBoilWortVolume, "25000"},
+                                           {keys::FermentableIngredients, PlistArray{grain(malt)}},
+                                           {keys::MashSchedule, schedule}}},
+                          {keys::SpargeMethod, sparge},
+                          {keys::MTThermalMass, "1000"},
+                          {keys::WaterGrainRatio, "3.1"}};
+    ZYMBeerCalculations::recalculateBatch(batch);
+    return std::string(batch.stringValue(keys::WaterGrainRatio));
+  };
+  EXPECT_EQ(ratio(words::RestAt, words::NoSparge, "4000"), "7.250000");  // (25000 + 4000) / 4000
+  // r is 10 / 40; 29 l less 0.32 of 4 kg and a tun of 1 l of water, each a quarter, over 1.25.
+  EXPECT_EQ(ratio(words::RaiseByInfusion, words::NoSparge, "4000"), "5.686000");
+  EXPECT_EQ(ratio(words::RestAt, words::NoSparge, "0.09"), "2.000000");
+  EXPECT_EQ(ratio(words::RestAt, words::NoSparge, "0.1"), "250001.000000");
+  EXPECT_EQ(ratio(words::RaiseByInfusion, words::FlySparge, "4000"), "3.1");
+}
+
+TEST_F(Recalculation, CostSumsAllocationsInSinglePrecision) {
+  const auto addition = [](const char* amount, const char* cost) {
+    return PlistArray{
+        PlistDictionary{{keys::Batches,
+                         PlistArray{PlistDictionary{{keys::Amount, amount}, {keys::Cost, cost}}}}},
+        PlistDictionary{{keys::Amount, "5"}}};
+  };
+  PlistDictionary b{{keys::ModifiedRecipe,
+                     PlistDictionary{{keys::FermentableIngredients, addition("4000", "0.0015")},
+                                     {keys::HopIngredients, addition("20", "0.1")},
+                                     {keys::OtherIngredients, addition("1", "0.25")},
+                                     {keys::YeastIngredients, addition("2", "33333333.3")}}}};
+  ZYMBeerCalculations::recalculateBatchCost(b);
+  // 33333333.3 is 33333334 in single precision.
+  EXPECT_EQ(b.stringValue(keys::Cost), "66666676.250000");
+  const PlistDictionary kept = batchWith({}, {{keys::Cost, "12.50"}});
+  EXPECT_EQ(kept.stringValue(keys::Cost), "12.50");
+  EXPECT_EQ(kept.dictionary(keys::ModifiedRecipe)->stringValue(keys::Cost), "0.000000");
+}
+
+TEST_F(Recalculation, NothingInNothingOut) {
+  PlistDictionary empty;
+  ZYMBeerCalculations::recalculateBatch(empty);
+  EXPECT_EQ(empty, PlistDictionary());
+  PlistDictionary odd{{keys::ModifiedRecipe, PlistArray()},
+                      {keys::Actuals, "none"},
+                      {keys::SpargeMethod, words::NoSparge}};
+  ZYMBeerCalculations::recalculateBatch(odd);
+  EXPECT_EQ(odd.stringValue(keys::WaterGrainRatio), "2.000000");
+  EXPECT_EQ(odd.stringValue(keys::Actuals), "none");
+}
+
+}  // namespace
+}  // namespace zym

@@ -266,12 +266,5 @@ TEST_F(NSFetchTest, AddingManyTakesTimeInProportion) {
   EXPECT_LT(secondsFor(8000), 24 * few);
 }
 
-TEST_F(NSFetchTest, SortsASetOfObjects) {
-  std::vector<NSManagedObject*> books;
-  for (const char* name : {"b", "a", "c"}) books.push_back(insert("Book", name));
-  NSSortDescriptor::sort(books, {{key::name, false}});
-  EXPECT_THAT(namesOf(books), ElementsAre("c", "b", "a"));
-}
-
 }  // namespace
 }  // namespace zym

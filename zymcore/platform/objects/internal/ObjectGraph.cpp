@@ -1,12 +1,21 @@
 #include "zymcore/platform/objects/internal/ObjectGraph.h"
 
 #include <algorithm>
+#include <random>
 #include <utility>
 
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSLog.h"
 
 namespace zym {
+
+std::size_t ObjectGraph::KeyHash::operator()(std::int64_t key) const noexcept {
+  static const std::uint64_t secret = std::random_device()() | std::uint64_t{1} << 40U;
+  std::uint64_t hash = (static_cast<std::uint64_t>(key) ^ secret) * 0x9E3779B97F4A7C15U;
+  hash = (hash ^ hash >> 32U ^ secret) * 0xD6E8FEB86659FD93U;
+  return hash ^ hash >> 32U;
+}
+
 ObjectGraph::ObjectGraph(NSManagedObjectContext& context,
                          NSManagedObjectContextConcurrencyType type)
     : context_(context), type_(type), self_(std::make_shared<ObjectGraph*>(this)) {

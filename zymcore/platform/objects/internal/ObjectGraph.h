@@ -108,7 +108,11 @@ class ObjectGraph {
   struct Journal;
   struct Saving;
   struct RenewedMoment;
-  using Objects = std::unordered_map<std::int64_t, std::unique_ptr<NSManagedObject>>;
+  /// A file may have the keys of its rows chosen so that they fall together without it.
+  struct KeyHash {
+    [[nodiscard]] std::size_t operator()(std::int64_t key) const noexcept;
+  };
+  using Objects = std::unordered_map<std::int64_t, std::unique_ptr<NSManagedObject>, KeyHash>;
   /// A relationship that is to many at both ends, by the position of its first end.
   using PairsID = std::pair<std::size_t, std::size_t>;
   using Pair = std::pair<NSManagedObject*, NSManagedObject*>;

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -62,6 +63,8 @@ TEST(NSImage, ReadsScalesAndWrites) {
   ASSERT_TRUE(back);
   EXPECT_EQ(back->size(), (NSSize{10, 30}));
   EXPECT_EQ(image->imageResizedTo(0.2, -5).size(), (NSSize{1, 1}));
+  EXPECT_EQ(image->imageResizedTo(1e9, std::nan("")).size(), (NSSize{16384, 1}));
+  EXPECT_EQ(image->imageResizedTo(16384, 1e9).size(), (NSSize{8000, 8000}));
   EXPECT_EQ(image->size(), (NSSize{4, 2}));
   EXPECT_TRUE(imageOf(pngClaiming(4, 2)));
 }

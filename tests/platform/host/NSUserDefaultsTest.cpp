@@ -1,13 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <thread>
 #include <vector>
 
+#include "tests/support/Child.h"
 #include "tests/support/TemporaryFolder.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
+#include "zymcore/platform/formats/XMLPropertyList.h"
 #include "zymcore/platform/host/NSBundle.h"
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/host/NSUserDefaults.h"
@@ -113,18 +116,6 @@ TEST_F(NSUserDefaultsTest, KeepsWhatIsSetAndNothingElse) {
   EXPECT_EQ(first.stringForKey(Key), std::nullopt);
 }
 
-TEST_F(NSUserDefaultsTest, KeepsWhatAnotherProcessWrote) {
-  NSUserDefaults one;
-  NSUserDefaults two;
-  one.setPersistentFile(file);
-  two.setPersistentFile(file);
-  EXPECT_EQ(two.integerForKey(Key), 0);
-  one.setObject_forKey(1, Key);
-  two.setObject_forKey(2, Other);
-  EXPECT_EQ(onDisk(), (PlistDictionary{{Key, 1}, {Other, 2}}));
-  EXPECT_EQ(two.integerForKey(Key), 1);
-}
-
 TEST_F(NSUserDefaultsTest, MovesADamagedFileAside) {
   for (const char* damage : {"", "<plist><dict>", "<plist><array/></plist>", "\xFF\xFE"}) {
     const TemporaryFolder own;
@@ -142,6 +133,49 @@ TEST_F(NSUserDefaultsTest, MovesADamagedFileAside) {
     EXPECT_EQ(again.integerForKey(Key), 1);
   }
   EXPECT_THAT(log, HasSubstr("Preferences.plist are moved aside"));
+}
+
+TEST_F(NSUserDefaultsTest, TwoProcessesKeepEachOthersKeys) {
+  constexpr int count = 60;
+  const auto setKeys = [&](const std::string& prefix) {
+    NSUserDefaults defaults;
+    defaults.setPersistentFile(file);
+    for (int i = 0; i < count; ++i) {
+      defaults.setObject_forKey(i, KeyName(prefix + std::to_string(i)));
+    }
+  };
+  NSUserDefaults reader;
+  reader.setPersistentFile(file);
+  EXPECT_EQ(reader.integerForKey(Key), 0);
+  Child other([&](int) { setKeys("other"); });
+  setKeys("own");
+  EXPECT_EQ(other.join(), 0);
+  EXPECT_EQ(onDisk().size(), 2U * count);
+  // What is read at a change is known from then on.
+  EXPECT_EQ(reader.integerForKey(KeyName("other1")), 0);
+  reader.setObject_forKey(1, Key);
+  EXPECT_EQ(reader.integerForKey(KeyName("other1")), 1);
+}
+
+TEST_F(NSUserDefaultsTest, LeavesAFileAloneThatItCannotRead) {
+  const std::string before = XMLPropertyList::write(PlistDictionary{{Key, "kept"}}).value();
+  putFile(file, before);
+  NSUserDefaults defaults;
+  defaults.setPersistentFile(file);
+  rlimit files{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &files), 0);
+  const rlimit none{0, files.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  defaults.setObject_forKey(2, Other);
+  const bool isSynchronized = defaults.synchronize();
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &files), 0);
+
+  EXPECT_FALSE(isSynchronized);
+  EXPECT_THAT(log, HasSubstr("can't be read"));
+  EXPECT_EQ(defaults.integerForKey(Other), 2);
+  EXPECT_EQ(bytesOf(file), before);
+  EXPECT_TRUE(defaults.synchronize());
+  EXPECT_EQ(onDisk(), (PlistDictionary{{Key, "kept"}, {Other, 2}}));
 }
 
 TEST_F(NSUserDefaultsTest, LosesNothingWhileTheDiskRefuses) {

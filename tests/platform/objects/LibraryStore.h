@@ -69,6 +69,18 @@ inline PlistDictionary libraryDescription() {
                                          {{key::book, relationship("Book", "cover", false)}})}}}};
 }
 
+/// The description with one thing replaced by another or removed, at the end of a path of keys.
+inline PlistDictionary changedDescription(PlistDictionary description,
+                                          std::initializer_list<const char*> path,
+                                          std::optional<PlistValue> value) {
+  PlistDictionary* at = &description;
+  for (const char* const* key = path.begin(); key + 1 != path.end(); ++key) {
+    at = at->editDictionary(KeyName(*key));
+  }
+  at->setOrRemove(KeyName(*(path.end() - 1)), value ? &*value : nullptr);
+  return description;
+}
+
 /// A model whose description is a mistake ends the test.
 inline std::shared_ptr<NSManagedObjectModel> modelFrom(const PlistDictionary& description) {
   NSError error;

@@ -112,41 +112,6 @@ TEST_F(NSManagedObjectContextTest, MakesObjectsOfTheClassOfTheirEntity) {
   EXPECT_EQ(dynamic_cast<AuthorObject*>(named("Tag", "T")), nullptr);
 }
 
-TEST_F(NSManagedObjectContextTest, BothEndsOfARelationshipAgree) {
-  NSManagedObject* const a = insert("Author", "A");
-  NSManagedObject* const b = insert("Author", "B");
-  NSManagedObject* const book = insert("Book", "Book");
-  NSManagedObject* const tag = insert("Tag", "T");
-  NSManagedObject* const cover = insert("Cover", "C");
-  NSManagedObject* const other = insert("Book", "Other");
-  group([&] {
-    a->addObject_forKey(*book, key::books);
-    tag->setObjects_forKey({book, other}, key::books);
-    cover->setObject_forKey(book, key::book);
-  });
-  EXPECT_EQ(book->objectForKey(key::author), a);
-  EXPECT_THAT(other->objectsForKey(key::tags), ElementsAre(tag));
-  EXPECT_EQ(book->objectForKey(key::cover), cover);
-  save();
-  group([&] {
-    book->setObject_forKey(b, key::author);
-    other->setObject_forKey(cover, key::cover);
-    book->removeObject_forKey(*tag, key::tags);
-  });
-  const auto check = [&] {
-    EXPECT_THAT(a->objectsForKey(key::books), IsEmpty());
-    EXPECT_THAT(b->objectsForKey(key::books), ElementsAre(book));
-    EXPECT_THAT(tag->objectsForKey(key::books), ElementsAre(other));
-    EXPECT_EQ(book->objectForKey(key::cover), nullptr);
-    EXPECT_EQ(cover->objectForKey(key::book), other);
-  };
-  check();
-  save();
-  check();
-  context->rollback();  // Makes everything a fault, which is read again.
-  check();
-}
-
 TEST_F(NSManagedObjectContextTest, DeletesByItsRules) {
   NSManagedObject* const author = insert("Author", "A");
   NSManagedObject* const book = insert("Book", "B");

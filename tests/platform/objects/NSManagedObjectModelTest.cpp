@@ -9,15 +9,8 @@ namespace {
 
 constexpr KeyName entities{"entities"};
 
-/// The library with one thing replaced by another, at the end of a path of keys.
 PlistDictionary changed(std::initializer_list<const char*> path, std::optional<PlistValue> value) {
-  PlistDictionary description = libraryDescription();
-  PlistDictionary* at = &description;
-  for (const char* const* key = path.begin(); key + 1 != path.end(); ++key) {
-    at = at->editDictionary(KeyName(*key));
-  }
-  at->setOrRemove(KeyName(*(path.end() - 1)), value ? &*value : nullptr);
-  return description;
+  return changedDescription(libraryDescription(), path, std::move(value));
 }
 
 TEST(NSManagedObjectModelTest, DescribesItsEntities) {

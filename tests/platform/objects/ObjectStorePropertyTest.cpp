@@ -9,6 +9,7 @@
 #include <set>
 
 #include "tests/platform/objects/LibraryStore.h"
+#include "zymcore/platform/events/NSRunLoop.h"
 
 namespace zym {
 namespace {
@@ -190,10 +191,15 @@ class ObjectStorePropertyTest : public LibraryTest, public testing::WithParamInt
         isRegistered = (this->*steps[below(std::size(steps))])() || isRegistered;
       }
     });
-    reference.undoable.push_back(before);
+    if (!std::exchange(isInEvent, groupsByEvent)) reference.undoable.push_back(before);
     if (isRegistered) reference.redoable.clear();
   }
+  void endEvent() {
+    if (groupsByEvent) NSRunLoop::mainRunLoop().runUntilDate(NSDate::date());
+    isInEvent = false;
+  }
   void move(std::vector<State>& from, std::vector<State>& to) {
+    isInEvent = false;
     if (from.empty()) return;
     to.push_back(reference.state);
     reference.state = from.back();
@@ -205,12 +211,15 @@ class ObjectStorePropertyTest : public LibraryTest, public testing::WithParamInt
   }
   void rollbackBoth() {
     context->rollback();
+    endEvent();
     reference.state = reference.saved;
     reference.undoable.clear();
     reference.redoable.clear();
   }
   void reopenBoth() {
     reopen();
+    undo().setGroupsByEvent(groupsByEvent);
+    isInEvent = false;
     reference.state = reference.saved;
     reference.undoable.clear();
     reference.redoable.clear();
@@ -223,6 +232,7 @@ class ObjectStorePropertyTest : public LibraryTest, public testing::WithParamInt
   }
 
   void step() {
+    if (below(2)) endEvent();
     const int choice = below(100);
     if (choice < 60) return change();
     if (choice < 72) {
@@ -327,6 +337,9 @@ class ObjectStorePropertyTest : public LibraryTest, public testing::WithParamInt
   Reference reference;
   std::map<int, NSManagedObject*> objects;
   int lastNumber = 0;
+  // All groups of one turn of the loop are one step then.
+  bool groupsByEvent = GetParam() % 2 != 0;
+  bool isInEvent = false;
 };
 
 INSTANTIATE_TEST_SUITE_P(Seeds, ObjectStorePropertyTest, testing::Range(0, 12));
@@ -335,6 +348,7 @@ TEST_P(ObjectStorePropertyTest, AnySequenceOfChangesMatchesTheReference) {
   const char* const wanted = std::getenv("ZYM_STORE_STEPS");
   const int steps = wanted ? std::atoi(wanted) : 150;
   random.seed(static_cast<unsigned>(GetParam()));
+  undo().setGroupsByEvent(groupsByEvent);
   for (int i = 0; i < steps && !HasFailure(); ++i) {
     SCOPED_TRACE("step " + std::to_string(i));
     ASSERT_NO_FATAL_FAILURE(step());

@@ -1,12 +1,10 @@
 #include <gmock/gmock.h>
-#include <signal.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdlib>
 
 #include "tests/platform/objects/LibraryStore.h"
+#include "tests/support/Child.h"
 #include "zymcore/platform/values/NSCocoaErrors.h"
 
 namespace zym {
@@ -108,13 +106,7 @@ class StoreMigrationTest : public testing::Test {
     EXPECT_FALSE(std::filesystem::exists(path() + ".new"));
   }
   static PlistDictionary with(std::initializer_list<const char*> keys, const PlistValue& value) {
-    PlistDictionary description = firstDescription();
-    PlistDictionary* at = &description;
-    for (const char* const* key = keys.begin(); key + 1 != keys.end(); ++key) {
-      at = at->editDictionary(KeyName(*key));
-    }
-    at->set(KeyName(*(keys.end() - 1)), value);
-    return description;
+    return changedDescription(firstDescription(), keys, value);
   }
   TemporaryFolder folder;
 };
@@ -196,33 +188,27 @@ TEST_F(StoreMigrationTest, LeavesAStoreAloneThatIsInUse) {
 }
 
 TEST_F(StoreMigrationTest, AFullDiskLeavesTheOldStore) {
-  const pid_t child = ::fork();
-  if (child == 0) {
+  Child child([&](int) {
     ::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{16384, RLIM_INFINITY};
     ::setrlimit(RLIMIT_FSIZE, &limit);
     NSError error;
     ::_exit(openStore(path(), modelFrom(libraryDescription()), migrating(), &error) ||
             error.domain != NSCocoaErrorDomain);
-  }
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  EXPECT_EQ(status, 0);
+  });
+  EXPECT_EQ(child.join(), 0);
   expectUntouched();
 }
 
 TEST_F(StoreMigrationTest, TakesInWhatIsStillInTheLog) {
   // A process that ends without closing leaves its last saves in the log beside the store.
-  const pid_t child = ::fork();
-  if (child == 0) {
+  Child child([&](int) {
     const auto context = contextOn(openStore(path(), modelFrom(firstDescription())));
     context->setUndoManager(nullptr);
     context->insertNewObjectForEntityForName("Tag")->setValue_forKey(PlistValue("late"), key::name);
     ::_exit(context->save() ? 0 : 1);
-  }
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  ASSERT_EQ(status, 0);
+  });
+  ASSERT_EQ(child.join(), 0);
   ASSERT_TRUE(std::filesystem::exists(path() + "-wal"));
   EXPECT_TRUE(NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(NSSQLiteStoreType,
                                                                                  path()));

@@ -1,10 +1,7 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include "zymcore/platform/text/CommonDigest.h"
 #include "zymcore/platform/text/NSString.h"
-#include "zymcore/platform/text/NSUUID.h"
 
 namespace zym {
 namespace {
@@ -84,27 +81,6 @@ TEST(NSString, Formats) {
   EXPECT_EQ(stringWithFormat("Batch %ld of %@", {"3", "%@ 100%"}), "Batch 3 of %@ 100%");
   EXPECT_EQ(stringWithFormat("%2$@: Sud %1$ld", {"3", "Bock"}), "Bock: Sud 3");
   EXPECT_EQ(stringWithFormat("100%% %@ %s %9$@%", {}), "100%  %s %");
-}
-
-TEST(CommonDigest, IsTheMD5) {
-  const auto hexadecimal = [](std::string_view bytes) {
-    std::string text;
-    for (const std::uint8_t byte : CC_MD5(bytes)) {
-      text += "0123456789abcdef"[byte >> 4U];
-      text += "0123456789abcdef"[byte & 15U];
-    }
-    return text;
-  };
-  // The test suite of RFC 1321.
-  EXPECT_EQ(hexadecimal(""), "d41d8cd98f00b204e9800998ecf8427e");
-  EXPECT_EQ(hexadecimal("message digest"), "f96b697d7cb7938d525a2f31aaf161d0");
-}
-
-TEST(NSUUID, IsRandomAndUpperCase) {
-  const std::string first = NSUUID::UUIDString();
-  EXPECT_THAT(first, testing::MatchesRegex("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-"
-                                           "[0-9A-F]{12}"));
-  EXPECT_NE(NSUUID::UUIDString(), first);
 }
 
 }  // namespace

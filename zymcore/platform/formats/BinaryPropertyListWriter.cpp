@@ -1,5 +1,6 @@
 #include <bit>
 #include <cstdint>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -10,7 +11,8 @@
 namespace zym {
 namespace {
 
-/// The numbers of the keys that were met, by their text.
+/// The numbers of the keys that were met, by their text. A key that finds the places of its hash
+/// taken goes into a map, so that chosen keys don't slow it down.
 class KeyTable {
  public:
   KeyTable() : slots_(64, empty) {}
@@ -18,33 +20,40 @@ class KeyTable {
   /// The number of the key, or none yet; then the caller gives it the one that it set in `fresh`.
   [[nodiscard]] std::uint32_t numberOf(KeyName key, std::uint32_t fresh) {
     if ((keys_.size() + 1) * 2 > slots_.size()) grow();
-    std::uint32_t& slot = slotOf(key);
-    if (slot == empty) {
-      slot = static_cast<std::uint32_t>(keys_.size());
+    std::uint32_t& place = placeOf(key);
+    if (place == empty) {
+      place = static_cast<std::uint32_t>(keys_.size());
       keys_.push_back({key, fresh});
     }
-    return keys_[slot].second;
+    return keys_[place].second;
   }
 
  private:
   static constexpr std::uint32_t empty = UINT32_MAX;
+  static constexpr std::size_t mostProbes = 16;
 
-  std::uint32_t& slotOf(KeyName key) {
+  std::uint32_t& placeOf(KeyName key) {
     const std::size_t mask = slots_.size() - 1;
-    std::size_t at = key.hash() & mask;
-    while (slots_[at] != empty && (keys_[slots_[at]].first.hash() != key.hash() ||
-                                   keys_[slots_[at]].first.text() != key.text())) {
-      at = (at + 1) & mask;
+    for (std::size_t probe = 0; probe < mostProbes; ++probe) {
+      std::uint32_t& slot = slots_[(key.hash() + probe) & mask];
+      if (slot == empty || isKey(slot, key)) return slot;
     }
-    return slots_[at];
+    return others_.try_emplace(key.text(), empty).first->second;
+  }
+
+  [[nodiscard]] bool isKey(std::uint32_t position, KeyName key) const noexcept {
+    const KeyName known = keys_[position].first;
+    return known.hash() == key.hash() && known.text() == key.text();
   }
 
   void grow() {
     slots_.assign(slots_.size() * 2, empty);
-    for (std::uint32_t i = 0; i < keys_.size(); ++i) slotOf(keys_[i].first) = i;
+    others_.clear();
+    for (std::uint32_t i = 0; i < keys_.size(); ++i) placeOf(keys_[i].first) = i;
   }
 
   std::vector<std::uint32_t> slots_;
+  std::map<std::string_view, std::uint32_t> others_;
   std::vector<std::pair<KeyName, std::uint32_t>> keys_;
 };
 

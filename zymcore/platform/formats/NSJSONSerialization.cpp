@@ -1,13 +1,12 @@
 #include "zymcore/platform/formats/NSJSONSerialization.h"
 
-#include <unicode/ucnv.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <memory>
 
 #include "zymcore/platform/text/NSString.h"
+#include "zymcore/platform/text/TextEncoding.h"
+#include "zymcore/platform/values/NSCocoaErrors.h"
 #include "zymcore/platform/values/NumberText.h"
 #include "zymcore/platform/values/PlistBuilder.h"
 
@@ -25,9 +24,6 @@
 
 namespace zym {
 namespace {
-
-constexpr std::int64_t readCorruptError = 3840;
-constexpr std::int64_t writeError = 3851;
 
 std::nullopt_t refuse(NSError* error, std::int64_t code, std::string description) {
   fail(error, NSCocoaErrorDomain, code, std::move(description));
@@ -105,49 +101,11 @@ std::string place(std::string_view text, std::size_t offset) {
          std::to_string(UTF16Length(before.substr(lineStart)) + 1) + ": ";
 }
 
-// By its mark or else by the zero bytes around its first character, which is always ASCII.
-const char* wideEncodingOf(std::string_view data) noexcept {
-  struct Pattern {
-    std::string_view start;  // x for any byte but zero
-    const char* encoding;
-  };
-  using namespace std::string_view_literals;
-  constexpr Pattern patterns[] = {
-      {"\0\0\xFE\xFF"sv, "UTF-32BE"}, {"\xFF\xFE\0\0"sv, "UTF-32LE"}, {"\xFE\xFF"sv, "UTF-16BE"},
-      {"\xFF\xFE"sv, "UTF-16LE"},     {"\0\0\0x"sv, "UTF-32BE"},      {"x\0\0\0"sv, "UTF-32LE"},
-      {"\0x"sv, "UTF-16BE"},          {"x\0"sv, "UTF-16LE"},
-  };
-  for (const Pattern& pattern : patterns) {
-    const bool fits = data.size() >= pattern.start.size() &&
-                      std::equal(pattern.start.begin(), pattern.start.end(), data.begin(),
-                                 [](char p, char d) { return p == 'x' ? d != 0 : p == d; });
-    if (fits) return pattern.encoding;
-  }
-  return nullptr;
-}
-
-std::optional<std::string> convertedToUTF8(std::string_view data, const char* encoding) {
-  UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open(encoding, &status),
-                                                                     &ucnv_close);
-  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-  const auto convert = [&](char* into, std::int32_t room) {
-    return ucnv_toAlgorithmic(UCNV_UTF8, converter.get(), into, room, data.data(),
-                              static_cast<std::int32_t>(data.size()), &status);
-  };
-  const std::int32_t length = convert(nullptr, 0);
-  if (status != U_BUFFER_OVERFLOW_ERROR) return std::nullopt;
-  status = U_ZERO_ERROR;
-  std::string text(static_cast<std::size_t>(length), '\0');
-  convert(text.data(), length);
-  if (U_FAILURE(status)) return std::nullopt;
-  return text;
-}
-
 std::optional<PlistValue> read(std::string_view text, NSError* error) {
   const std::size_t valid = lengthOfValidUTF8(text);
   if (valid != text.size()) {
-    return refuse(error, readCorruptError, place(text, valid) + "bytes that aren't UTF-8");
+    return refuse(error, NSPropertyListReadCorruptError,
+                  place(text, valid) + "bytes that aren't UTF-8");
   }
   // The reader undoes the escapes where they stand.
   std::string scratch(text);
@@ -162,18 +120,21 @@ std::optional<PlistValue> read(std::string_view text, NSError* error) {
   const rapidjson::ParseResult result = reader.Parse<flags>(stream, handler);
 
   if (result.Code() == rapidjson::kParseErrorTermination) {
-    return refuse(error, readCorruptError, place(text, result.Offset()) + handler.refusal());
+    return refuse(error, NSPropertyListReadCorruptError,
+                  place(text, result.Offset()) + handler.refusal());
   }
   if (result.IsError()) {
-    return refuse(error, readCorruptError,
+    return refuse(error, NSPropertyListReadCorruptError,
                   place(text, result.Offset()) + rapidjson::GetParseError_En(result.Code()));
   }
   if (stream.Tell() != text.size()) {
-    return refuse(error, readCorruptError, place(text, stream.Tell()) + "a zero byte");
+    return refuse(error, NSPropertyListReadCorruptError,
+                  place(text, stream.Tell()) + "a zero byte");
   }
   std::optional<PlistValue> root = builder.takeRoot();
   if (!root || (!root->dictionary() && !root->array())) {
-    return refuse(error, readCorruptError, "neither an object nor an array at the top level");
+    return refuse(error, NSPropertyListReadCorruptError,
+                  "neither an object nor an array at the top level");
   }
   return root;
 }
@@ -265,14 +226,17 @@ struct Checker {
 std::optional<PlistValue> NSJSONSerialization::JSONObjectWithData_options(std::string_view data,
                                                                           NSJSONReadingOptions,
                                                                           NSError* error) {
-  if (data.size() > mostBytes) return refuse(error, readCorruptError, "too many bytes");
+  if (data.size() > mostBytes)
+    return refuse(error, NSPropertyListReadCorruptError, "too many bytes");
   constexpr std::string_view byteOrderMark = "\uFEFF";
   if (data.starts_with(byteOrderMark)) {
     return read(data.substr(byteOrderMark.size()), error);
   }
   if (const char* encoding = wideEncodingOf(data)) {
-    const std::optional<std::string> text = convertedToUTF8(data, encoding);
-    if (!text) return refuse(error, readCorruptError, std::string("invalid ") + encoding);
+    const std::optional<std::string> text =
+        stringFromEncoding(data, encoding, InvalidBytes::Refused);
+    if (!text)
+      return refuse(error, NSPropertyListReadCorruptError, std::string("invalid ") + encoding);
     const bool isMarked = text->starts_with(byteOrderMark);
     return read(std::string_view(*text).substr(isMarked ? byteOrderMark.size() : 0), error);
   }
@@ -294,7 +258,8 @@ std::optional<std::string> NSJSONSerialization::dataWithJSONObject_options(
   const std::string_view text(buffer.GetString(), buffer.GetSize());
   // Quotation marks part the texts, so what is wrong in one can't come right with the next.
   if (!flaw && !isUTF8(text)) flaw = notUTF8;
-  if (flaw) return refuse(error, writeError, std::string("JSON can't carry ") + flaw);
+  if (flaw)
+    return refuse(error, NSPropertyListWriteStreamError, std::string("JSON can't carry ") + flaw);
   return std::string(text);
 }
 

@@ -12,8 +12,7 @@
 namespace zym {
 
 using NSXMLNodeOptions = std::uint64_t;
-inline constexpr NSXMLNodeOptions NSXMLNodeOptionsNone = 0;
-/// Imperfect XML is mended as far as it can be.
+/// Imperfect XML is mended as far as it can be. Documents are read in no other way.
 inline constexpr NSXMLNodeOptions NSXMLDocumentTidyXML = 1024;
 
 /// The elements and texts of an XML document; attributes aren't kept. A copy shares them.
@@ -33,9 +32,9 @@ class NSXMLDocument {
   /// spelled. The encoding is what the bytes show: UTF-16, UTF-8, else the single-byte encoding
   /// that is declared, or Windows-1252.
   ///
-  /// Absent when there is no element in the bytes, when they are more than is read, and, unless
-  /// they may be mended, when they are no XML. The error says why, and also what was mended first,
-  /// and in which line, where a document is answered.
+  /// Absent when there is no element in the bytes and when they are more than is read. The error
+  /// says why, and also what was mended first, and in which line, where a document is answered.
+  /// Throws `NSInvalidArgumentException` for options that aren't `NSXMLDocumentTidyXML`.
   [[nodiscard]] static std::optional<NSXMLDocument> initWithData_options(const NSData& data,
                                                                          NSXMLNodeOptions options,
                                                                          NSError* error = nullptr);

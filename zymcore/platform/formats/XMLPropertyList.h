@@ -20,8 +20,8 @@ class XMLPropertyList {
   static constexpr std::size_t mostLevels = 512;
 
   /// The tree of an XML property list. Nothing but the bytes given is ever read: no other file, no
-  /// network, and entities of the text's own are refused. Of equal keys the last wins. Absent when
-  /// it is anything else; the error says what is wrong, and in which line.
+  /// network, and a text with declarations of its own is refused. Of equal keys the last wins.
+  /// Absent when it is anything else; the error says what is wrong, and in which line.
   [[nodiscard]] static std::optional<PlistValue> read(std::string_view bytes,
                                                       NSError* error = nullptr);
 

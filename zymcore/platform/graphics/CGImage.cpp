@@ -1,17 +1,14 @@
 #include "zymcore/platform/graphics/CGImage.h"
 
-#include <gdk-pixbuf/gdk-pixbuf.h>
-
 #include <string_view>
 #include <utility>
+
+#include "zymcore/platform/graphics/internal/Owned.h"
 
 namespace zym {
 namespace {
 
-struct Release {
-  void operator()(GdkPixbuf* buffer) const noexcept { g_object_unref(buffer); }
-};
-using Buffer = std::unique_ptr<GdkPixbuf, Release>;
+using Buffer = Owned<GdkPixbuf>;
 
 Buffer bufferOf(const CGImage& image, std::size_t bytesPerRow) {
   return Buffer(gdk_pixbuf_new_from_data(image.pixelAt(0, 0), GDK_COLORSPACE_RGB, image.hasAlpha(),
@@ -41,9 +38,7 @@ CGImage CGImage::scaledTo(int width, int height, CGInterpolationQuality quality)
       gdk_pixbuf_scale_simple(
           buffer.get(), width, height,
           quality == kCGInterpolationNone ? GDK_INTERP_NEAREST : GDK_INTERP_BILINEAR),
-      [](GdkPixbuf* made) {
-        if (made) g_object_unref(made);
-      });
+      Release());
   if (!scaled) return *this;
   return {width, height, hasAlpha_,
           static_cast<std::size_t>(gdk_pixbuf_get_rowstride(scaled.get())),

@@ -17,10 +17,12 @@ class NSColor {
     return {{red, green, blue, alpha}, 4};
   }
 
-  /// Grey and alpha, or red, green, blue and alpha.
-  [[nodiscard]] std::span<const double> components() const noexcept {
+  /// Grey and alpha, or red, green, blue and alpha, for as long as this colour lives; so not of one
+  /// that ends with the statement.
+  [[nodiscard]] std::span<const double> components() const& noexcept {
     return {components_.data(), count_};
   }
+  std::span<const double> components() const&& = delete;
 
  private:
   NSColor(std::array<double, 4> components, std::size_t count) noexcept

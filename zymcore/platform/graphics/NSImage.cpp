@@ -1,25 +1,16 @@
 #include "zymcore/platform/graphics/NSImage.h"
 
-#include <gdk-pixbuf/gdk-pixbuf.h>
-
 #include <algorithm>
 #include <cmath>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "zymcore/platform/graphics/internal/Owned.h"
+#include "zymcore/platform/values/NSCocoaErrors.h"
+
 namespace zym {
 namespace {
-
-constexpr std::int64_t unreadable = 256;
-
-struct Release {
-  void operator()(gpointer object) const noexcept {
-    if (object) g_object_unref(object);
-  }
-};
-template <class Object>
-using Owned = std::unique_ptr<Object, Release>;
 
 // Only loaders that tell the size of a picture before they decode it.
 struct Format {
@@ -60,7 +51,7 @@ std::string take(GError* problem) {
 
 std::optional<NSImage> NSImage::imageWithData(const NSData& data, NSError* error) {
   const auto refuse = [&](std::string reason) -> std::optional<NSImage> {
-    fail(error, NSCocoaErrorDomain, unreadable, std::move(reason));
+    fail(error, NSCocoaErrorDomain, NSFileReadUnknownError, std::move(reason));
     return std::nullopt;
   };
   const char* const format = formatOf(data.view());
@@ -88,11 +79,19 @@ std::optional<NSImage> NSImage::imageWithData(const NSData& data, NSError* error
 }
 
 NSImage NSImage::imageResizedTo(double width, double height) const {
-  const auto side = [](double length) {
-    return static_cast<int>(std::clamp(std::round(std::isnan(length) ? 1 : length), 1.0,
-                                       static_cast<double>(CGImage::mostPixelsASide)));
+  const auto limited = [](double length) {
+    return std::clamp(std::round(std::isnan(length) ? 1 : length), 1.0,
+                      static_cast<double>(CGImage::mostPixelsASide));
   };
-  return NSImage(image_.scaledTo(side(width), side(height), kCGInterpolationDefault));
+  double across = limited(width);
+  double down = limited(height);
+  if (!CGImage::isSize(across, down)) {
+    const double scale = std::sqrt(static_cast<double>(CGImage::mostPixels) / (across * down));
+    across = std::floor(across * scale);
+    down = std::floor(down * scale);
+  }
+  return NSImage(
+      image_.scaledTo(static_cast<int>(across), static_cast<int>(down), kCGInterpolationDefault));
 }
 
 }  // namespace zym

@@ -26,7 +26,9 @@ class NSImage {
     return {static_cast<double>(image_.width()), static_cast<double>(image_.height())};
   }
   [[nodiscard]] const CGImage& image() const noexcept { return image_; }
-  /// Scaled to exactly this size in whole pixels, from 1 to `CGImage::mostPixelsASide` a side.
+  /// Scaled to exactly this size in whole pixels, of which each side has at least 1. What is larger
+  /// than a `CGImage` may be becomes the largest that may: first each side, then both in
+  /// proportion.
   [[nodiscard]] NSImage imageResizedTo(double width, double height) const;
 
  private:

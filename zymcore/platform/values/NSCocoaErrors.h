@@ -18,6 +18,7 @@ inline constexpr std::int64_t NSFileWriteFileExistsError = 516;
 inline constexpr std::int64_t NSFileWriteOutOfSpaceError = 640;
 
 inline constexpr std::int64_t NSPropertyListReadCorruptError = 3840;
+inline constexpr std::int64_t NSPropertyListWriteStreamError = 3851;
 inline constexpr std::int64_t NSPropertyListWriteInvalidError = 3852;
 
 /// The store is of a kind that isn't known, or the file is another program's.

@@ -32,6 +32,8 @@ class PlistArray {
   [[nodiscard]] const PlistValue* find(std::size_t index) const noexcept;
 
   // Writing first takes storage of its own. All of these throw `NSRangeException` past the end.
+  // What an `edit...` call answers is for changing at once: it must not be used after this or what
+  // holds it was copied, since the change would show in the copy, nor after a value came or went.
   void append(PlistValue value);
   void insert(std::size_t index, PlistValue value);
   void set(std::size_t index, PlistValue value);

@@ -61,7 +61,9 @@ class PlistDictionary {
   /// over. Empty when there is no array.
   [[nodiscard]] PlistRows rows(KeyName key) const noexcept;
 
-  // Writing first takes storage of its own.
+  // Writing first takes storage of its own. What an `edit...` call answers is for changing at once:
+  // it must not be used after this or what holds it was copied, since the change would show in the
+  // copy, nor after an entry came or went.
 
   void set(KeyName key, PlistValue value);
   /// Stores the number as text with six decimals ("%f").

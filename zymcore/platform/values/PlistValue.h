@@ -56,7 +56,7 @@ class PlistValue {
     return kind() >= Kind::Integer && kind() <= Kind::Boolean;
   }
 
-  // The same for changing it in place.
+  // The same for changing it in place, at once: not after a copy was made.
   [[nodiscard]] PlistDictionary* editDictionary() noexcept {
     return std::get_if<PlistDictionary>(&value_);
   }
@@ -128,7 +128,8 @@ class PlistRows {
   const PlistArray* array_;
 };
 
-/// The dictionaries of an array, for changing them in place.
+/// The dictionaries of an array, for changing them in place. Neither the array nor what holds it
+/// may be copied meanwhile.
 class PlistEditableRows {
  public:
   class iterator {

@@ -4,61 +4,19 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <optional>
 
 #include "zymcore/platform/text/NSString.h"
+#include "zymcore/platform/text/TextEncoding.h"
 
 namespace zym {
 namespace {
-
-using namespace std::string_view_literals;
 
 constexpr std::size_t declarationRoom = 256;
 
 bool isInRange(char c, unsigned first, unsigned last) noexcept {
   const auto byte = static_cast<unsigned char>(c);
   return byte >= first && byte <= last;
-}
-
-// ---- Wide characters
-
-// With its byte-order mark, or absent.
-const char* wideEncoding(std::string_view bytes) noexcept {
-  struct Pattern {
-    std::string_view start;
-    const char* encoding;
-  };
-  constexpr Pattern marks[] = {{"\0\0\xFE\xFF"sv, "UTF-32BE"},
-                               {"\xFF\xFE\0\0"sv, "UTF-32LE"},
-                               {"\xFE\xFF"sv, "UTF-16BE"},
-                               {"\xFF\xFE"sv, "UTF-16LE"}};
-  for (const Pattern& pattern : marks) {
-    if (bytes.starts_with(pattern.start)) return pattern.encoding;
-  }
-  const auto begins = [&](std::size_t at) {
-    return bytes.size() >= 2 && "< \t\r\n"sv.find(bytes[at]) != std::string_view::npos &&
-           bytes[1 - at] == '\0';
-  };
-  if (begins(1)) return "UTF-16BE";
-  return begins(0) ? "UTF-16LE" : nullptr;
-}
-
-// Absent where there is no such encoding. What it has no character for becomes U+FFFD.
-std::optional<std::string> convert(std::string_view bytes, const char* encoding) {
-  UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open(encoding, &status),
-                                                                     &ucnv_close);
-  if (U_FAILURE(status)) return std::nullopt;
-  const auto into = [&](char* text, std::int32_t room) {
-    status = U_ZERO_ERROR;
-    return ucnv_toAlgorithmic(UCNV_UTF8, converter.get(), text, room, bytes.data(),
-                              static_cast<std::int32_t>(bytes.size()), &status);
-  };
-  std::string text(static_cast<std::size_t>(into(nullptr, 0)), '\0');
-  into(text.data(), static_cast<std::int32_t>(text.size()));
-  if (U_FAILURE(status)) return std::nullopt;
-  return text;
 }
 
 // ---- Single bytes
@@ -166,14 +124,18 @@ std::optional<Declaration> declarationIn(std::string_view bytes) {
   return Declaration{start.substr(0, open), std::string(name.substr(0, length))};
 }
 
+// Null where none is declared that is known.
+const char* encodingOf(const std::optional<Declaration>& declaration) {
+  UErrorCode status = U_ZERO_ERROR;
+  return declaration ? ucnv_getAlias(declaration->encoding.c_str(), 0, &status) : nullptr;
+}
+
 std::optional<std::string> fromDeclared(std::string_view bytes) {
   constexpr std::string_view others[] = {"ISO-8859-1", "US-ASCII", "UTF-8"};
   const std::optional<Declaration> declaration = declarationIn(bytes);
-  if (!declaration) return std::nullopt;
-  UErrorCode status = U_ZERO_ERROR;
-  const char* const name = ucnv_getAlias(declaration->encoding.c_str(), 0, &status);
+  const char* const name = encodingOf(declaration);
   if (!name || std::ranges::find(others, name) != std::end(others)) return std::nullopt;
-  std::optional<std::string> text = convert(bytes, name);
+  std::optional<std::string> text = stringFromEncoding(bytes, name, InvalidBytes::Replaced);
   // The declaration couldn't have been read in an encoding that doesn't extend ASCII.
   if (text && !text->starts_with(declaration->before)) return std::nullopt;
   return text;
@@ -183,8 +145,8 @@ std::optional<std::string> fromDeclared(std::string_view bytes) {
 
 std::string_view textOfXML(std::string_view bytes, std::string& converted) {
   constexpr std::string_view mark = "\xEF\xBB\xBF";
-  if (const char* const encoding = wideEncoding(bytes)) {
-    converted = convert(bytes, encoding).value_or("");
+  if (const char* const encoding = wideEncodingOf(bytes)) {
+    converted = stringFromEncoding(bytes, encoding, InvalidBytes::Replaced).value_or("");
     bytes = converted;
   }
   if (bytes.starts_with(mark)) bytes.remove_prefix(mark.size());
@@ -194,6 +156,11 @@ std::string_view textOfXML(std::string_view bytes, std::string& converted) {
   if (!text) text = fromDeclared(bytes);
   converted = text ? *std::move(text) : fromWindows(bytes);
   return converted;
+}
+
+bool declaresOtherEncoding(std::string_view bytes) {
+  const char* const name = encodingOf(declarationIn(bytes));
+  return name && name != std::string_view("UTF-8");
 }
 
 }  // namespace zym

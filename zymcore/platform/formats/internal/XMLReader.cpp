@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "zymcore/platform/formats/internal/XMLTree.h"
@@ -71,11 +72,29 @@ std::optional<char32_t> characterWithNumber(std::string_view digits) noexcept {
   return result.ec == std::errc() && isAllowed(number) ? number : 0;
 }
 
+/// The characters of HTML 4 by their names.
+class NamedCharacters {
+ public:
+  NamedCharacters() {
+    constexpr unsigned last = 0x2666;
+    for (unsigned character = 1; character <= last; ++character) {
+      const htmlEntityDesc* const entity = htmlEntityValueLookup(character);
+      if (entity) byName_.emplace(entity->name, static_cast<char32_t>(character));
+    }
+  }
+
+  [[nodiscard]] std::optional<char32_t> named(std::string_view name) const {
+    const auto found = byName_.find(name);
+    return found == byName_.end() ? std::nullopt : std::optional(found->second);
+  }
+
+ private:
+  std::unordered_map<std::string_view, char32_t> byName_;  // Nobody else adds to it.
+};
+
 std::optional<char32_t> characterWithName(std::string_view name) {
-  const htmlEntityDesc* const entity =
-      htmlEntityLookup(reinterpret_cast<const xmlChar*>(std::string(name).c_str()));
-  if (!entity) return std::nullopt;
-  return entity->value;
+  static const NamedCharacters characters;
+  return characters.named(name);
 }
 
 constexpr std::string_view predefined[] = {"amp", "lt", "gt", "quot", "apos"};
@@ -211,6 +230,8 @@ bool XMLReader::skipDocumentType() {
       at = std::min(text_.find(c, at + 1), text_.size());
     } else if (isAt(at, "<!--")) {
       at = std::min(text_.find("-->", at + 4), text_.size());
+    } else if (isAt(at, "<?")) {
+      at = std::min(text_.find("?>", at + 2), text_.size());
     } else if (c == '[' || c == ']') {
       isInSubset = c == '[';
     } else if (c == '>' && !isInSubset) {
@@ -254,9 +275,7 @@ bool XMLReader::readCDATA() {
   constexpr std::string_view mark = "<![CDATA[";
   const std::size_t start = at_ + mark.size();
   const std::size_t end = CDATAEnd_.find(text_, start);
-  // One that begins in another is the next, and this one has no end.
-  if (end == std::string_view::npos ||
-      text_.substr(start, end - start).find(mark) != std::string_view::npos) {
+  if (end == std::string_view::npos) {
     damage("a CDATA section without an end", "", "");
     at_ = start;
     return true;

@@ -9,9 +9,10 @@ namespace zym {
 class XMLTreeBuilder;
 
 /// Reads XML that may be anything but XML into a tree, in time that grows with the length of the
-/// text. Of well-formed XML it reads what any reader does. Otherwise: what can't be a tag is text;
-/// an end tag belongs to the nearest element of its name; one that belongs to none is passed over,
-/// unless it is the misspelled end of an element that holds text and markup follows; unknown
+/// text. Of well-formed XML it reads the elements and texts that any reader does, but that entities
+/// which the document type declares stay as they are spelled. Otherwise: what can't be a tag is
+/// text; an end tag belongs to the nearest element of its name; one that belongs to none is passed
+/// over, unless it is the misspelled end of an element that holds text and markup follows; unknown
 /// entities stay as they are spelled; characters that XML doesn't allow are left out.
 class XMLReader {
  public:

@@ -1,120 +1,14 @@
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "zymcore/platform/objects/internal/ObjectGraph.h"
-#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/objects/internal/SQLPredicate.h"
 
 namespace zym {
 namespace {
 
 /// Past so many parameters a predicate is judged object by object.
 constexpr std::size_t mostParameters = 1000;
-
-[[noreturn]] void unknownKey(const NSEntityDescription& entity, std::string_view key) {
-  throw NSException(NSInvalidArgumentException,
-                    "keypath " + std::string(key) + " not found in entity " + entity.name());
-}
-
-double numberOf(const PlistValue& value) {
-  return value.date() ? value.date()->timeIntervalSinceReferenceDate() : value.doubleValue();
-}
-
-/// A predicate as SQL. In SQL a comparison with no value is neither true nor false, which counts as
-/// false wherever it ends, and every negation is of something made true or false before.
-class Condition {
- public:
-  Condition(const NSEntityDescription& entity, const StoreSchema::EntityTable& table,
-            const NSPredicate& predicate)
-      : entity_(entity), table_(table) {
-    write(predicate);
-  }
-
-  [[nodiscard]] const std::string& sql() const noexcept { return sql_; }
-  [[nodiscard]] const std::vector<const PlistValue*>& parameters() const noexcept {
-    return parameters_;
-  }
-
- private:
-  [[nodiscard]] std::size_t attributeOf(const NSPredicate& predicate) const {
-    const auto attribute = entity_.attributeIndex(KeyName(predicate.key()));
-    if (!attribute || table_.attributeColumns[*attribute] < 0) {
-      unknownKey(entity_, predicate.key());
-    }
-    return *attribute;
-  }
-
-  /// Whether the attribute could hold something equal to the value.
-  [[nodiscard]] bool canCompare(std::size_t attribute, const PlistValue& value) const {
-    const NSAttributeDescription& description = entity_.attributes()[attribute];
-    if (value.kind() != PlistValue::Kind::String && std::isnan(numberOf(value))) return false;
-    if (description.type == NSAttributeType::Integer) return value.isNumber();
-    return description.accepts(value);
-  }
-
-  void write(const NSPredicate& predicate) {
-    switch (predicate.type()) {
-      case NSPredicate::Type::Comparison:
-        return writeComparison(predicate);
-      case NSPredicate::Type::In:
-        return writeIn(predicate);
-      case NSPredicate::Type::And:
-        return writeAll(predicate, " AND ", "1");
-      case NSPredicate::Type::Or:
-        return writeAll(predicate, " OR ", "0");
-      case NSPredicate::Type::Not:
-        sql_ += "(";
-        write(predicate.parts().front());
-        sql_ += ") IS NOT TRUE";
-    }
-  }
-
-  void writeComparison(const NSPredicate& predicate) {
-    static constexpr const char* operators[] = {" = ?",  " IS NOT ?", " < ?",
-                                                " <= ?", " > ?",      " >= ?"};
-    using Operator = NSPredicate::Operator;
-    const Operator op = predicate.predicateOperator();
-    const std::size_t attribute = attributeOf(predicate);
-    const std::string& column = table_.attributeNames[attribute];
-    if (predicate.values().empty()) {
-      sql_ += op == Operator::EqualTo      ? column + " IS NULL"
-              : op == Operator::NotEqualTo ? column + " IS NOT NULL"
-                                           : "0";
-    } else if (!canCompare(attribute, predicate.values().front())) {
-      sql_ += op == Operator::NotEqualTo ? "1" : "0";
-    } else {
-      sql_ += column + operators[static_cast<std::size_t>(op)];
-      parameters_.push_back(&predicate.values().front());
-    }
-  }
-
-  void writeIn(const NSPredicate& predicate) {
-    const std::size_t attribute = attributeOf(predicate);
-    sql_ += table_.attributeNames[attribute] + " IN (";
-    const char* separator = "";
-    for (const PlistValue& value : predicate.values()) {
-      if (!canCompare(attribute, value)) continue;
-      sql_ += std::exchange(separator, ",");
-      sql_ += "?";
-      parameters_.push_back(&value);
-    }
-    sql_ += ")";
-  }
-
-  void writeAll(const NSPredicate& predicate, const char* separator, const char* whenEmpty) {
-    if (predicate.parts().empty()) sql_ += whenEmpty;
-    for (std::size_t i = 0; i < predicate.parts().size(); ++i) {
-      sql_ += i == 0 ? "(" : separator + std::string("(");
-      write(predicate.parts()[i]);
-      sql_ += ")";
-    }
-  }
-
-  const NSEntityDescription& entity_;
-  const StoreSchema::EntityTable& table_;
-  std::string sql_;
-  std::vector<const PlistValue*> parameters_;
-};
 
 /// What follows the columns of a fetch.
 struct Query {
@@ -126,11 +20,11 @@ struct Query {
         const NSFetchRequest& request)
       : sql(" FROM " + table.name) {
     if (!request.predicate()) return;
-    Condition condition(entity, table, *request.predicate());
-    isWhole = condition.parameters().size() <= mostParameters;
+    SQLPredicate condition(entity, table, *request.predicate());
+    isWhole = condition.parameters.size() <= mostParameters;
     if (!isWhole) return;
-    sql += " WHERE " + condition.sql();
-    parameters = condition.parameters();
+    sql += " WHERE " + condition.sql;
+    parameters = std::move(condition.parameters);
   }
 
   void addOrder(const NSEntityDescription& entity, const StoreSchema::EntityTable& table,
@@ -184,7 +78,7 @@ bool standsBefore(const NSManagedObject* a, const NSManagedObject* b) {
 }  // namespace
 
 bool ObjectGraph::hasDirty(const NSEntityDescription& entity) const noexcept {
-  return dirtyCounts_[entity.position()] != 0;
+  return !changed_[entity.position()].empty();
 }
 
 std::vector<NSManagedObject*> ObjectGraph::fetch(const NSFetchRequest& request) {
@@ -208,10 +102,12 @@ std::vector<NSManagedObject*> ObjectGraph::fetch(const NSFetchRequest& request) 
 
   // What is changed here is judged as it stands here.
   std::erase_if(found, [](const NSManagedObject* object) { return object->dirty_; });
-  for (NSManagedObject* const object : dirty_) {
-    if (object->alive_ && &object->entity() == &entity && matches(object)) found.push_back(object);
+  const NSPredicate* const predicate = request.predicate() ? &*request.predicate() : nullptr;
+  for (NSManagedObject* const object : changed_[entity.position()].candidatesFor(predicate)) {
+    if (object->alive_ && matches(object)) found.push_back(object);
   }
   std::sort(found.begin(), found.end(), standsBefore);
+  found.erase(std::unique(found.begin(), found.end()), found.end());
   NSSortDescriptor::sort(found, request.sortDescriptors());
   return found;
 }

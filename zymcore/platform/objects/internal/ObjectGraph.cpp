@@ -1,19 +1,20 @@
 #include "zymcore/platform/objects/internal/ObjectGraph.h"
 
 #include <algorithm>
+#include <random>
 #include <utility>
 
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSLog.h"
 
 namespace zym {
-namespace {
 
-constexpr std::uint64_t bit(std::size_t position) noexcept {
-  return std::uint64_t{1} << position;
+std::size_t ObjectGraph::KeyHash::operator()(std::int64_t key) const noexcept {
+  static const std::uint64_t secret = std::random_device()() | std::uint64_t{1} << 40U;
+  std::uint64_t hash = (static_cast<std::uint64_t>(key) ^ secret) * 0x9E3779B97F4A7C15U;
+  hash = (hash ^ hash >> 32U ^ secret) * 0xD6E8FEB86659FD93U;
+  return hash ^ hash >> 32U;
 }
-
-}  // namespace
 
 ObjectGraph::ObjectGraph(NSManagedObjectContext& context,
                          NSManagedObjectContextConcurrencyType type)
@@ -32,7 +33,7 @@ void ObjectGraph::setCoordinator(std::shared_ptr<NSPersistentStoreCoordinator> c
   }
   coordinator_ = std::move(coordinator);
   objects_.resize(model().entities().size());
-  dirtyCounts_.resize(model().entities().size());
+  changed_.resize(model().entities().size());
   if (type_ != NSPrivateQueueConcurrencyType) return;
   try {
     reader_ = store().newReader();
@@ -279,9 +280,8 @@ void ObjectGraph::overlayToMany(NSManagedObject& object, std::size_t relationshi
     }
     return;
   }
-  if (dirtyCounts_[description.destination] == 0) return;
-  for (NSManagedObject* const other : dirty_) {
-    if (other->entity().position() != description.destination || !other->values_) continue;
+  for (NSManagedObject* const other : changed_[description.destination].all()) {
+    if (!other->values_) continue;
     if (!(other->values_->changedToOne & bit(description.inverse)) && other->stored_) continue;
     put(other, other->alive_ && other->values_->toOne[description.inverse] == &object);
   }

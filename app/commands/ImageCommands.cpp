@@ -34,8 +34,9 @@ ZYMRecipes& library() {
 
 NSImage imageIn(const std::string& file) {
   NSError error;
-  const auto bytes = NSFileManager::contentsAtPath(file, mostBytes, &error);
-  const auto image = bytes ? NSImage::imageWithData(NSData(*bytes), &error) : std::nullopt;
+  auto bytes = NSFileManager::contentsAtPath(file, mostBytes, &error);
+  const auto image =
+      bytes ? NSImage::imageWithData(NSData(std::move(*bytes)), &error) : std::nullopt;
   if (!image) throw InputError(printable(file) + ": " + error.localizedDescription);
   return *image;
 }

@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "zymcore/platform/events/NSOperationQueue.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/ProcessTearDown.h"
 
 namespace zym {
 namespace {
@@ -68,6 +70,23 @@ TEST(NSOperationQueue, GoesOnAfterAnException) {
   queue.cancelAllOperations();
   queue.waitUntilAllOperationsAreFinished();
   EXPECT_TRUE(ran);
+}
+
+TEST(NSOperationQueue, IsEmptyAfterTheTearDown) {
+  NSOperationQueue& queue = NSOperationQueue::mainQueue();
+  std::string ran;
+  queue.addOperation(work([&] { ran += "dropped "; }));
+  tearDownProcess();
+  EXPECT_EQ(queue.operationCount(), 0U);
+  queue.addOperation(work([&] {
+    ran += "first ";
+    tearDownProcess();  // even out of an operation
+  }));
+  queue.addOperation(work([&] { ran += "dropped "; }));
+  queue.waitUntilAllOperationsAreFinished();
+  queue.addOperation(work([&] { ran += "second "; }));
+  NSRunLoop::mainRunLoop().runUntilDate(NSDate::date());
+  EXPECT_EQ(ran, "first second ");
 }
 
 }  // namespace

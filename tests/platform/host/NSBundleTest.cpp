@@ -6,6 +6,7 @@
 #include "zymcore/platform/host/NSBundle.h"
 #include "zymcore/platform/text/NSLocale.h"
 #include "zymcore/platform/values/NSLog.h"
+#include "zymcore/platform/values/ProcessTearDown.h"
 
 namespace zym {
 namespace {
@@ -80,7 +81,10 @@ TEST_F(NSBundleTest, IsChosenByTheHost) {
   EXPECT_EQ(NSBundle::mainBundle().bundleIdentifier(), "org.example.host");
   EXPECT_EQ(NSBundle::mainBundle().version(), "1.2");
   EXPECT_EQ(NSBundle::mainBundle().resourcePath(), folder / "resources");
-  NSBundle::setMainBundle(NSBundle());
+  NSLocale::setCurrentLocale("de_AT");
+  tearDownProcess();
+  EXPECT_EQ(NSBundle::mainBundle().bundleIdentifier(), "");
+  EXPECT_NE(NSLocale::currentLocale(), NSLocale("de_AT"));
 }
 
 TEST(NSLocale, NamesItsLanguagesFromTheMostSpecial) {

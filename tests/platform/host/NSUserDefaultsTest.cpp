@@ -1,13 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <thread>
 #include <vector>
 
+#include "tests/support/Child.h"
 #include "tests/support/TemporaryFolder.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
+#include "zymcore/platform/formats/XMLPropertyList.h"
 #include "zymcore/platform/host/NSBundle.h"
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/host/NSUserDefaults.h"
@@ -142,6 +145,42 @@ TEST_F(NSUserDefaultsTest, MovesADamagedFileAside) {
     EXPECT_EQ(again.integerForKey(Key), 1);
   }
   EXPECT_THAT(log, HasSubstr("Preferences.plist are moved aside"));
+}
+
+TEST_F(NSUserDefaultsTest, TwoProcessesKeepEachOthersKeys) {
+  constexpr int count = 60;
+  const auto setKeys = [&](const std::string& prefix) {
+    NSUserDefaults defaults;
+    defaults.setPersistentFile(file);
+    for (int i = 0; i < count; ++i) {
+      defaults.setObject_forKey(i, KeyName(prefix + std::to_string(i)));
+    }
+  };
+  Child other([&](int) { setKeys("other"); });
+  setKeys("own");
+  EXPECT_EQ(other.join(), 0);
+  EXPECT_EQ(onDisk().size(), 2U * count);
+}
+
+TEST_F(NSUserDefaultsTest, LeavesAFileAloneThatItCannotRead) {
+  const std::string before = XMLPropertyList::write(PlistDictionary{{Key, "kept"}}).value();
+  putFile(file, before);
+  NSUserDefaults defaults;
+  defaults.setPersistentFile(file);
+  rlimit files{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &files), 0);
+  const rlimit none{0, files.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  defaults.setObject_forKey(2, Other);
+  const bool isSynchronized = defaults.synchronize();
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &files), 0);
+
+  EXPECT_FALSE(isSynchronized);
+  EXPECT_THAT(log, HasSubstr("can't be read"));
+  EXPECT_EQ(defaults.integerForKey(Other), 2);
+  EXPECT_EQ(bytesOf(file), before);
+  EXPECT_TRUE(defaults.synchronize());
+  EXPECT_EQ(onDisk(), (PlistDictionary{{Key, "kept"}, {Other, 2}}));
 }
 
 TEST_F(NSUserDefaultsTest, LosesNothingWhileTheDiskRefuses) {

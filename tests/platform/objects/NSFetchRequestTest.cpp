@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <malloc.h>
 
+#include <chrono>
+
 #include "tests/platform/objects/LibraryStore.h"
 #include "zymcore/platform/objects/NSFetchRequest.h"
 #include "zymcore/platform/values/NSException.h"
@@ -223,6 +225,45 @@ TEST_F(NSFetchTest, WalkingAllDocumentsKeepsNoneOfThem) {
     ASSERT_EQ(book->documentForKey(key::text)->length(), length);
   }
   EXPECT_LT(bytesInUse(), before + count * length / 10);
+}
+
+TEST_F(NSFetchTest, FindsWhatIsChangedByItsTextOfNow) {
+  NSManagedObject* const saved = insert("Book", "a");
+  save();
+  NSManagedObject* const fresh = insert("Book", "b");
+  EXPECT_EQ(named("Book", "b"), fresh);
+  group([&] { fresh->setValue_forKey(PlistValue("c"), key::name); });
+  group([&] { saved->setValue_forKey(PlistValue("b"), key::name); });
+  EXPECT_EQ(named("Book", "b"), saved);
+  EXPECT_EQ(named("Book", "c"), fresh);
+  EXPECT_EQ(named("Book", "a"), nullptr);
+  group([&] { fresh->setValue_forKey(PlistValue("b"), key::name); });
+  EXPECT_THAT(namesOf(fetch(request("Book", NSPredicate::equal(key::name, "b")))),
+              ElementsAre("b", "b"));
+  undo().undo();
+  undo().undo();
+  EXPECT_EQ(named("Book", "a"), saved);
+  group([&] { context->deleteObject(*saved); });
+  EXPECT_EQ(named("Book", "a"), nullptr);
+}
+
+// Each record that is added looks for others of its name first.
+TEST_F(NSFetchTest, AddingManyTakesTimeInProportion) {
+  context->setUndoManager(nullptr);
+  const auto secondsFor = [&](int count) {
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < count; ++i) {
+      const std::string name = std::to_string(i);
+      EXPECT_EQ(named("Book", name.c_str()), nullptr);
+      context->insertNewObjectForEntityForName("Book")->setValue_forKey(PlistValue(name),
+                                                                        key::name);
+    }
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+    context->rollback();
+    return seconds.count();
+  };
+  const double few = secondsFor(1000);
+  EXPECT_LT(secondsFor(8000), 24 * few);
 }
 
 TEST_F(NSFetchTest, SortsASetOfObjects) {

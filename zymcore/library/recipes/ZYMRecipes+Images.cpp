@@ -42,8 +42,8 @@ std::optional<std::string> imagePath(std::string_view uuid, std::string_view suf
 // A link isn't followed: it is no file of this folder.
 std::optional<NSData> contents(const std::optional<std::string>& path) {
   if (!path || !NSFileManager::isRegularFileAtPath(*path)) return std::nullopt;
-  const auto bytes = NSFileManager::contentsAtPath(*path, mostBytes);
-  return bytes ? std::optional(NSData(*bytes)) : std::nullopt;
+  auto bytes = NSFileManager::contentsAtPath(*path, mostBytes);
+  return bytes ? std::optional(NSData(std::move(*bytes))) : std::nullopt;
 }
 
 std::optional<NSImage> imageOf(const std::optional<NSData>& data) {

@@ -6,6 +6,7 @@
 
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/ProcessTearDown.h"
 
 namespace zym {
 namespace {
@@ -20,11 +21,21 @@ NSOperationQueue& NSOperationQueue::mainQueue() {
   return *queue;
 }
 
+// Those that wait are dropped; one that runs leaves by itself when it returns.
+void NSOperationQueue::tearDown() {
+  cancelAllOperations();
+  operations_.resize(isRunning_ ? 1 : 0);
+  if (!isRunning_) ++turns_;
+  countChanged();
+}
+
 void NSOperationQueue::addOperation(std::shared_ptr<NSOperation> operation) {
   if (operation->isExecuting() || operation->isFinished() ||
       std::find(operations_.begin(), operations_.end(), operation) != operations_.end()) {
     throw NSException(NSInvalidArgumentException, "an operation is queued once");
   }
+  static TearDownPlace place([] { mainQueue().tearDown(); });
+  place.take();
   operations_.push_back(std::move(operation));
   if (operations_.size() == 1) scheduleNext();
   countChanged();
@@ -51,7 +62,9 @@ NSNotificationCenter::Token NSOperationQueue::addObserverForOperationCount(
 }
 
 void NSOperationQueue::scheduleNext() {
-  NSRunLoop::mainRunLoop().performBlock([this] { runNext(); });
+  NSRunLoop::mainRunLoop().performBlock([this, turn = ++turns_] {
+    if (turn == turns_) runNext();
+  });
 }
 
 void NSOperationQueue::runNext() {

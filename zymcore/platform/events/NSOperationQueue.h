@@ -33,6 +33,7 @@ class NSOperationQueue {
 
  private:
   NSOperationQueue() = default;
+  void tearDown();
   void scheduleNext();
   void runNext();
   void countChanged();
@@ -40,6 +41,7 @@ class NSOperationQueue {
   std::deque<std::shared_ptr<NSOperation>> operations_;
   NSNotificationCenter center_;
   bool isRunning_ = false;
+  unsigned turns_ = 0;  // how many were scheduled; only the last of them counts
 };
 
 }  // namespace zym

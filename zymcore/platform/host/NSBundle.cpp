@@ -8,6 +8,7 @@
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/text/NSLocale.h"
 #include "zymcore/platform/values/NSLog.h"
+#include "zymcore/platform/values/ProcessTearDown.h"
 
 namespace zym {
 namespace {
@@ -52,6 +53,11 @@ namespace {
 struct MainBundle {
   std::mutex mutex;
   NSBundle bundle;
+
+  void set(NSBundle other) {
+    const std::lock_guard lock(mutex);
+    std::swap(bundle, other);
+  }
 };
 
 MainBundle& holder() {
@@ -74,8 +80,9 @@ NSBundle NSBundle::mainBundle() {
 }
 
 void NSBundle::setMainBundle(NSBundle bundle) {
-  const std::lock_guard lock(holder().mutex);
-  holder().bundle = std::move(bundle);
+  static TearDownPlace place([] { holder().set({}); });
+  place.take();
+  holder().set(std::move(bundle));
 }
 
 const std::string& NSBundle::resourcePath() const noexcept {

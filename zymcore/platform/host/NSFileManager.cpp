@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "zymcore/platform/host/FileDescriptor.h"
+
 namespace zym {
 namespace {
 
@@ -39,21 +41,6 @@ std::error_code lastError() noexcept {
   return {errno, std::generic_category()};
 }
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) noexcept : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  [[nodiscard]] int get() const noexcept { return number_; }
-  [[nodiscard]] explicit operator bool() const noexcept { return number_ >= 0; }
-
- private:
-  int number_;
-};
-
 bool writeAll(int descriptor, std::string_view bytes) noexcept {
   while (!bytes.empty()) {
     const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
@@ -79,7 +66,7 @@ std::string unusedNameBeside(const std::string& path) {
 
 bool writeTemporary(const std::string& temporary, std::string_view bytes,
                     const struct stat* replaced) {
-  const Descriptor file(
+  const FileDescriptor file(
       ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
   if (!file) return false;
   if (replaced && ::fchmod(file.get(), replaced->st_mode & 07777) != 0) return false;
@@ -88,7 +75,7 @@ bool writeTemporary(const std::string& temporary, std::string_view bytes,
 
 bool syncFolderOf(const std::string& path) {
   const fs::path folder = fs::path(path).parent_path();
-  const Descriptor descriptor(
+  const FileDescriptor descriptor(
       ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   return descriptor && ::fsync(descriptor.get()) == 0;
 }
@@ -191,7 +178,7 @@ std::optional<std::string> NSFileManager::contentsAtPath(const std::string& path
     return std::nullopt;
   };
   // Opening a pipe for reading would otherwise wait for somebody to write.
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   if (!file) return refuse(lastError(), NSFileReadUnknownError);
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) return refuse(lastError(), NSFileReadUnknownError);

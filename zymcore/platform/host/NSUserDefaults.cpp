@@ -1,16 +1,19 @@
 #include "zymcore/platform/host/NSUserDefaults.h"
 
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
+#include "zymcore/platform/host/FileLock.h"
 #include "zymcore/platform/host/NSBundle.h"
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/host/NSSearchPath.h"
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/platform/values/NumberText.h"
+#include "zymcore/platform/values/ProcessTearDown.h"
 
 namespace zym {
 namespace {
 
 constexpr std::size_t mostBytes = 16U << 20U;
+constexpr double secondsToWait = 5;  // for another process that writes
 
 // What a thread saw last, so that a read costs no lock and shares nothing while nothing changes.
 struct Snapshot {
@@ -29,6 +32,11 @@ std::string folderOf(const std::string& path) {
   return slash == std::string::npos ? "." : path.substr(0, slash);
 }
 
+bool logged(const std::string& failure) {
+  NSLog(failure);
+  return false;
+}
+
 // Answers false when the file can be neither used nor moved out of the way.
 bool moveAside(const std::string& file, const std::string& reason) {
   std::string aside = file + ".damaged";
@@ -40,31 +48,28 @@ bool moveAside(const std::string& file, const std::string& reason) {
   return moved;
 }
 
-bool readFile(const std::string& file, PlistDictionary& values) {
-  values.clear();
+enum class Reading { Done, Damaged, Refused };
+
+// Leaves the values as they are unless it is done.
+Reading readFile(const std::string& file, PlistDictionary& values, std::string& reason) {
   NSError error;
   const std::optional<std::string> bytes = NSFileManager::contentsAtPath(file, mostBytes, &error);
-  if (!bytes && error.code == NSFileNoSuchFileError) return true;
-  if (bytes) {
-    const auto read = NSPropertyListSerialization::propertyListWithData(*bytes, &error);
-    if (read && read->dictionary()) {
-      values = *read->dictionary();
-      return true;
-    }
-  }
-  return moveAside(file, error.localizedDescription);
+  const bool isAbsent = !bytes && error.code == NSFileNoSuchFileError;
+  const auto read = bytes ? NSPropertyListSerialization::propertyListWithData(*bytes, &error)
+                          : std::optional<PlistValue>(PlistDictionary());
+  reason = error.localizedDescription;
+  if (!bytes && !isAbsent) return Reading::Refused;
+  if (!read || !read->dictionary()) return Reading::Damaged;
+  values = *read->dictionary();
+  return Reading::Done;
 }
 
 bool writeFile(const std::string& file, const PlistDictionary& values) {
   NSError error;
   const auto bytes = NSPropertyListSerialization::dataWithPropertyList_format(
       values, NSPropertyListFormat::XMLFormat_v1_0, &error);
-  if (bytes && NSFileManager::createDirectoryAtPath(folderOf(file), &error) &&
-      NSFileManager::writeData_toPath(*bytes, file, &error)) {
-    return true;
-  }
-  NSLog("Preferences can't be written. " + error.localizedDescription);
-  return false;
+  if (bytes && NSFileManager::writeData_toPath(*bytes, file, &error)) return true;
+  return logged("Preferences can't be written. " + error.localizedDescription);
 }
 
 void laidOver(PlistDictionary& values, const PlistDictionary& upper) {
@@ -83,6 +88,8 @@ bool meansYes(const std::string& text) noexcept {
 
 NSUserDefaults& NSUserDefaults::standardUserDefaults() {
   static NSUserDefaults defaults;
+  static TearDownPlace place([] { defaults.reset(); });
+  place.take();
   return defaults;
 }
 
@@ -180,14 +187,51 @@ void NSUserDefaults::change(KeyName key, std::optional<PlistValue> value) {
 
 bool NSUserDefaults::exchangeWithDisk() const {
   const std::string file = fileInUse();
-  const bool usable = file.empty() || readFile(file, persistent_);
+  const bool isDone = file.empty() || mergeWithFile(file);
+  layChangesOver();
+  if (isDone) unwritten_.clear();
+  publish();
+  return isDone;
+}
+
+bool NSUserDefaults::mergeWithFile(const std::string& file) const {
+  std::string reason;
+  const Reading reading = readFile(file, persistent_, reason);
+  if (reading == Reading::Done && unwritten_.empty()) return true;
+  if (reading != Reading::Refused) return mergeUnderLock(file);
+  return logged("Preferences " + file + " can't be read. " + reason);
+}
+
+// What is to be written or moved is read under the lock, so that no other's change is lost.
+bool NSUserDefaults::mergeUnderLock(const std::string& file) const {
+  NSError error;
+  if (!NSFileManager::createDirectoryAtPath(folderOf(file), &error)) {
+    return logged("Preferences can't be written. " + error.localizedDescription);
+  }
+  const FileLock lock = FileLock::ofFile(file + ".lock", secondsToWait);
+  if (lock.state() == FileLock::State::NotOpened) {
+    return logged("Preferences can't be written. " + file + ".lock can't be opened");
+  }
+  if (lock.state() == FileLock::State::InUse) {
+    return logged("Preferences can't be written. Another process holds " + file + ".lock");
+  }
+  std::string reason;
+  const Reading reading = readFile(file, persistent_, reason);
+  if (reading == Reading::Refused) {
+    return logged("Preferences " + file + " can't be read. " + reason);
+  }
+  if (reading == Reading::Damaged) {
+    if (!moveAside(file, reason)) return false;
+    persistent_.clear();
+  }
+  layChangesOver();
+  return unwritten_.empty() || writeFile(file, persistent_);
+}
+
+void NSUserDefaults::layChangesOver() const {
   for (const auto& [key, value] : unwritten_) {
     persistent_.setOrRemove(KeyName(key), value ? &*value : nullptr);
   }
-  const bool done = usable && (file.empty() || unwritten_.empty() || writeFile(file, persistent_));
-  if (done) unwritten_.clear();
-  publish();
-  return done;
 }
 
 void NSUserDefaults::publish() const {

@@ -17,8 +17,10 @@ namespace zym {
 /// and is kept on disk, over initial values registered by the host. Any thread.
 ///
 /// What is kept is a property list, read when first needed and written as a whole on every change.
-/// Changes that another process wrote in the meantime stay, key by key. A file that can't be read
-/// as a property list counts as empty and is moved aside, never overwritten.
+/// Changes that another process wrote in the meantime stay, key by key; a lock beside the file
+/// keeps two from writing at once. What is read and is no property list counts as empty and is
+/// moved aside. A file that can't be read at all is left alone, and nothing is written until it
+/// can.
 class NSUserDefaults {
  public:
   /// Kept in "<identifier of the main bundle>/Preferences.plist" in the user's configuration folder
@@ -62,7 +64,8 @@ class NSUserDefaults {
   void setArguments(PlistDictionary values);
 
   /// Writes what could not be written before and reads what other processes wrote. False when the
-  /// disk refuses; nothing is lost by that, and the next change or call tries again.
+  /// file can't be read or written; nothing is lost by that, and the next change or call tries
+  /// again.
   bool synchronize();
 
  private:
@@ -71,6 +74,9 @@ class NSUserDefaults {
   void change(KeyName key, std::optional<PlistValue> value);
   // These want the lock.
   bool exchangeWithDisk() const;
+  bool mergeWithFile(const std::string& file) const;
+  bool mergeUnderLock(const std::string& file) const;
+  void layChangesOver() const;
   void publish() const;
   [[nodiscard]] std::string fileInUse() const;
 

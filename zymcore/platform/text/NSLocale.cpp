@@ -8,6 +8,8 @@
 #include <mutex>
 #include <optional>
 
+#include "zymcore/platform/values/ProcessTearDown.h"
+
 namespace zym {
 namespace {
 
@@ -71,6 +73,8 @@ NSLocale NSLocale::currentLocale() {
 }
 
 void NSLocale::setCurrentLocale(std::string_view localeIdentifier) {
+  static TearDownPlace place([] { setCurrentLocale(""); });
+  if (!localeIdentifier.empty()) place.take();
   const std::lock_guard lock(current().mutex);
   current().locale.reset();
   if (!localeIdentifier.empty()) current().locale = NSLocale(localeIdentifier);

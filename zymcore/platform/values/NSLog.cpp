@@ -4,6 +4,8 @@
 #include <mutex>
 #include <string>
 
+#include "zymcore/platform/values/ProcessTearDown.h"
+
 namespace zym {
 namespace {
 
@@ -45,6 +47,8 @@ void NSLog(std::string_view text) {
 }
 
 void setNSLogSink(std::function<void(std::string_view line)> sink) {
+  static TearDownPlace place([] { setNSLogSink({}); });
+  if (sink) place.take();
   const std::lock_guard lock(mutex);
   currentSink() = std::move(sink);
 }

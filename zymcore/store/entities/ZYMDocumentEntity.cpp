@@ -34,10 +34,10 @@ void ZYMDocumentEntity::updateWithDictionaryRepresentation_usingContext(
   correctForSerialization(record);
   // First, so that a document that can't be stored changes nothing.
   NSError error;
-  const std::optional<std::string> data = BinaryPropertyList::write(record, &error);
+  std::optional<std::string> data = BinaryPropertyList::write(record, &error);
   if (!data) throw NSException(NSInvalidArgumentException, error.localizedDescription);
   readFields(record);
-  setDocument_forKey(NSData(*data), attributes::data);
+  setDocument_forKey(NSData(std::move(*data)), attributes::data);
 }
 
 void ZYMDocumentEntity::addImagesObject(NSManagedObject& image) {

@@ -7,10 +7,6 @@
 namespace zym {
 namespace {
 
-constexpr std::uint64_t bit(std::size_t position) noexcept {
-  return std::uint64_t{1} << position;
-}
-
 bool contains(const std::vector<NSManagedObject*>& objects, const NSManagedObject* object) {
   return std::find(objects.begin(), objects.end(), object) != objects.end();
 }
@@ -146,7 +142,11 @@ void ObjectGraph::stepAttribute(NSManagedObject& object, std::size_t attribute,
   markDirty(object);
   values.attributes[attribute] = std::move(value);
   values.changedAttributes |= bit(attribute);
-  if (isDocument) values.heldDocuments |= bit(attribute);
+  if (isDocument) {
+    values.heldDocuments |= bit(attribute);
+  } else {
+    changed_[object.entity().position()].attributeChanged(object, attribute);
+  }
 }
 
 void ObjectGraph::stepToOne(NSManagedObject& object, std::size_t relationship,
@@ -207,8 +207,7 @@ void ObjectGraph::stepLife(NSManagedObject& object, bool alive) {
 void ObjectGraph::markDirty(NSManagedObject& object) {
   if (object.dirty_) return;
   object.dirty_ = true;
-  dirty_.push_back(&object);
-  ++dirtyCounts_[object.entity().position()];
+  changed_[object.entity().position()].add(object);
 }
 
 // Undo.

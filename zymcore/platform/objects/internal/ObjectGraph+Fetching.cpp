@@ -184,7 +184,7 @@ bool standsBefore(const NSManagedObject* a, const NSManagedObject* b) {
 }  // namespace
 
 bool ObjectGraph::hasDirty(const NSEntityDescription& entity) const noexcept {
-  return dirtyCounts_[entity.position()] != 0;
+  return !changed_[entity.position()].empty();
 }
 
 std::vector<NSManagedObject*> ObjectGraph::fetch(const NSFetchRequest& request) {
@@ -208,10 +208,12 @@ std::vector<NSManagedObject*> ObjectGraph::fetch(const NSFetchRequest& request) 
 
   // What is changed here is judged as it stands here.
   std::erase_if(found, [](const NSManagedObject* object) { return object->dirty_; });
-  for (NSManagedObject* const object : dirty_) {
-    if (object->alive_ && &object->entity() == &entity && matches(object)) found.push_back(object);
+  const NSPredicate* const predicate = request.predicate() ? &*request.predicate() : nullptr;
+  for (NSManagedObject* const object : changed_[entity.position()].candidatesFor(predicate)) {
+    if (object->alive_ && matches(object)) found.push_back(object);
   }
   std::sort(found.begin(), found.end(), standsBefore);
+  found.erase(std::unique(found.begin(), found.end()), found.end());
   NSSortDescriptor::sort(found, request.sortDescriptors());
   return found;
 }

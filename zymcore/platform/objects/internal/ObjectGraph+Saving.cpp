@@ -11,10 +11,6 @@ namespace {
 
 constexpr std::int64_t mostKey = std::numeric_limits<std::int64_t>::max() / 2;
 
-constexpr std::uint64_t bit(std::size_t position) noexcept {
-  return std::uint64_t{1} << position;
-}
-
 [[noreturn]] void conflict(const NSManagedObject& object) {
   const std::string name = object.objectID().URIRepresentation();
   throw StoreFailure{{NSCocoaErrorDomain,
@@ -63,22 +59,26 @@ struct ObjectGraph::RenewedMoment {
 };
 
 bool ObjectGraph::hasChanges() const noexcept {
-  return std::any_of(
-             dirty_.begin(), dirty_.end(),
-             [](const NSManagedObject* object) { return object->alive_ || object->stored_; }) ||
+  const auto isOfNote = [](const NSManagedObject* object) {
+    return object->alive_ || object->stored_;
+  };
+  return std::any_of(changed_.begin(), changed_.end(),
+                     [&](const ChangedObjects& changed) {
+                       return std::any_of(changed.all().begin(), changed.all().end(), isOfNote);
+                     }) ||
          std::any_of(pairs_.begin(), pairs_.end(),
                      [](const auto& changed) { return !changed.second.empty(); });
 }
 
 PlistDictionary ObjectGraph::save() {
   Saving saving{store().writer(), {}, {}, {}, {}};
-  for (NSManagedObject* const object : dirty_) {
-    if (object->alive_) {
-      (object->stored_ ? saving.updated : saving.inserted).push_back(object);
-    } else if (object->stored_) {
-      saving.deleted.push_back(object);
+  forEachDirty([&](NSManagedObject& object) {
+    if (object.alive_) {
+      (object.stored_ ? saving.updated : saving.inserted).push_back(&object);
+    } else if (object.stored_) {
+      saving.deleted.push_back(&object);
     }
-  }
+  });
   const RenewedMoment renewed(*this);
   const std::lock_guard lock(saving.database.mutex);
   SQLiteTransaction transaction(saving.database);
@@ -283,31 +283,29 @@ void ObjectGraph::finish(const Saving& saving) {
 
 // From now on the store has the documents; what is deleted keeps its own for undo.
 void ObjectGraph::becomeClean() {
-  for (NSManagedObject* const object : dirty_) {
-    object->dirty_ = false;
-    if (!object->values_) continue;
-    NSManagedObject::Values& values = *object->values_;
+  forEachDirty([](NSManagedObject& object) {
+    object.dirty_ = false;
+    if (!object.values_) return;
+    NSManagedObject::Values& values = *object.values_;
     values.changedAttributes = 0;
     values.changedToOne = 0;
-    if (!object->alive_) continue;
+    if (!object.alive_) return;
     for (std::size_t i = 0; i < values.attributes.size(); ++i) {
       if (values.heldDocuments & bit(i)) values.attributes[i].reset();
     }
     values.heldDocuments = 0;
-  }
-  dirty_.clear();
-  std::fill(dirtyCounts_.begin(), dirtyCounts_.end(), 0);
+  });
+  for (ChangedObjects& changed : changed_) changed.clear();
   pairs_.clear();
 }
 
 // Everything becomes a fault again, so that nothing of what was changed can remain.
 void ObjectGraph::rollback() {
-  for (NSManagedObject* const object : dirty_) {
-    object->dirty_ = false;
-    object->alive_ = object->stored_;
-  }
-  dirty_.clear();
-  std::fill(dirtyCounts_.begin(), dirtyCounts_.end(), 0);
+  forEachDirty([](NSManagedObject& object) {
+    object.dirty_ = false;
+    object.alive_ = object.stored_;
+  });
+  for (ChangedObjects& changed : changed_) changed.clear();
   pairs_.clear();
   journal_.reset();
   for (const Objects& objects : objects_) {

@@ -7,14 +7,6 @@
 #include "zymcore/platform/values/NSLog.h"
 
 namespace zym {
-namespace {
-
-constexpr std::uint64_t bit(std::size_t position) noexcept {
-  return std::uint64_t{1} << position;
-}
-
-}  // namespace
-
 ObjectGraph::ObjectGraph(NSManagedObjectContext& context,
                          NSManagedObjectContextConcurrencyType type)
     : context_(context), type_(type), self_(std::make_shared<ObjectGraph*>(this)) {
@@ -32,7 +24,7 @@ void ObjectGraph::setCoordinator(std::shared_ptr<NSPersistentStoreCoordinator> c
   }
   coordinator_ = std::move(coordinator);
   objects_.resize(model().entities().size());
-  dirtyCounts_.resize(model().entities().size());
+  changed_.resize(model().entities().size());
   if (type_ != NSPrivateQueueConcurrencyType) return;
   try {
     reader_ = store().newReader();
@@ -279,9 +271,8 @@ void ObjectGraph::overlayToMany(NSManagedObject& object, std::size_t relationshi
     }
     return;
   }
-  if (dirtyCounts_[description.destination] == 0) return;
-  for (NSManagedObject* const other : dirty_) {
-    if (other->entity().position() != description.destination || !other->values_) continue;
+  for (NSManagedObject* const other : changed_[description.destination].all()) {
+    if (!other->values_) continue;
     if (!(other->values_->changedToOne & bit(description.inverse)) && other->stored_) continue;
     put(other, other->alive_ && other->values_->toOne[description.inverse] == &object);
   }

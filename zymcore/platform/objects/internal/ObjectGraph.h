@@ -17,9 +17,15 @@
 #include "zymcore/platform/objects/NSManagedObject.h"
 #include "zymcore/platform/objects/NSManagedObjectContext.h"
 #include "zymcore/platform/objects/NSPersistentStoreCoordinator.h"
+#include "zymcore/platform/objects/internal/ChangedObjects.h"
 #include "zymcore/platform/objects/internal/SQLiteStore.h"
 
 namespace zym {
+
+/// The place of an attribute or relationship in the sets of `Values`.
+[[nodiscard]] constexpr std::uint64_t bit(std::size_t position) noexcept {
+  return std::uint64_t{1} << position;
+}
 
 /// What an object holds while it isn't a fault.
 struct NSManagedObject::Values {
@@ -152,6 +158,12 @@ class ObjectGraph {
   void unrelate(NSManagedObject& object, std::size_t relationship,
                 std::vector<NSManagedObject*>& doomed);
   void markDirty(NSManagedObject& object);
+  template <class Visit>
+  void forEachDirty(Visit visit) const {
+    for (const ChangedObjects& changed : changed_) {
+      for (NSManagedObject* const object : changed.all()) visit(*object);
+    }
+  }
 
   // Undo.
   void record(Change change);
@@ -186,8 +198,7 @@ class ObjectGraph {
   std::vector<Objects> objects_;  // By the position of their entity.
   std::int64_t lastTemporaryKey_ = 0;
   std::int64_t dataVersion_ = 0;
-  std::vector<NSManagedObject*> dirty_;  // In the order of their first change.
-  std::vector<std::size_t> dirtyCounts_;
+  std::vector<ChangedObjects> changed_;  // By the position of their entity.
   /// Pairs that differ from the store: true where they are together now.
   std::map<PairsID, std::map<Pair, bool>> pairs_;
 

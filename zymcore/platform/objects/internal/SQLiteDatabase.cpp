@@ -59,15 +59,10 @@ NSError errorForSQLite(int code, const std::string& message) {
           {{KeyName("NSSQLiteErrorDomain"), code}}};
 }
 
-SQLiteStatement::SQLiteStatement(SQLiteStatement&& other) noexcept
-    : database_(other.database_),
-      statement_(std::exchange(other.statement_, nullptr)),
-      bound_(other.bound_) {}
-
 SQLiteStatement::~SQLiteStatement() {
   if (!statement_) return;
-  sqlite3_reset(statement_);
-  sqlite3_clear_bindings(statement_);
+  sqlite3_reset(statement_.get());
+  sqlite3_clear_bindings(statement_.get());
 }
 
 void SQLiteStatement::check(int code) const {
@@ -75,74 +70,76 @@ void SQLiteStatement::check(int code) const {
 }
 
 void SQLiteStatement::bind(int parameter, std::int64_t value) {
-  check(sqlite3_bind_int64(statement_, parameter, value));
+  check(sqlite3_bind_int64(statement_.get(), parameter, value));
 }
 
 void SQLiteStatement::bind(int parameter, std::string_view text) {
-  check(sqlite3_bind_text64(statement_, parameter, text.empty() ? "" : text.data(), text.size(),
-                            SQLITE_STATIC, SQLITE_UTF8));
+  check(sqlite3_bind_text64(statement_.get(), parameter, text.empty() ? "" : text.data(),
+                            text.size(), SQLITE_STATIC, SQLITE_UTF8));
 }
 
 void SQLiteStatement::bind(int parameter, const NSData& data) {
   const void* const bytes = data.length() == 0 ? "" : static_cast<const void*>(data.bytes().data());
-  check(sqlite3_bind_blob64(statement_, parameter, bytes, data.length(), SQLITE_STATIC));
+  check(sqlite3_bind_blob64(statement_.get(), parameter, bytes, data.length(), SQLITE_STATIC));
 }
 
 void SQLiteStatement::bind(int parameter, const PlistValue* value) {
   if (!value) {
-    check(sqlite3_bind_null(statement_, parameter));
+    check(sqlite3_bind_null(statement_.get(), parameter));
   } else if (const std::string* text = value->string()) {
     bind(parameter, std::string_view(*text));
   } else if (const NSData* data = value->data()) {
     bind(parameter, *data);
   } else if (const double* real = value->real()) {
-    check(sqlite3_bind_double(statement_, parameter, *real));
+    check(sqlite3_bind_double(statement_.get(), parameter, *real));
   } else if (const NSDate* date = value->date()) {
-    check(sqlite3_bind_double(statement_, parameter, date->timeIntervalSinceReferenceDate()));
+    check(sqlite3_bind_double(statement_.get(), parameter, date->timeIntervalSinceReferenceDate()));
   } else {
     bind(parameter, value->integerValue());
   }
 }
 
 void SQLiteStatement::addColumn(const SQLiteStatement& other, int column) {
-  check(sqlite3_bind_value(statement_, ++bound_, sqlite3_column_value(other.statement_, column)));
+  check(sqlite3_bind_value(statement_.get(), ++bound_,
+                           sqlite3_column_value(other.statement_.get(), column)));
 }
 
 bool SQLiteStatement::step() {
-  const int code = sqlite3_step(statement_);
+  const int code = sqlite3_step(statement_.get());
   if (code == SQLITE_ROW) return true;
   if (code != SQLITE_DONE) failWith(database_, code);
   return false;
 }
 
 void SQLiteStatement::run() {
-  const int code = sqlite3_step(statement_);
-  sqlite3_reset(statement_);
+  const int code = sqlite3_step(statement_.get());
+  sqlite3_reset(statement_.get());
   bound_ = 0;
   if (code != SQLITE_DONE && code != SQLITE_ROW) failWith(database_, code);
 }
 
 bool SQLiteStatement::isNull(int column) const noexcept {
-  return sqlite3_column_type(statement_, column) == SQLITE_NULL;
+  return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
 }
 
 std::int64_t SQLiteStatement::integer(int column) const noexcept {
-  return sqlite3_column_int64(statement_, column);
+  return sqlite3_column_int64(statement_.get(), column);
 }
 
 double SQLiteStatement::real(int column) const noexcept {
-  return sqlite3_column_double(statement_, column);
+  return sqlite3_column_double(statement_.get(), column);
 }
 
 std::string_view SQLiteStatement::text(int column) const noexcept {
-  const auto* const bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
-  const int length = sqlite3_column_bytes(statement_, column);
+  const auto* const bytes =
+      reinterpret_cast<const char*>(sqlite3_column_text(statement_.get(), column));
+  const int length = sqlite3_column_bytes(statement_.get(), column);
   return bytes ? std::string_view(bytes, static_cast<std::size_t>(length)) : std::string_view();
 }
 
 NSData SQLiteStatement::data(int column) const {
-  const auto* const bytes = static_cast<const char*>(sqlite3_column_blob(statement_, column));
-  const int length = sqlite3_column_bytes(statement_, column);
+  const auto* const bytes = static_cast<const char*>(sqlite3_column_blob(statement_.get(), column));
+  const int length = sqlite3_column_bytes(statement_.get(), column);
   return NSData(bytes ? std::string_view(bytes, static_cast<std::size_t>(length))
                       : std::string_view());
 }
@@ -176,24 +173,22 @@ SQLiteDatabase::SQLiteDatabase(const std::filesystem::path& path, Access access,
 }
 
 SQLiteDatabase::~SQLiteDatabase() {
-  for (const auto& [sql, statement] : statements_) sqlite3_finalize(statement);
+  statements_.clear();
   sqlite3_close_v2(database_);
 }
 
 SQLiteStatement SQLiteDatabase::statement(std::string_view sql) {
   const auto known = statements_.find(sql);
-  if (known != statements_.end()) return {database_, known->second};
-  if (statements_.size() >= mostStatements) {
-    std::erase_if(statements_, [](const auto& entry) {
-      if (sqlite3_stmt_busy(entry.second)) return false;
-      sqlite3_finalize(entry.second);
-      return true;
-    });
+  // One that somebody holds is in the middle of its rows or has parameters of its own.
+  if (known != statements_.end() && known->second.use_count() == 1) {
+    return {database_, known->second};
   }
-  sqlite3_stmt* statement = nullptr;
+  if (statements_.size() >= mostStatements) statements_.clear();
+  sqlite3_stmt* prepared = nullptr;
   const int code = sqlite3_prepare_v3(database_, sql.data(), static_cast<int>(sql.size()),
-                                      SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+                                      SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
   if (code != SQLITE_OK) failWith(database_, code);
+  const std::shared_ptr<sqlite3_stmt> statement(prepared, &sqlite3_finalize);
   statements_.emplace(sql, statement);
   return {database_, statement};
 }

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "zymcore/platform/values/NSData.h"
 #include "zymcore/platform/values/NSError.h"
@@ -27,10 +28,11 @@ struct StoreFailure {
 /// counted from 0, parameters from 1. Everything throws `StoreFailure` when SQLite fails.
 class SQLiteStatement {
  public:
-  SQLiteStatement(sqlite3* database, sqlite3_stmt* statement) noexcept
-      : database_(database), statement_(statement) {}
+  /// Shares the statement with the cache that it may be dropped from meanwhile.
+  SQLiteStatement(sqlite3* database, std::shared_ptr<sqlite3_stmt> statement) noexcept
+      : database_(database), statement_(std::move(statement)) {}
   ~SQLiteStatement();
-  SQLiteStatement(SQLiteStatement&& other) noexcept;
+  SQLiteStatement(SQLiteStatement&&) noexcept = default;
   SQLiteStatement& operator=(SQLiteStatement&&) = delete;
 
   // What is bound must stay as it is until the statement has been stepped.
@@ -62,7 +64,7 @@ class SQLiteStatement {
   void check(int code) const;
 
   sqlite3* database_;
-  sqlite3_stmt* statement_;
+  std::shared_ptr<sqlite3_stmt> statement_;
   int bound_ = 0;
 };
 
@@ -97,7 +99,8 @@ class SQLiteDatabase {
   };
 
   sqlite3* database_ = nullptr;
-  std::unordered_map<std::string, sqlite3_stmt*, TextHash, std::equal_to<>> statements_;
+  std::unordered_map<std::string, std::shared_ptr<sqlite3_stmt>, TextHash, std::equal_to<>>
+      statements_;
 };
 
 /// All or nothing: takes the right to write at once, and gives everything back unless `commit` was

@@ -1,18 +1,15 @@
 #include "zymcore/platform/objects/internal/SQLiteStore.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
-#include <cmath>
 #include <cstring>
 #include <map>
-#include <thread>
 #include <utility>
 
 #include "zymcore/platform/formats/BinaryPropertyList.h"
+#include "zymcore/platform/host/FileLock.h"
 #include "zymcore/platform/objects/NSPersistentStoreCoordinator.h"
 #include "zymcore/platform/text/NSUUID.h"
 #include "zymcore/platform/values/NSCocoaErrors.h"
@@ -34,25 +31,13 @@ namespace {
   failWith(code, description + " (" + std::strerror(reason) + ").");
 }
 
-/// An open file or folder.
-class Descriptor {
- public:
-  Descriptor(const std::filesystem::path& path, int flags)
-      : number_(::open(path.c_str(), flags | O_CLOEXEC)) {
-    if (number_ < 0) failWithErrno("\"" + path.string() + "\" can't be opened");
+void sync(const std::filesystem::path& path) {
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file) failWithErrno("\"" + path.string() + "\" can't be opened");
+  if (::fsync(file.get()) != 0) {
+    failWithErrno("\"" + path.string() + "\" can't be written to disk");
   }
-  ~Descriptor() { ::close(number_); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  [[nodiscard]] int number() const noexcept { return number_; }
-  void sync(const std::filesystem::path& path) const {
-    if (::fsync(number_) != 0) failWithErrno("\"" + path.string() + "\" can't be written to disk");
-  }
-
- private:
-  int number_;
-};
+}
 
 std::filesystem::path folderOf(const std::filesystem::path& path) {
   return std::filesystem::absolute(path).parent_path();
@@ -60,25 +45,14 @@ std::filesystem::path folderOf(const std::filesystem::path& path) {
 
 /// Stores are opened, made and replaced in a folder by one process at a time. A file can't stand
 /// for the lock, since the store's own file is what gets replaced.
-class FolderLock {
- public:
-  FolderLock(const std::filesystem::path& path, double secondsToWait)
-      : folder_(folderOf(path), O_RDONLY | O_DIRECTORY) {
-    using Clock = std::chrono::steady_clock;
-    const double seconds = std::isfinite(secondsToWait) ? secondsToWait : 0;
-    const auto end = Clock::now() + std::chrono::duration<double>(seconds);
-    while (::flock(folder_.number(), LOCK_EX | LOCK_NB) != 0) {
-      if (errno != EWOULDBLOCK && errno != EINTR) return;  // A file system without such locks.
-      if (Clock::now() >= end) {
-        failWith(NSPersistentStoreTimeoutError, "The store is being opened by another process.");
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
+void requireHeld(const FileLock& lock, const std::filesystem::path& path) {
+  if (lock.state() == FileLock::State::NotOpened) {
+    failWithErrno("\"" + folderOf(path).string() + "\" can't be opened");
   }
-
- private:
-  Descriptor folder_;
-};
+  if (lock.state() == FileLock::State::InUse) {
+    failWith(NSPersistentStoreTimeoutError, "The store is being opened by another process.");
+  }
+}
 
 std::filesystem::path beside(const std::filesystem::path& path, const char* suffix) {
   return path.string() + suffix;
@@ -185,7 +159,7 @@ void replaceStore(const std::filesystem::path& path,
       fill(database);
       transaction.commit();
     }
-    Descriptor(fresh, O_RDONLY).sync(fresh);
+    sync(fresh);
     std::error_code failed;
     std::filesystem::rename(fresh, path, failed);
     if (failed) {
@@ -197,8 +171,7 @@ void replaceStore(const std::filesystem::path& path,
     removeFile(journal);
     throw;
   }
-  const std::filesystem::path folder = folderOf(path);
-  Descriptor(folder, O_RDONLY | O_DIRECTORY).sync(folder);
+  sync(folderOf(path));
 }
 
 SQLiteStore::SQLiteStore(std::shared_ptr<const NSManagedObjectModel> model,
@@ -219,7 +192,8 @@ std::unique_ptr<SQLiteDatabase> SQLiteStore::newReader() const {
 std::unique_ptr<SQLiteStore> SQLiteStore::open(const std::filesystem::path& path,
                                                std::shared_ptr<const NSManagedObjectModel> model,
                                                const Options& options) {
-  const FolderLock lock(path, options.secondsToWait);
+  const FileLock lock = FileLock::ofFolder(folderOf(path), options.secondsToWait);
+  requireHeld(lock, path);
   removeFile(beside(path, ".new"));
   if (!std::filesystem::exists(path)) {
     // What SQLite left of a file that is gone would be taken for part of the new one.
@@ -257,7 +231,8 @@ std::unique_ptr<SQLiteStore> SQLiteStore::openInMemory(
 
 PlistDictionary SQLiteStore::metadataAt(const std::filesystem::path& path) {
   constexpr double secondsToWait = Options().secondsToWait;
-  const FolderLock lock(path, secondsToWait);
+  const FileLock lock = FileLock::ofFolder(folderOf(path), secondsToWait);
+  requireHeld(lock, path);
   if (!std::filesystem::exists(path)) {
     failWith(NSFileReadNoSuchFileError, "There is no store at \"" + path.string() + "\".");
   }

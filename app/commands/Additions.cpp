@@ -98,7 +98,7 @@ void setYeastAmount(PlistDictionary& addition, const std::string& typed) {
 
 std::string inWords(const PlistDictionary& addition, const AdditionForm& form,
                     const LibraryKind& kind) {
-  std::string words = form.amountOf(addition) + " " + textAt(addition, kind.nameKey);
+  std::string words = form.amountOf(addition) + " " + textAt(addition, kind.nameKey());
   const std::string when = textAt(addition, keys::When);
   return when.empty() ? words : words + ", " + when;
 }
@@ -146,7 +146,7 @@ std::string dropIngredient(PlistDictionary& recipe, const LibraryKind& kind,
   for (std::size_t i = 0; i < positions.size(); ++i) numbers.push_back(std::to_string(i + 1));
   for (std::size_t i = 0; i < positions.size(); ++i) {
     const PlistDictionary& addition = *additions->find(positions[i])->dictionary();
-    candidates.push_back({addition.stringValue(kind.nameKey), numbers[i]});
+    candidates.push_back({addition.stringValue(kind.nameKey()), numbers[i]});
   }
   const std::size_t position =
       positions[positionMeant(name, candidates, std::string(kind.singular) + " of the recipe")];

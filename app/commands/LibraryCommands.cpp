@@ -33,7 +33,7 @@ struct Options {
 constexpr std::size_t nearestShown = 10;
 
 std::string nameOf(const LibraryKind& kind, const PlistDictionary& record) {
-  return printable(record.stringValue(kind.nameKey));
+  return printable(record.stringValue(kind.nameKey()));
 }
 
 void listAll(const LibraryKind& kind, const PlistArray& records) {
@@ -63,7 +63,7 @@ std::vector<Scored> nearestTo(const std::string& text, const LibraryKind& kind,
                               const PlistArray& records) {
   std::vector<Scored> scored;
   for (const PlistDictionary& record : PlistRows(&records)) {
-    const double score = similarityWithString(text, record.stringValue(kind.nameKey));
+    const double score = similarityWithString(text, record.stringValue(kind.nameKey()));
     if (score > 0) scored.push_back({score, &record});
   }
   std::ranges::stable_sort(scored, std::greater(), &Scored::score);
@@ -144,7 +144,7 @@ PlistDictionary createRecord(const LibraryKind& kind, const std::string& name,
   PlistDictionary values;
   setValues(editable(kind), values, assignments);  // before anything is stored
   PlistDictionary record = kind.library().createItem();
-  record.set(kind.nameKey, name);
+  record.set(kind.nameKey(), name);
   for (const PlistEntry& entry : values) record.set(entry.key, entry.value);
   kind.library().updateItem(record);
   return record;

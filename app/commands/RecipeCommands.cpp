@@ -14,6 +14,7 @@
 #include "app/values/LibraryKind.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/store/ZYMUndoGroup.h"
 
 namespace zym::host {
 namespace {
@@ -93,9 +94,11 @@ void listGroups(const Options& options) {
 
 void createGroup(const Options& options) {
   openStore();
+  ZYMUndoGroup undo;
   ZYMSummary group = library().createGroup();
   group.name = options.name;
   library().updateGroup(group);
+  undo.closeAndSave("Add Group", "ZYMRecipes.createGroup");
 }
 
 void renameGroup(const Options& options) {

@@ -140,7 +140,7 @@ void copy(const Options& options) {
   KeyName nameKey = keys::RecipeTitle;
   if (target.library) {
     made = copyRecord(*target.library, target.name);
-    nameKey = target.library->nameKey;
+    nameKey = target.library->nameKey();
   } else {
     const Item item = target.item(target.name);
     const auto copied =

@@ -80,6 +80,7 @@ std::string storePath() {
 
 void openStore() {
   if (std::exchange(isOpen, true)) return;
+  const ZYMCoreDataModel::Lock lock = model().lockDataFolder();
   requireReadableStore();
   (void)model().mainObjectContext();
   if (!model().firstRun()) {

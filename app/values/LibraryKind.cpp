@@ -99,20 +99,20 @@ template <class Library>
 ZYMCachingModel& library() { return Library::sharedInstance(); }
 
 constexpr LibraryKind kinds[] = {
-    {"fermentables", "fermentable", library<ZYMFermentables>,     keys::Ingredient,   fermentableValues},
-    {"hops",         "hop",         library<ZYMHops>,             keys::Variety,      hopValues},
-    {"yeasts",       "yeast",       library<ZYMYeasts>,           keys::Name,         yeastValues},
-    {"others",       "other",       library<ZYMOtherIngredients>, keys::Ingredient,   otherValues},
-    {"waters",       "water",       library<ZYMWaters>,           keys::Name,         waterValues},
-    {"suppliers",    "supplier",    library<ZYMSuppliers>,        keys::Name,         supplierValues},
-    {"schedules",    "schedule",    library<ZYMMashSchedules>,    keys::ScheduleName, {}},
-    {"profiles",     "profile",     library<ZYMProfiles>,         keys::ProfileName,  profileValues},
-    {"styles",       "style",       nullptr,                      keys::Name,         styleValues},
+    {"fermentables", "fermentable", library<ZYMFermentables>, fermentableValues},
+    {"hops",         "hop",         library<ZYMHops>, hopValues},
+    {"yeasts",       "yeast",       library<ZYMYeasts>, yeastValues},
+    {"others",       "other",       library<ZYMOtherIngredients>, otherValues},
+    {"waters",       "water",       library<ZYMWaters>, waterValues},
+    {"suppliers",    "supplier",    library<ZYMSuppliers>, supplierValues},
+    {"schedules",    "schedule",    library<ZYMMashSchedules>, {}},
+    {"profiles",     "profile",     library<ZYMProfiles>, profileValues},
+    {"styles",       "style",       nullptr, styleValues},
 };
 // clang-format on
 
 [[noreturn]] void refuseKeyOf(const LibraryKind& kind, const std::string& key) {
-  std::vector<std::string_view> choices{kind.nameKey.text()};
+  std::vector<std::string_view> choices{kind.nameKey().text()};
   for (const RecordValue& value : kind.values) choices.push_back(value.key.text());
   refuseKey(kind.singular, key, choices);
 }
@@ -150,7 +150,7 @@ PlistDictionary recordNamed(const LibraryKind& kind, const std::string& name) {
   std::vector<Named> candidates;
   for (const PlistDictionary& record : PlistRows(&records)) {
     found.push_back(&record);
-    candidates.push_back({record.stringValue(kind.nameKey), record.stringValue(keys::UUID)});
+    candidates.push_back({record.stringValue(kind.nameKey()), record.stringValue(keys::UUID)});
   }
   return *found[positionMeant(name, candidates, kind.singular)];
 }
@@ -160,8 +160,8 @@ void setValues(const LibraryKind& kind, PlistDictionary& record,
   for (const std::string& text : assignments) {
     const Assignment given = assignmentOf(text);
     const std::string upper = uppercaseString(given.key);
-    if (upper == uppercaseString(kind.nameKey.text()) || upper == "NAME") {
-      record.set(kind.nameKey, given.text);
+    if (upper == uppercaseString(kind.nameKey().text()) || upper == "NAME") {
+      record.set(kind.nameKey(), given.text);
       continue;
     }
     const RecordValue* value = valueNamed(kind.values, given.key);

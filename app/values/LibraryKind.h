@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "app/values/RecordValue.h"
+#include "zymcore/documents/RecordKeys.h"
 #include "zymcore/platform/values/PlistValue.h"
 #include "zymcore/store/ZYMCachingModel.h"
 
@@ -16,8 +17,12 @@ struct LibraryKind {
   std::string_view plural;  // as it is listed
   std::string_view singular;
   ZYMCachingModel& (*library)();  // null for styles, which can't be edited
-  KeyName nameKey;
   std::span<const RecordValue> values;
+
+  /// The key of the name in a record.
+  [[nodiscard]] KeyName nameKey() const {
+    return library ? library().nameKeyInRecords() : keys::Name;
+  }
 };
 
 [[nodiscard]] std::span<const LibraryKind> libraryKinds();

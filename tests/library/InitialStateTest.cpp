@@ -2,13 +2,18 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <memory>
+#include <set>
 
+#include "tests/support/Child.h"
 #include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMSuppliers.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
+#include "zymcore/store/ZYMCachingModel.h"
+#include "zymcore/store/ZYMLibraryRegistry.h"
 
 namespace zym {
 namespace {
@@ -113,6 +118,41 @@ TEST_F(InitialState, BadSeedFilesLeaveASoundStore) {
   EXPECT_FALSE(defaults().objectForKey(HopsVersion));
   reopen();
   EXPECT_THAT(hops(), ElementsAre("two"));
+}
+
+// Each process that starts on a new folder would otherwise find no record and add its own.
+TEST_F(InitialState, ProgramsThatStartTogetherFillTheStoreOnce) {
+  NSBundle::setMainBundle(NSBundle(ZYM_RESOURCES, "org.zymcore.tests", "1"));
+  std::vector<std::unique_ptr<Child>> programs;
+  for (int i = 0; i < 6; ++i) {
+    programs.push_back(std::make_unique<Child>([&](int pipe) {
+      defaults().setPersistentFile(folder / "Preferences.plist");
+      const testing::Posts posts{CoreDataModelDidSaveFailedNotification};
+      const ZYMCoreDataModel::Lock lock = model().lockDataFolder();
+      (void)model().mainObjectContext();
+      if (model().firstRun()) {
+        model().installInitialState();
+      } else {
+        model().checkVersionsAndUpdateIfNecessary();
+      }
+      Child::tell(pipe, model().firstRun() ? 1 : 0);
+      Child::tell(pipe, std::ssize(posts.names));
+    }));
+  }
+  std::int64_t firstRuns = 0;
+  for (const auto& program : programs) {
+    firstRuns += program->hear(120'000).value_or(100);
+    EXPECT_EQ(program->hear(60'000), 0) << "failed saves";
+  }
+  EXPECT_EQ(firstRuns, 1);
+  for (const ZYMLibraryRegistry::Library& library :
+       ZYMLibraryRegistry::sharedInstance().libraries()) {
+    std::set<std::string> uuids;
+    const PlistArray items = library.sharedInstance().allItems();
+    for (const PlistDictionary& item : PlistRows(&items)) {
+      EXPECT_TRUE(uuids.insert(std::string(item.stringValue(keys::UUID))).second);
+    }
+  }
 }
 
 TEST_F(InitialState, AHundredThousandSeedRecords) {

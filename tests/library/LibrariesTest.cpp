@@ -3,6 +3,7 @@
 
 #include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/StockKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMFermentables.h"
 #include "zymcore/library/ZYMHops.h"

@@ -1,15 +1,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
+#include <array>
+#include <barrier>
+#include <set>
+#include <stdexcept>
 #include <thread>
 
 #include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/platform/events/NSRunLoop.h"
-#include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
+#include "zymcore/store/ZYMUndoGroup.h"
 #include "zymcore/store/entities/ZYMHopEntity.h"
 
 namespace zym {
@@ -41,31 +44,6 @@ class Log {
   }
   ~Log() { setNSLogSink({}); }
   std::vector<std::string> lines;
-};
-
-/// Environment with folders of its own for a user.
-class WithHome : public testing::WithDefaults {
- protected:
-  WithHome() {
-    setenv("HOME", home.path().c_str(), 1);
-    setenv("XDG_DATA_HOME", (home / "data").c_str(), 1);
-    setenv("XDG_CONFIG_HOME", (home / "config").c_str(), 1);
-    NSBundle::setMainBundle(NSBundle(ZYM_RESOURCES, "org.example", "1"));
-  }
-  ~WithHome() override {
-    ZYMCoreDataModel::tearDown();
-    NSBundle::setMainBundle(NSBundle());
-    if (before.empty())
-      unsetenv("HOME");
-    else
-      setenv("HOME", before.c_str(), 1);
-    unsetenv("XDG_DATA_HOME");
-    unsetenv("XDG_CONFIG_HOME");
-  }
-  static ZYMCoreDataModel& model() { return ZYMCoreDataModel::sharedInstance(); }
-
-  const std::string before = getenv("HOME") ? getenv("HOME") : "";
-  const TemporaryFolder home;
 };
 
 TEST_F(CoreDataModel, AFirstRunIsToldOnce) {
@@ -196,78 +174,60 @@ TEST_F(CoreDataModel, OtherThreadsGetTheMainContextAndPostOnTheMainThread) {
   EXPECT_TRUE(onMainThread);
 }
 
-TEST_F(WithHome, FoldersByLayout) {
-  const std::string documents = home / "Documents";
-  EXPECT_EQ(model().newV2Path(), documents);
-  EXPECT_EQ(model().oldV2Path(), documents);
-  EXPECT_EQ(model().imagesFolderPath(), documents + "/Images");
-  EXPECT_TRUE(std::filesystem::is_directory(documents + "/Images"));
-  model().setDataStorage(1);
-  EXPECT_EQ(model().oldV2Path(), documents + "/Wortmeister-Data");
-  EXPECT_EQ(model().newV2Path(), home / "data/Wortmeister2");
-  EXPECT_EQ(model().historyFolderPath(), home / "data/Wortmeister2");
-  model().setDataStorage(2);
-  EXPECT_EQ(model().newV2Path(), home / "Containers/org.example/Data/Documents");
-  EXPECT_FALSE(std::filesystem::exists(home / "Containers"));
-  model().setDataStorage(3);
-  EXPECT_EQ(model().oldV2Path(), documents + "/Wortmeister-Data");
-  EXPECT_THROW((void)model().newV2Path(), NSException);
+TEST_F(CoreDataModel, TearDownSavesWhileTheModelIsStillThere) {
+  addHop("Fuggle");
+  const ZYMCoreDataModel* const before = &model();
+  const ZYMCoreDataModel* seen = nullptr;
+  const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
+      saved, nullptr, [&](const NSNotification&) {
+        seen = &model();
+        throw std::runtime_error("an observer's own fault");
+      });
+  const Log log;
+  reopen();
+  EXPECT_EQ(seen, before);
+  EXPECT_THAT(log.lines, ElementsAre(HasSubstr("an observer's own fault")));
+  EXPECT_EQ(hops(), 1U);
 }
 
-TEST_F(WithHome, AnOlderFolderIsCopiedWholeAndLeftAlone) {
-  model().setDataStorage(1);
-  const std::string old = model().oldV2Path();
-  ZYMCoreDataModel::tearDown();
-  model().setDataFolder(old);
-  PlistDictionary record{{keys::Variety, "Fuggle"}};
-  ZYMHopEntity::insertInContext(*model().mainObjectContext())
-      .updateWithDictionaryRepresentation(record);
-  ZYMCoreDataModel::tearDown();
-  std::filesystem::create_directories(old + "/Images/deep");
-  std::ofstream(old + "/Images/deep/x.png") << "png";
-  std::ofstream(old + "/History.plist") << "history";
-
-  model().setDataStorage(1);
-  EXPECT_EQ(ZYMHopEntity::findAllObjects()->size(), 1U);
-  EXPECT_FALSE(model().firstRun());
-  EXPECT_TRUE(std::filesystem::exists(model().newV2Path() + "/Images/deep/x.png"));
-  EXPECT_TRUE(std::filesystem::exists(model().newV2Path() + "/History.plist"));
-  EXPECT_TRUE(std::filesystem::exists(old + "/Wortmeister.sqlite"));
-
-  ZYMCoreDataModel::tearDown();  // what is there now isn't copied over
-  std::filesystem::remove_all(old);
-  model().setDataStorage(1);
-  EXPECT_EQ(ZYMHopEntity::findAllObjects()->size(), 1U);
-}
-
-TEST_F(WithHome, ExternalDataStandsAsideOnlyWhileAStoreIsMigrated) {
-  const std::string external = home / "Documents/.Wortmeister_SUPPORT/_EXTERNAL_DATA";
-  std::filesystem::create_directories(external);
-  std::ofstream(external + "/blob") << "blob";
-  (void)model().mainObjectContext();  // a new store counts as one to migrate
-  EXPECT_TRUE(std::filesystem::exists(external + "/blob"));
-  EXPECT_FALSE(std::filesystem::exists(home / "Documents/tmpPathToReplacementData"));
-}
-
-using DeathTest = WithHome;
-
-TEST_F(DeathTest, AStoreThatCantBeOpenedEndsTheProcessAndStaysAsItWas) {
-  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  const std::string path = home / "Documents/Wortmeister.sqlite";
-  std::filesystem::create_directories(home / "Documents");
-  for (const std::string& content :
-       {std::string("not a database"), std::string(), std::string(4096, 'x')}) {
-    std::ofstream(path, std::ios::trunc) << content;
-    EXPECT_DEATH((void)model().mainObjectContext(), "The data store can't be opened: ");
-    std::ifstream file(path);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), content);
+TEST_F(CoreDataModel, ThereIsOneForThreadsThatStartTogether) {
+  for (int round = 0; round < 300; ++round) {
+    ZYMCoreDataModel::tearDown();
+    std::array<const ZYMCoreDataModel*, 4> seen{};
+    {
+      std::barrier together(4);
+      std::vector<std::jthread> threads;
+      for (auto& each : seen) {
+        threads.emplace_back([&] {
+          together.arrive_and_wait();
+          each = &model();
+        });
+      }
+    }
+    ASSERT_EQ(std::set(seen.begin(), seen.end()).size(), 1U);
   }
 }
 
-TEST_F(DeathTest, NoObjectModelEndsTheProcess) {
-  ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  NSBundle::setMainBundle(NSBundle(home.path(), "org.example", "1"));
-  EXPECT_DEATH((void)model().mainObjectContext(), "WortmeisterCoreDataModel.momd");
+TEST_F(CoreDataModel, ARunOfTheLoopMayCloseAnUndoGroup) {
+  (void)context();
+  {
+    ZYMUndoGroup group;
+    addHop("Fuggle");
+    endTurn();
+    EXPECT_EQ(undoManager().groupingLevel(), 0U);
+    addHop("Goldings");
+    EXPECT_NO_THROW(group.closeAndSave("Add Hops", ""));
+  }
+  EXPECT_FALSE(context().hasChanges());
+  EXPECT_EQ(undoManager().undoActionName(), "Add Hops");
+  endTurn();
+  undoManager().undo();
+  EXPECT_EQ(hops(), 1U);
+  {
+    const ZYMUndoGroup left;
+    endTurn();
+  }
+  EXPECT_EQ(undoManager().groupingLevel(), 0U);
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/platform/values/PlistKey.h"
 
-/// The keys of the records of the libraries, the stock and the orders, beyond those that recipes
-/// and batches share with them.
+/// The keys of the records of the libraries and of groups, beyond those that recipes and batches
+/// share with them.
 namespace zym::keys {
 
 // Waters.
@@ -48,22 +48,6 @@ inline constexpr KeyName MinColor{"MinColor"};
 inline constexpr KeyName MaxColor{"MaxColor"};
 inline constexpr KeyName MinABV{"MinABV"};
 inline constexpr KeyName MaxABV{"MaxABV"};
-
-// Inventory items and their lots.
-inline constexpr KeyName IngredientType{"IngredientType"};
-inline constexpr KeyName AmountInStock{"AmountInStock"};
-inline constexpr KeyName BatchName{"BatchName"};
-inline constexpr KeyName DeliveredOn{"DeliveredOn"};  // dates
-inline constexpr KeyName ExpiresOn{"ExpiresOn"};
-
-// Orders and their lines.
-inline constexpr KeyName OrderDate{"OrderDate"};  // dates
-inline constexpr KeyName DeliveryDate{"DeliveryDate"};
-inline constexpr KeyName SupplierUUID{"SupplierUUID"};
-inline constexpr KeyName OrderItems{"OrderItems"};
-inline constexpr KeyName IngredientUUID{"IngredientUUID"};
-inline constexpr KeyName Status{"Status"};
-inline constexpr KeyName OrderUUID{"OrderUUID"};
 
 // Groups.
 inline constexpr KeyName GroupName{"GroupName"};

@@ -1,6 +1,7 @@
 #include "zymcore/library/ZYMFermentables.h"
 
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/store/entities/ZYMFermentableEntity.h"
 
 namespace zym {
 namespace {
@@ -23,6 +24,6 @@ ZYMFermentables& ZYMFermentables::sharedInstance() {
 }
 
 ZYMFermentables::ZYMFermentables()
-    : ZYMFlatLibrary("ZYMFermentableEntity", keys::Ingredient, defaults) {}
+    : ZYMFlatLibrary(ZYMFermentableEntity::entityName, keys::Ingredient, defaults) {}
 
 }  // namespace zym

@@ -1,17 +1,9 @@
 #include "zymcore/library/ZYMFlatLibrary.h"
 
 #include "zymcore/documents/ZYMLocalization.h"
-#include "zymcore/platform/values/NSException.h"
+#include "zymcore/store/FirstOf.h"
 
 namespace zym {
-namespace {
-
-[[noreturn]] void noFirst() {
-  throw NSException(NSRangeException, "index 0 beyond bounds for empty array");
-}
-
-}  // namespace
-
 void ZYMFlatLibrary::prepareNewItem(PlistDictionary& item) {
   for (const Default& value : defaults_) {
     if (value.comment.empty()) {
@@ -23,21 +15,19 @@ void ZYMFlatLibrary::prepareNewItem(PlistDictionary& item) {
 }
 
 PlistDictionary ZYMFlatLibrary::firstItem() {
-  const PlistArray items = allItems();
-  if (items.empty()) noFirst();
-  return *items.find(0)->dictionary();
+  return *firstOf(allItems()).dictionary();
 }
 
 PlistArray ZYMFlatLibrary::allItemsWithoutFirst() {
   PlistArray items = allItems();
-  if (items.empty()) noFirst();
+  (void)firstOf(items);
   items.remove(0);
   return items;
 }
 
 std::vector<ZYMSummary> ZYMFlatLibrary::summariesWithoutFirst() const {
   std::vector<ZYMSummary> rows = rowsOfAllItems();
-  if (rows.empty()) noFirst();
+  (void)firstOf(rows);
   rows.erase(rows.begin());
   return rows;
 }

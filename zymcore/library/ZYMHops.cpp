@@ -1,6 +1,7 @@
 #include "zymcore/library/ZYMHops.h"
 
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/store/entities/ZYMHopEntity.h"
 
 namespace zym {
 namespace {
@@ -18,6 +19,6 @@ ZYMHops& ZYMHops::sharedInstance() {
   return *instance;
 }
 
-ZYMHops::ZYMHops() : ZYMFlatLibrary("ZYMHopEntity", keys::Variety, defaults) {}
+ZYMHops::ZYMHops() : ZYMFlatLibrary(ZYMHopEntity::entityName, keys::Variety, defaults) {}
 
 }  // namespace zym

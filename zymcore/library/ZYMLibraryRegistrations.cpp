@@ -8,25 +8,35 @@
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
+#include "zymcore/store/entities/ZYMFermentableEntity.h"
+#include "zymcore/store/entities/ZYMHopEntity.h"
+#include "zymcore/store/entities/ZYMMashScheduleEntity.h"
+#include "zymcore/store/entities/ZYMOtherIngredientEntity.h"
+#include "zymcore/store/entities/ZYMProfileEntity.h"
+#include "zymcore/store/entities/ZYMSupplierEntity.h"
+#include "zymcore/store/entities/ZYMWaterEntity.h"
+#include "zymcore/store/entities/ZYMYeastEntity.h"
 
 namespace zym {
 namespace {
 
 template <class Library>
-ZYMCachingModel& sharedInstanceOf() {
+ZYMCachingModel& of() {
   return Library::sharedInstance();
 }
 
+// clang-format off
 constexpr ZYMLibraryRegistry::Library libraries[] = {
-    {"ZYMFermentableEntity", words::Fermentable, sharedInstanceOf<ZYMFermentables>},
-    {"ZYMHopEntity", words::Hop, sharedInstanceOf<ZYMHops>},
-    {"ZYMOtherIngredientEntity", words::Other, sharedInstanceOf<ZYMOtherIngredients>},
-    {"ZYMYeastEntity", words::Yeast, sharedInstanceOf<ZYMYeasts>},
-    {"ZYMMashScheduleEntity", "", sharedInstanceOf<ZYMMashSchedules>},
-    {"ZYMProfileEntity", "", sharedInstanceOf<ZYMProfiles>},
-    {"ZYMWaterEntity", "", sharedInstanceOf<ZYMWaters>},
-    {"ZYMSupplierEntity", "", sharedInstanceOf<ZYMSuppliers>},
+    {ZYMFermentableEntity::entityName,     words::Fermentable, "Fermentables",     KeyName{"FermentablesVersion"},     of<ZYMFermentables>},
+    {ZYMHopEntity::entityName,             words::Hop,         "Hops",             KeyName{"HopsVersion"},             of<ZYMHops>},
+    {ZYMOtherIngredientEntity::entityName, words::Other,       "OtherIngredients", KeyName{"OtherIngredientsVersion"}, of<ZYMOtherIngredients>},
+    {ZYMYeastEntity::entityName,           words::Yeast,       "Yeasts",           KeyName{"YeastsVersion"},           of<ZYMYeasts>},
+    {ZYMMashScheduleEntity::entityName,    "",                 "Mash Schedules",   KeyName{"MashSchedulesVersion"},    of<ZYMMashSchedules>},
+    {ZYMProfileEntity::entityName,         "",                 "Profiles",         KeyName{"ProfilesVersion"},         of<ZYMProfiles>},
+    {ZYMWaterEntity::entityName,           "",                 "Waters",           KeyName{"WatersVersion"},           of<ZYMWaters>},
+    {ZYMSupplierEntity::entityName,        "",                 "Retailers",        KeyName{"RetailersVersion"},        of<ZYMSuppliers>},
 };
+// clang-format on
 
 bool registerLibraries() {
   for (const ZYMLibraryRegistry::Library& library : libraries) {

@@ -70,8 +70,7 @@ std::optional<PlistDictionary> ZYMMashSchedules::addNewStepToMashScheduleWithUUI
   ZYMMashScheduleEntity* schedule = firstScheduleWithUUID(uuid);
   if (!schedule) return std::nullopt;
   ZYMUndoGroup group;
-  ZYMMashStepEntity& step =
-      ZYMMashStepEntity::insertInContext(*ZYMCoreDataModel::sharedInstance().mainObjectContext());
+  ZYMMashStepEntity& step = ZYMMashStepEntity::insertInContext(mainContext());
   PlistDictionary record{{keys::StepType, words::RestAt},
                          {keys::Duration, "0.000000"},
                          {keys::Temperature, "60.000000"},
@@ -79,7 +78,7 @@ std::optional<PlistDictionary> ZYMMashSchedules::addNewStepToMashScheduleWithUUI
   step.updateWithDictionaryRepresentation(record);
   step.setValue_forKey(std::ssize(schedule->objectsForKey(relationships::steps)),
                        attributes::index);
-  step.setObject_forKey(schedule, relationships::schedule);
+  schedule->addStepsObject(step);
   schedule->setDateLastModified(NSDate::date());
   group.closeAndSave("Add Step", "ZYMMashSchedules.addNewStepToMashScheduleWithUUID");
   return record;

@@ -1,6 +1,7 @@
 #include "zymcore/library/ZYMOtherIngredients.h"
 
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/store/entities/ZYMOtherIngredientEntity.h"
 
 namespace zym {
 namespace {
@@ -18,6 +19,6 @@ ZYMOtherIngredients& ZYMOtherIngredients::sharedInstance() {
 }
 
 ZYMOtherIngredients::ZYMOtherIngredients()
-    : ZYMFlatLibrary("ZYMOtherIngredientEntity", keys::Ingredient, defaults) {}
+    : ZYMFlatLibrary(ZYMOtherIngredientEntity::entityName, keys::Ingredient, defaults) {}
 
 }  // namespace zym

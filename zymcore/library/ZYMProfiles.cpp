@@ -11,9 +11,9 @@
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/internal/ProfileValues.h"
 #include "zymcore/platform/host/NSUserDefaults.h"
-#include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSNotFound.h"
 #include "zymcore/platform/values/NumberText.h"
+#include "zymcore/store/FirstOf.h"
 #include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/ZYMProfileEntity.h"
 
@@ -42,15 +42,8 @@ constexpr KeyName comparedVolumes[] = {keys::PreBoilVolume,     keys::PostBoilVo
                                        keys::VolumeAtPitching,  keys::FinishedBatchVolume};
 
 std::string firstSchedule() {
-  const std::vector<ZYMSummary> rows = ZYMMashSchedules::sharedInstance().summariesforAllItems();
+  const std::vector<ZYMSummary> rows = ZYMMashSchedules::sharedInstance().rowsOfAllItems();
   return rows.empty() ? "" : rows.front().uuid.value_or("");
-}
-
-const PlistDictionary& firstOf(const PlistArray& waters) {
-  if (waters.empty()) {
-    throw NSException(NSRangeException, "index 0 beyond bounds for empty array of waters");
-  }
-  return *waters.find(0)->dictionary();
 }
 
 void setDefaults(PlistDictionary& profile, const std::string& water) {
@@ -83,7 +76,7 @@ PlistDictionary ZYMProfiles::tempProfile() {
   PlistDictionary profile{{keys::UUID, uuid()}, {keys::DateLastModified, NSDate::date()}};
   sharedInstance().ZYMFlatLibrary::prepareNewItem(profile);
   const PlistArray waters = ZYMWaters::sharedInstance().allItems();
-  setDefaults(profile, std::string(firstOf(waters).stringValue(keys::UUID)));
+  setDefaults(profile, std::string(firstOf(waters).dictionary()->stringValue(keys::UUID)));
   return profile;
 }
 
@@ -121,9 +114,10 @@ PlistDictionary ZYMProfiles::defaultProfile() {
   return profile;
 }
 
-void ZYMProfiles::updateRecipe_withProfile(PlistDictionary& recipe,
-                                           const PlistDictionary& profile) {
-  recipe.set(keys::Profile, duplicate(profile));
+void ZYMProfiles::updateRecipe_withProfile(PlistDictionary& recipe, const PlistDictionary& given) {
+  // The profile given may be the very one that the recipe holds, and is about to lose.
+  const PlistDictionary profile = duplicate(given);
+  recipe.set(keys::Profile, profile);
   for (const ProfileValue& value : profileValues) {
     copyValue(profile, value.inProfile, recipe, value.inRecipe);
   }
@@ -137,7 +131,7 @@ void ZYMProfiles::updateRecipe_withProfile(PlistDictionary& recipe,
   const auto knownWater = [&](KeyName key) {
     const std::string_view uuid = profile.stringValue(key);
     const bool isKnown = indexOfObjectWithUUID(waters, uuid) != NSNotFound;
-    return isKnown ? uuid : firstOf(waters).stringValue(keys::UUID);
+    return isKnown ? uuid : firstOf(waters).dictionary()->stringValue(keys::UUID);
   };
   recipe.set(keys::TargetWaterProfileUsedUUID, knownWater(keys::PreferredTargetWaterUUID));
   recipe.set(keys::BaseWaterProfileUsedUUID, knownWater(keys::PreferredBaseWaterUUID));

@@ -1,6 +1,7 @@
 #include "zymcore/library/ZYMSuppliers.h"
 
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/store/entities/ZYMSupplierEntity.h"
 
 namespace zym {
 namespace {
@@ -20,7 +21,8 @@ ZYMSuppliers& ZYMSuppliers::sharedInstance() {
   return *instance;
 }
 
-ZYMSuppliers::ZYMSuppliers() : ZYMFlatLibrary("ZYMSupplierEntity", keys::Name, defaults) {}
+ZYMSuppliers::ZYMSuppliers()
+    : ZYMFlatLibrary(ZYMSupplierEntity::entityName, keys::Name, defaults) {}
 
 PlistArray ZYMSuppliers::allSuppliers() {
   return allItems();

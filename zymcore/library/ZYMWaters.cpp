@@ -24,7 +24,7 @@ ZYMWaters& ZYMWaters::sharedInstance() {
   return *instance;
 }
 
-ZYMWaters::ZYMWaters() : ZYMFlatLibrary("ZYMWaterEntity", keys::Name, defaults) {}
+ZYMWaters::ZYMWaters() : ZYMFlatLibrary(ZYMWaterEntity::entityName, keys::Name, defaults) {}
 
 std::optional<PlistDictionary> ZYMWaters::waterWithName(std::string_view name) const {
   const auto found =

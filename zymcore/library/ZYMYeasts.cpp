@@ -2,7 +2,7 @@
 
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
-#include "zymcore/platform/values/NSException.h"
+#include "zymcore/store/FirstOf.h"
 #include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/ZYMYeastEntity.h"
 
@@ -24,7 +24,7 @@ ZYMYeasts& ZYMYeasts::sharedInstance() {
   return *instance;
 }
 
-ZYMYeasts::ZYMYeasts() : ZYMFlatLibrary("ZYMYeastEntity", keys::Name, defaults) {}
+ZYMYeasts::ZYMYeasts() : ZYMFlatLibrary(ZYMYeastEntity::entityName, keys::Name, defaults) {}
 
 PlistDictionary ZYMYeasts::noChosenYeast() {
   return firstItem();
@@ -36,7 +36,7 @@ PlistArray ZYMYeasts::allItemsWithoutNoChosenYeastOption() {
 
 std::vector<ZYMSummary> ZYMYeasts::summariesforAllItemsWithoutNoChosenYeastOption() {
   std::vector<ZYMSummary> rows = summariesforAllItems();
-  if (rows.empty()) throw NSException(NSRangeException, "index 0 beyond bounds for empty array");
+  (void)firstOf(rows);
   rows.erase(rows.begin());
   return rows;
 }

@@ -3,11 +3,12 @@
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
-#include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NumberText.h"
+#include "zymcore/store/FirstOf.h"
 #include "zymcore/store/ZYMCachingModel.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym {
 namespace {
@@ -44,13 +45,11 @@ std::optional<PlistValue> withNewUUID(NSManagedObject& object, KeyName attribute
 
 std::optional<PlistValue> orFirstWater(NSManagedObject& object, KeyName attribute) {
   if (const PlistValue* uuid = object.valueForKey(attribute)) return *uuid;
-  ZYMCachingModel* waters = ZYMLibraryRegistry::sharedInstance().libraryOfEntity("ZYMWaterEntity");
+  ZYMCachingModel* waters =
+      ZYMLibraryRegistry::sharedInstance().libraryOfEntity(ZYMWaterEntity::entityName);
   const std::vector<ZYMSummary> rows =
-      waters ? waters->summariesforAllItems() : std::vector<ZYMSummary>();
-  if (rows.empty()) {
-    throw NSException(NSRangeException, "index 0 beyond bounds for empty array of waters");
-  }
-  const std::optional<std::string>& first = rows.front().uuid;
+      waters ? waters->rowsOfAllItems() : std::vector<ZYMSummary>();
+  const std::optional<std::string>& first = firstOf(rows).uuid;
   return first ? std::optional<PlistValue>(*first) : std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 // The records of all entities, as tables: attribute, key, how it is written, how it is read.
 
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/StockKeys.h"
 #include "zymcore/store/RecordForm.h"
 #include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/ZYMFermentableEntity.h"

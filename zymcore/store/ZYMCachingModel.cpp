@@ -1,7 +1,6 @@
 #include "zymcore/store/ZYMCachingModel.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 
 #include "zymcore/documents/NSDictionaryExtensions.h"
@@ -17,13 +16,10 @@
 #include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/SummaryRows.h"
 #include "zymcore/store/entities/ZYMEntityFetch.h"
+#include "zymcore/store/entities/ZYMSupplierEntity.h"
 
 namespace zym {
 namespace {
-
-constexpr std::array<std::string_view, 4> ingredientEntities = {
-    "ZYMFermentableEntity", "ZYMHopEntity", "ZYMOtherIngredientEntity", "ZYMYeastEntity"};
-constexpr std::string_view supplierEntity = "ZYMSupplierEntity";
 
 [[noreturn]] void mustBeOverridden(const char* operation) {
   throw NSException(NSInternalInconsistencyException,
@@ -66,18 +62,32 @@ std::int64_t indexOfMostSimilar(std::string_view text, std::size_t count, TextAt
   return bestIndex;
 }
 
-NSManagedObject& mostSimilar(std::string_view text,
-                             const std::vector<NSManagedObject*>& candidates) {
-  const std::int64_t index = indexOfMostSimilar(text, candidates.size(), [&](std::size_t i) {
-    const std::string* name = candidates[i]->stringForKey(attributes::name);
-    return name ? std::string_view(*name) : std::string_view();
-  });
-  if (index < 0) {
-    throw NSException(NSRangeException,
-                      "index -1 beyond bounds for array of " + std::to_string(candidates.size()));
+/// Objects by the names that their records show.
+class Candidates {
+ public:
+  Candidates(std::vector<NSManagedObject*> objects, KeyName nameKey)
+      : objects_(std::move(objects)) {
+    names_.reserve(objects_.size());
+    for (NSManagedObject* object : objects_) {
+      const auto name = static_cast<ZYMRecordEntity*>(object)->valueInRecord(nameKey);
+      names_.push_back(name && name->string() ? *name->string() : "");
+    }
   }
-  return *candidates[static_cast<std::size_t>(index)];
-}
+  /// Only the record that is found is made.
+  [[nodiscard]] PlistDictionary mostSimilarTo(std::string_view text) const {
+    const std::int64_t index = indexOfMostSimilar(
+        text, names_.size(), [&](std::size_t i) { return std::string_view(names_[i]); });
+    if (index < 0) {
+      throw NSException(NSRangeException,
+                        "index -1 beyond bounds for array of " + std::to_string(names_.size()));
+    }
+    return recordOf(*objects_[static_cast<std::size_t>(index)]);
+  }
+
+ private:
+  std::vector<NSManagedObject*> objects_;
+  std::vector<std::string> names_;
+};
 
 std::string_view textOf(const PlistValue& element, const std::optional<KeyName>& key) {
   const PlistDictionary* record = element.dictionary();
@@ -96,8 +106,7 @@ void ZYMCachingModel::prepareNewItem(PlistDictionary& /*item*/) {
 }
 
 bool ZYMCachingModel::isIngredient() const {
-  return std::find(ingredientEntities.begin(), ingredientEntities.end(), entityClass()) !=
-         ingredientEntities.end();
+  return ZYMLibraryRegistry::sharedInstance().isIngredient(entityClass());
 }
 
 ZYMCachingModel::Objects ZYMCachingModel::objectsSortedOnName() const {
@@ -175,7 +184,7 @@ void ZYMCachingModel::removeItemWithUUID(const std::optional<std::string>& uuid)
   ZYMUndoGroup group;
   const ZYMLibraryRegistry& registry = ZYMLibraryRegistry::sharedInstance();
   if (isIngredient()) registry.removeOrderItemsForIngredientWithUUID(uuid);
-  if (entityClass() == supplierEntity) registry.removeOrdersForSupplierUUID(uuid);
+  if (entityClass() == ZYMSupplierEntity::entityName) registry.removeOrdersForSupplierUUID(uuid);
   mainContext().deleteObject(*object);
   group.closeAndSave("Delete Item", "ZYMCachingModel.removeItemWithUUID");
 }
@@ -227,7 +236,6 @@ std::int64_t ZYMCachingModel::indexOfMostSimilarObjectToString_inArray_forKey(
                             [&](std::size_t i) { return textOf(*array->find(i), key); });
 }
 
-// Only the record that is found is made, unless values are asked for.
 PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingKeysAndValues(
     std::string_view text, const PlistDictionary* keysAndValues) {
   Objects candidates = objectsSortedOnName();
@@ -238,15 +246,15 @@ PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingK
     });
     if (!matching.empty()) candidates = matching;
   }
-  return recordOf(mostSimilar(text, candidates));
+  return Candidates(std::move(candidates), nameKeyInRecords_).mostSimilarTo(text);
 }
 
 std::vector<PlistDictionary> ZYMCachingModel::ingredientsWithNamesMostSimilarToStrings(
     const std::vector<std::string>& texts) {
   std::vector<PlistDictionary> records;
   if (texts.empty()) return records;
-  const Objects candidates = objectsSortedOnName();
-  for (const std::string& text : texts) records.push_back(recordOf(mostSimilar(text, candidates)));
+  const Candidates candidates(objectsSortedOnName(), nameKeyInRecords_);
+  for (const std::string& text : texts) records.push_back(candidates.mostSimilarTo(text));
   return records;
 }
 

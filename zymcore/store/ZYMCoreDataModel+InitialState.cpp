@@ -7,46 +7,30 @@
 namespace zym {
 namespace {
 
-constexpr KeyName Version{"Version"};
+using Library = ZYMLibraryRegistry::Library;
 
-// The seed files of the host, in the order in which they are read.
-struct Seed {
-  std::string_view resource;  // also the key of its records
-  std::string_view entity;
-  KeyName installedVersion;  // user default
-};
-constexpr Seed seeds[] = {
-    {"Fermentables", "ZYMFermentableEntity", KeyName{"FermentablesVersion"}},
-    {"Hops", "ZYMHopEntity", KeyName{"HopsVersion"}},
-    {"OtherIngredients", "ZYMOtherIngredientEntity", KeyName{"OtherIngredientsVersion"}},
-    {"Yeasts", "ZYMYeastEntity", KeyName{"YeastsVersion"}},
-    {"Mash Schedules", "ZYMMashScheduleEntity", KeyName{"MashSchedulesVersion"}},
-    {"Profiles", "ZYMProfileEntity", KeyName{"ProfilesVersion"}},
-    {"Waters", "ZYMWaterEntity", KeyName{"WatersVersion"}},
-    {"Retailers", "ZYMSupplierEntity", KeyName{"RetailersVersion"}},
-};
+constexpr KeyName Version{"Version"};
 
 // A file that is missing has neither records nor a version: the library then counts as not
 // installed.
-void install(const Seed& seed, const PlistDictionary& file) {
-  ZYMCachingModel* library = ZYMLibraryRegistry::sharedInstance().libraryOfEntity(seed.entity);
-  const PlistValue* records = file.find(KeyName(seed.resource));
-  if (library && records && records->dictionary()) {
-    library->addItemsFromDictionary(*records->dictionary());
+void install(const Library& row, const PlistDictionary& file) {
+  const PlistValue* records = file.find(KeyName(row.seed));
+  if (records && records->dictionary()) {
+    row.sharedInstance().addItemsFromDictionary(*records->dictionary());
   }
-  if (library && records && records->array()) library->addItemsFromArray(*records->array());
+  if (records && records->array()) row.sharedInstance().addItemsFromArray(*records->array());
 
   NSUserDefaults& defaults = NSUserDefaults::standardUserDefaults();
   if (const PlistValue* version = file.find(Version)) {
-    defaults.setObject_forKey(*version, seed.installedVersion);
+    defaults.setObject_forKey(*version, row.installedVersion);
   } else {
-    defaults.removeObjectForKey(seed.installedVersion);
+    defaults.removeObjectForKey(row.installedVersion);
   }
 }
 
-bool isInstalled(const Seed& seed, const PlistDictionary& file) {
+bool isInstalled(const Library& row, const PlistDictionary& file) {
   const std::optional<std::string> installed =
-      NSUserDefaults::standardUserDefaults().stringForKey(seed.installedVersion);
+      NSUserDefaults::standardUserDefaults().stringForKey(row.installedVersion);
   const std::string* version = file.string(Version);
   return installed && version && *installed == *version;
 }
@@ -54,8 +38,9 @@ bool isInstalled(const Seed& seed, const PlistDictionary& file) {
 }  // namespace
 
 void ZYMCoreDataModel::installInitialState() {
-  for (const Seed& seed : seeds) {
-    install(seed, resourceDictionary(seed.resource).value_or(PlistDictionary()));
+  const Lock lock = lockDataFolder();
+  for (const Library& row : ZYMLibraryRegistry::sharedInstance().libraries()) {
+    install(row, resourceDictionary(row.seed).value_or(PlistDictionary()));
   }
   NSUserDefaults::standardUserDefaults().synchronize();
   NSNotificationCenter::defaultCenter().postNotificationName_object(
@@ -63,11 +48,14 @@ void ZYMCoreDataModel::installInitialState() {
 }
 
 void ZYMCoreDataModel::checkVersionsAndUpdateIfNecessary() {
+  // What another process has installed meanwhile is read with its version.
+  const Lock lock = lockDataFolder();
+  NSUserDefaults::standardUserDefaults().synchronize();
   bool changed = false;
-  for (const Seed& seed : seeds) {
-    const PlistDictionary file = resourceDictionary(seed.resource).value_or(PlistDictionary());
-    if (isInstalled(seed, file)) continue;
-    install(seed, file);
+  for (const Library& row : ZYMLibraryRegistry::sharedInstance().libraries()) {
+    const PlistDictionary file = resourceDictionary(row.seed).value_or(PlistDictionary());
+    if (isInstalled(row, file)) continue;
+    install(row, file);
     changed = true;
   }
   NSUserDefaults::standardUserDefaults().synchronize();

@@ -30,7 +30,8 @@ void logFailure(const NSError& error) {
 void ZYMCoreDataModel::saveNow() {
   if (const std::shared_ptr<NSTimer> timer = saveTimer_.lock()) timer->invalidate();
   saveTimer_.reset();
-  if (!mainContext_ || !mainContext_->hasChanges()) return;
+  NSManagedObjectContext* context = contextIfMade();
+  if (!context || !context->hasChanges()) return;
 
   bool saved = false;
   NSError error;
@@ -41,9 +42,9 @@ void ZYMCoreDataModel::saveNow() {
   };
   try {
     try {
-      mainContext_->performBlockAndWait([&] { saved = mainContext_->save(&error); });
+      context->performBlockAndWait([&] { saved = context->save(&error); });
     } catch (const NSException&) {
-      saved = mainContext_->save(&error);
+      saved = context->save(&error);
     }
   } catch (...) {
     report();
@@ -61,7 +62,7 @@ void ZYMCoreDataModel::timedSave(NSTimer& /*timer*/) {
 }
 
 void ZYMCoreDataModel::mergeSavedContext(const NSNotification& notification) {
-  if (notification.object == mainContext_.get()) return;
+  if (notification.object == contextIfMade()) return;
   if (!NSRunLoop::isMainThread()) {
     NSRunLoop::mainRunLoop().performOnMainThreadAndWait([&] { mergeSavedContext(notification); });
     return;

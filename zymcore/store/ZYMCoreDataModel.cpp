@@ -1,14 +1,20 @@
 #include "zymcore/store/ZYMCoreDataModel.h"
 
 #include <cstdlib>
+#include <exception>
+#include <mutex>
+#include <utility>
 
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/events/NSUndoManager.h"
+#include "zymcore/platform/host/FileLock.h"
 #include "zymcore/platform/host/NSBundle.h"
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/host/NSSearchPath.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSLog.h"
+#include "zymcore/platform/values/ProcessTearDown.h"
+#include "zymcore/store/internal/DataFolderCopy.h"
 #include "zymcore/store/internal/EntityClasses.h"
 
 namespace zym {
@@ -22,6 +28,12 @@ std::string made(const std::string& folder) {
   NSFileManager::createDirectoryAtPath(folder);
   return folder;
 }
+
+constexpr const char* lockName = ".Wortmeister.lock";
+// Filling a store takes seconds. Whoever holds the lock for longer is stopped or broken.
+constexpr double secondsToWaitForLock = 120;
+
+TearDownPlace placeAmongServices(&ZYMCoreDataModel::tearDown);
 
 [[noreturn]] void abortWithoutStore(const std::string& reason) {
   NSLog("The data store can't be opened: " + reason);
@@ -58,13 +70,26 @@ std::unique_ptr<ZYMCoreDataModel>& ZYMCoreDataModel::instance() {
 }
 
 ZYMCoreDataModel& ZYMCoreDataModel::sharedInstance() {
+  static std::mutex guard;
+  const std::lock_guard lock(guard);
   std::unique_ptr<ZYMCoreDataModel>& model = instance();
-  if (!model) model.reset(new ZYMCoreDataModel());
+  if (!model) {
+    model.reset(new ZYMCoreDataModel());
+    placeAmongServices.take();
+  }
   return *model;
 }
 
-void ZYMCoreDataModel::tearDown() {
-  instance().reset();
+void ZYMCoreDataModel::tearDown() noexcept {
+  if (!instance()) return;
+  try {
+    instance()->saveNow();
+  } catch (const std::exception& fault) {
+    NSLog(std::string("An observer of the last save failed: ") + fault.what());
+  } catch (...) {
+    NSLog("An observer of the last save failed.");
+  }
+  const std::unique_ptr<ZYMCoreDataModel> going = std::move(instance());
 }
 
 ZYMCoreDataModel::ZYMCoreDataModel() {
@@ -74,10 +99,6 @@ ZYMCoreDataModel::ZYMCoreDataModel() {
       center.addObserverForName_object(NSUndoManagerDidUndoChangeNotification, nullptr, reload);
   redone_ =
       center.addObserverForName_object(NSUndoManagerDidRedoChangeNotification, nullptr, reload);
-}
-
-ZYMCoreDataModel::~ZYMCoreDataModel() {
-  saveNow();
 }
 
 std::string ZYMCoreDataModel::oldV2Path() const {
@@ -136,6 +157,7 @@ const std::shared_ptr<NSManagedObjectModel>& ZYMCoreDataModel::objectModel() {
 const std::shared_ptr<NSPersistentStoreCoordinator>&
 ZYMCoreDataModel::persistentStoreCoordinator() {
   if (!coordinator_) {
+    const Lock lock = lockDataFolder();
     const std::string storePath = newV2Path() + "/" + kDataManagerSQLiteName;
     copyOldFolderIfNeeded(storePath);
     openStore(storePath);
@@ -143,18 +165,27 @@ ZYMCoreDataModel::persistentStoreCoordinator() {
   return coordinator_;
 }
 
+ZYMCoreDataModel::Lock ZYMCoreDataModel::lockDataFolder() {
+  if (Lock held = lock_.lock()) return held;
+  const std::string path = newV2Path() + "/" + lockName;
+  const std::shared_ptr<FileLock> lock(new FileLock(FileLock::ofFile(path, secondsToWaitForLock)));
+  if (lock->state() == FileLock::State::InUse) NSLog(path + " is held by another process");
+  lock_ = lock;
+  return lock;
+}
+
 void ZYMCoreDataModel::copyOldFolderIfNeeded(const std::string& storePath) {
-  if (NSFileManager::fileExistsAtPath(storePath)) return;
+  if (NSFileManager::fileExistsAtPath(storePath)) {
+    removeRemainsOfCopy(newV2Path());
+    return;
+  }
   const std::string from = oldV2Path();
-  const std::string to = newV2Path();
   if (!NSFileManager::fileExistsAtPath(from + "/" + kDataManagerSQLiteName)) {
     firstRun_ = true;
     return;
   }
-  for (const std::string& name :
-       NSFileManager::contentsOfDirectoryAtPath(from).value_or(std::vector<std::string>())) {
-    NSFileManager::copyItemAtPath_toPath(from + "/" + name, to + "/" + name);
-  }
+  NSError error;
+  if (!copyDataFolder(from, newV2Path(), &error)) abortWithoutStore(error.localizedDescription);
 }
 
 void ZYMCoreDataModel::openStore(const std::string& storePath) {
@@ -169,28 +200,30 @@ void ZYMCoreDataModel::openStore(const std::string& storePath) {
           {{NSMigratePersistentStoresAutomaticallyOption, true},
            {NSInferMappingModelAutomaticallyOption, true}},
           &error)) {
-    abortWithoutStore(error.localizedDescription);
+    std::abort();  // without a message, which is the host's
   }
   externalData.putBack();
   coordinator_ = std::move(coordinator);
 }
 
 NSManagedObjectContext* ZYMCoreDataModel::mainObjectContext() {
-  if (mainContext_) return mainContext_.get();
+  if (NSManagedObjectContext* context = contextIfMade()) return context;
   if (!NSRunLoop::isMainThread()) {
     NSRunLoop::mainRunLoop().performOnMainThreadAndWait([this] { (void)mainObjectContext(); });
-    return mainContext_.get();
+    return contextIfMade();
   }
+  // A host that fills the store when it is told of the first run does so before others open it.
+  const Lock lock = lockDataFolder();
   const std::shared_ptr<NSPersistentStoreCoordinator>& coordinator = persistentStoreCoordinator();
   if (!coordinator) return nullptr;
-  auto context = std::make_unique<NSManagedObjectContext>(NSMainQueueConcurrencyType);
-  context->setPersistentStoreCoordinator(coordinator);
-  mainContext_ = std::move(context);
+  mainContext_ = std::make_unique<NSManagedObjectContext>(NSMainQueueConcurrencyType);
+  mainContext_->setPersistentStoreCoordinator(coordinator);
+  madeContext_.store(mainContext_.get(), std::memory_order_release);
   if (firstRun_) {
     postNotificationOnMainThreadWithName(CoreDataModelReloadNowNotification);
     postNotificationOnMainThreadWithName(CoreDataModelFirstRunNotification);
   }
-  return mainContext_.get();
+  return contextIfMade();
 }
 
 NSManagedObjectContext& mainContext() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -32,12 +33,14 @@ inline constexpr const char* CoreDataModelReloadNowNotification =
 /// opened before somebody asks for the context; the host sets `dataStorage` before that.
 class ZYMCoreDataModel {
  public:
+  /// From any thread.
   [[nodiscard]] static ZYMCoreDataModel& sharedInstance();
-  /// Saves and lets go of the store, its context and all objects in it. The next
-  /// `sharedInstance` starts afresh.
-  static void tearDown();
+  /// Saves, which observers hear while the model is still there, and then lets go of the store, its
+  /// context and all objects in it. What an observer throws is logged. The next `sharedInstance`
+  /// starts afresh. Main thread.
+  static void tearDown() noexcept;
 
-  ~ZYMCoreDataModel();
+  ~ZYMCoreDataModel() = default;
   ZYMCoreDataModel(const ZYMCoreDataModel&) = delete;
   ZYMCoreDataModel& operator=(const ZYMCoreDataModel&) = delete;
 
@@ -61,8 +64,16 @@ class ZYMCoreDataModel {
   [[nodiscard]] std::string imagesFolderPath() const;
   [[nodiscard]] std::string historyFolderPath() const;
 
-  // Made on first use. A store that can't be opened ends the process, with a line in the log: a
-  // library that can't read its data must not go on beside it.
+  using Lock = std::shared_ptr<void>;
+  /// Keeps other processes from opening, filling and upgrading the data folder for as long as any
+  /// holder has it; waits for one that does. The operations below take it by themselves. A host
+  /// that opens the store and then fills it holds it around both, so that another that starts at
+  /// the same time finds the store filled. Main thread.
+  [[nodiscard]] Lock lockDataFolder();
+
+  // Made on first use. A store that can't be opened ends the process: a library that can't read its
+  // data must not go on beside it. So does an old folder whose store can't be copied; the next
+  // start tries again.
 
   /// The resource "WortmeisterCoreDataModel.momd" of the main bundle.
   [[nodiscard]] const std::shared_ptr<NSManagedObjectModel>& objectModel();
@@ -101,6 +112,9 @@ class ZYMCoreDataModel {
  private:
   ZYMCoreDataModel();
   static std::unique_ptr<ZYMCoreDataModel>& instance();
+  [[nodiscard]] NSManagedObjectContext* contextIfMade() const noexcept {
+    return madeContext_.load(std::memory_order_acquire);
+  }
   void copyOldFolderIfNeeded(const std::string& storePath);
   void openStore(const std::string& storePath);
 
@@ -110,6 +124,8 @@ class ZYMCoreDataModel {
   std::shared_ptr<NSManagedObjectModel> objectModel_;
   std::shared_ptr<NSPersistentStoreCoordinator> coordinator_;
   std::unique_ptr<NSManagedObjectContext> mainContext_;
+  std::atomic<NSManagedObjectContext*> madeContext_{nullptr};  // the same, for any thread
+  std::weak_ptr<void> lock_;
   std::weak_ptr<NSTimer> saveTimer_;
   NSNotificationCenter::Token undone_;
   NSNotificationCenter::Token redone_;

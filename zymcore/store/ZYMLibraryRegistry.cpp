@@ -10,27 +10,39 @@ ZYMLibraryRegistry& ZYMLibraryRegistry::sharedInstance() {
 }
 
 void ZYMLibraryRegistry::registerLibrary(const Library& library) {
-  std::erase_if(libraries_, [&](const Library& other) { return other.entity == library.entity; });
-  libraries_.push_back(library);
+  const auto known = std::ranges::find(libraries_, library.entity, &Library::entity);
+  if (known == libraries_.end()) {
+    libraries_.push_back(library);
+  } else {
+    *known = library;
+  }
 }
 
 void ZYMLibraryRegistry::registerOrders(Orders orders) {
   orders_ = std::move(orders);
 }
 
+const ZYMLibraryRegistry::Library* ZYMLibraryRegistry::rowWith(std::string_view Library::*field,
+                                                               std::string_view text) const {
+  const auto found = std::ranges::find(libraries_, text, field);
+  return found == libraries_.end() ? nullptr : &*found;
+}
+
 ZYMCachingModel* ZYMLibraryRegistry::libraryOfIngredientType(
     std::string_view ingredientType) const {
-  if (ingredientType.empty()) return nullptr;
-  const auto found = std::find_if(libraries_.begin(), libraries_.end(), [=](const Library& other) {
-    return other.ingredientType == ingredientType;
-  });
-  return found == libraries_.end() ? nullptr : &found->sharedInstance();
+  const Library* row =
+      ingredientType.empty() ? nullptr : rowWith(&Library::ingredientType, ingredientType);
+  return row ? &row->sharedInstance() : nullptr;
 }
 
 ZYMCachingModel* ZYMLibraryRegistry::libraryOfEntity(std::string_view entity) const {
-  const auto found = std::find_if(libraries_.begin(), libraries_.end(),
-                                  [=](const Library& other) { return other.entity == entity; });
-  return found == libraries_.end() ? nullptr : &found->sharedInstance();
+  const Library* row = rowWith(&Library::entity, entity);
+  return row ? &row->sharedInstance() : nullptr;
+}
+
+bool ZYMLibraryRegistry::isIngredient(std::string_view entity) const {
+  const Library* row = rowWith(&Library::entity, entity);
+  return row && !row->ingredientType.empty();
 }
 
 void ZYMLibraryRegistry::removeOrderItemsForIngredientWithUUID(

@@ -2,9 +2,12 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "zymcore/platform/values/PlistKey.h"
 
 namespace zym {
 
@@ -17,6 +20,8 @@ class ZYMLibraryRegistry {
   struct Library {
     std::string_view entity;          // such as "ZYMHopEntity"
     std::string_view ingredientType;  // such as "Hop"; empty for what is no ingredient
+    std::string_view seed;            // the resource of its first records, and their key in it
+    KeyName installedVersion;         // the user default that says which of it were installed
     ZYMCachingModel& (*sharedInstance)();
   };
   /// What orders do when something they are made of goes. The uuid may be absent.
@@ -36,12 +41,18 @@ class ZYMLibraryRegistry {
   [[nodiscard]] ZYMCachingModel* libraryOfIngredientType(std::string_view ingredientType) const;
   [[nodiscard]] ZYMCachingModel* libraryOfEntity(std::string_view entity) const;
 
+  [[nodiscard]] bool isIngredient(std::string_view entity) const;
+  /// In the order in which they were registered, which is that of installing their seeds.
+  [[nodiscard]] std::span<const Library> libraries() const noexcept { return libraries_; }
+
   // Nothing, while no orders are registered.
   void removeOrderItemsForIngredientWithUUID(const std::optional<std::string>& uuid) const;
   void removeOrdersForSupplierUUID(const std::optional<std::string>& uuid) const;
 
  private:
   ZYMLibraryRegistry() = default;
+  [[nodiscard]] const Library* rowWith(std::string_view Library::*field,
+                                       std::string_view text) const;
 
   std::vector<Library> libraries_;
   Orders orders_;

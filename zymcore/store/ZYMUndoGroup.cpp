@@ -9,23 +9,28 @@ namespace zym {
 namespace {
 
 NSUndoManager& undoManager() {
-  return *ZYMCoreDataModel::sharedInstance().mainObjectContext()->undoManager();
+  return *mainContext().undoManager();
 }
 
 }  // namespace
 
 ZYMUndoGroup::ZYMUndoGroup() {
   undoManager().beginUndoGrouping();
+  level_ = undoManager().groupingLevel();
 }
 
 ZYMUndoGroup::~ZYMUndoGroup() {
-  if (open_) undoManager().endUndoGrouping();
+  close();
+}
+
+void ZYMUndoGroup::close() {
+  if (open_ && undoManager().groupingLevel() >= level_) undoManager().endUndoGrouping();
+  open_ = false;
 }
 
 void ZYMUndoGroup::closeAndSave(std::string_view actionName, std::string_view comment) {
   undoManager().setActionName(Localized_String(actionName, comment));
-  undoManager().endUndoGrouping();
-  open_ = false;
+  close();
   ZYMCoreDataModel::sharedInstance().save();
 }
 

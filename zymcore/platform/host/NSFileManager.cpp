@@ -25,7 +25,8 @@ struct Meaning {
 constexpr Meaning meanings[] = {
     {ENOENT, NSFileNoSuchFileError},       {ENOTDIR, NSFileNoSuchFileError},
     {EACCES, NSFileReadNoPermissionError}, {EPERM, NSFileReadNoPermissionError},
-    {EEXIST, NSFileWriteFileExistsError},
+    {EEXIST, NSFileWriteFileExistsError},  {ENOSPC, NSFileWriteOutOfSpaceError},
+    {EDQUOT, NSFileWriteOutOfSpaceError},  {EFBIG, NSFileWriteOutOfSpaceError},
 };
 
 bool failAt(NSError* error, const std::string& path, const std::error_code& reason,
@@ -225,6 +226,12 @@ bool NSFileManager::writeData_toPath(std::string_view bytes, const std::string& 
   const std::error_code reason = lastError();
   if (reason.value() != EEXIST) ::unlink(temporary.c_str());
   return failAt(error, path, reason, NSFileWriteUnknownError);
+}
+
+bool NSFileManager::synchronizeFileSystemAtPath(const std::string& path, NSError* error) {
+  const FileDescriptor item(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  return (item && ::syncfs(item.get()) == 0) ||
+         failAt(error, path, lastError(), NSFileWriteUnknownError);
 }
 
 }  // namespace zym

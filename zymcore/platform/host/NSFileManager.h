@@ -49,6 +49,8 @@ class NSFileManager {
   /// be there. The permissions of a file that is replaced stay.
   static bool writeData_toPath(std::string_view bytes, const std::string& path,
                                NSError* error = nullptr);
+  /// Returns when all that was written to the file system of the item, by whomever, is on disk.
+  static bool synchronizeFileSystemAtPath(const std::string& path, NSError* error = nullptr);
 };
 
 }  // namespace zym

@@ -3,7 +3,7 @@
 #include "zymcore/platform/objects/NSFetchRequest.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMEntityDictionarySupport.h"
+#include "zymcore/store/entities/ZYMRecordEntity.h"
 
 namespace zym {
 
@@ -44,7 +44,7 @@ PlistArray dictionaryRepresentationOfEntityArray(const std::vector<NSManagedObje
   std::vector<PlistValue> records;
   records.reserve(objects.size());
   for (NSManagedObject* object : objects) {
-    auto* recorded = dynamic_cast<ZYMEntityDictionarySupport*>(object);
+    auto* recorded = dynamic_cast<ZYMRecordEntity*>(object);
     if (!recorded) continue;
     if (std::optional<PlistDictionary> record = recorded->dictionaryRepresentation()) {
       records.emplace_back(std::move(*record));

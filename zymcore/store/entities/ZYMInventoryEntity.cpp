@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/StockKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/store/entities/EntityKeys.h"
 

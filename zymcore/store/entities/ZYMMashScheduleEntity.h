@@ -12,6 +12,8 @@ class ZYMMashScheduleEntity final : public ZYMRecordEntity,
   static constexpr std::string_view entityName = "ZYMMashScheduleEntity";
   using ZYMRecordEntity::ZYMRecordEntity;
 
+  void addStepsObject(NSManagedObject& step);
+
  protected:
   [[nodiscard]] const RecordForm& form() const override;
 };

@@ -5,6 +5,7 @@
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/ZYMEntityFetch.h"
 
@@ -36,6 +37,10 @@ std::optional<PlistDictionary> ZYMRecordEntity::dictionaryRepresentation() {
   return record;
 }
 
+void ZYMRecordEntity::updateWithDictionaryRepresentation(PlistDictionary& record) {
+  updateWithDictionaryRepresentation_usingContext(record, mainContext());
+}
+
 void ZYMRecordEntity::updateWithDictionaryRepresentation_usingContext(
     PlistDictionary& record, NSManagedObjectContext& context) {
   correctForSerialization(record);
@@ -45,6 +50,13 @@ void ZYMRecordEntity::updateWithDictionaryRepresentation_usingContext(
 }
 
 void ZYMRecordEntity::completeRecord(PlistDictionary& /*record*/) {}
+
+std::optional<PlistValue> ZYMRecordEntity::valueInRecord(KeyName key) {
+  for (const RecordField& field : form().fields) {
+    if (field.key.text() == key.text() && field.write) return field.write(*this, field.attribute);
+  }
+  return std::nullopt;
+}
 
 void ZYMRecordEntity::writeFields(PlistDictionary& record) {
   for (const RecordField& field : form().fields) {
@@ -100,8 +112,8 @@ void ZYMRecordEntity::readChildren(PlistDictionary& record, NSManagedObjectConte
     NSManagedObject& child = childForRecord(*children, row, context);
     child.setObject_forKey(this, children->parent);
     if (children->haveIndex) child.setValue_forKey(position, attributes::index);
-    dynamic_cast<ZYMEntityDictionarySupport&>(child)
-        .updateWithDictionaryRepresentation_usingContext(row, context);
+    static_cast<ZYMRecordEntity&>(child).updateWithDictionaryRepresentation_usingContext(row,
+                                                                                         context);
     if (!holds(listed, &child)) listed.push_back(&child);
     ++position;
   }

@@ -13,6 +13,7 @@
 #include "app/commands/RecordCommands.h"
 #include "app/commands/SettingsCommands.h"
 #include "app/commands/ShellCommand.h"
+#include "app/commands/StepCommands.h"
 #include "app/commands/StoreCommand.h"
 #include "app/commands/UnitsCommand.h"
 #include "app/session/Store.h"
@@ -54,6 +55,7 @@ int parse(std::vector<std::string> arguments, CalledFrom caller) {
   addLibraryCommands(program);
   addUnitsCommand(program);
   addSettingsCommands(program);
+  addStepCommands(program);
   addStoreCommand(program, exitCode);
   std::ranges::reverse(arguments);
   try {

@@ -143,6 +143,9 @@ PlistDictionary createRecord(const LibraryKind& kind, const std::string& name,
                              const std::vector<std::string>& assignments) {
   PlistDictionary values;
   setValues(editable(kind), values, assignments);  // before anything is stored
+  requirePlaceForName(
+      kind,
+      std::string(values.contains(kind.nameKey()) ? values.stringValue(kind.nameKey()) : name));
   PlistDictionary record = kind.library().createItem();
   record.set(kind.nameKey(), name);
   for (const PlistEntry& entry : values) record.set(entry.key, entry.value);
@@ -153,7 +156,13 @@ PlistDictionary createRecord(const LibraryKind& kind, const std::string& name,
 PlistDictionary editRecord(const LibraryKind& kind, const std::string& name,
                            const std::vector<std::string>& assignments) {
   PlistDictionary record = recordNamed(editable(kind), name);
+  const std::string before(record.stringValue(kind.nameKey()));
   setValues(kind, record, assignments);
+  const std::string after(record.stringValue(kind.nameKey()));
+  if (after != before) {
+    requireChosen(kind, record);
+    requirePlaceForName(kind, after);
+  }
   kind.library().updateItem(record);
   return record;
 }
@@ -167,6 +176,7 @@ PlistDictionary copyRecord(const LibraryKind& kind, const std::string& name) {
 
 void removeRecord(const LibraryKind& kind, const std::string& name, bool isForced) {
   const PlistDictionary record = recordNamed(editable(kind), name);
+  requireChosen(kind, record);
   const std::string question =
       "Remove the " + std::string(kind.singular) + " '" + nameOf(kind, record) + "'?";
   if (!isForced && !isConfirmed(question)) return;

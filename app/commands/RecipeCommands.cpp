@@ -61,6 +61,7 @@ void change(const Options& options, std::string (*what)(PlistDictionary&, const 
   openStore();
   const Item item = itemNamed(options.item);
   PlistDictionary document = documentOf(item);
+  const PlistDictionary before = document;
   PlistDictionary* recipe =
       item.kind == Item::Kind::Recipe ? &document : document.editDictionary(keys::ModifiedRecipe);
   if (!recipe) throw InputError("'" + printable(item.name) + "' has no recipe");
@@ -69,7 +70,7 @@ void change(const Options& options, std::string (*what)(PlistDictionary&, const 
   if (options.asJSON) {
     printJSON(document);
   } else {
-    std::cout << words << '\n';
+    std::cout << words << '\n' << changeOf(item, before, document) << '\n';
   }
 }
 

@@ -126,9 +126,11 @@ void edit(const Options& options) {
     changed = editRecord(*target.library, target.name, target.assignments);
   } else {
     const Item item = target.item(target.name);
-    changed = documentOf(item);
+    const PlistDictionary before = documentOf(item);
+    changed = before;
     setDocumentValues(item.kind, changed, target.assignments);
     storeDocument(item, changed);
+    if (!options.asJSON) std::cout << changeOf(item, before, changed) << '\n';
   }
   if (options.asJSON) printJSON(changed);
 }

@@ -58,7 +58,7 @@ std::string readFile(const std::string& file) {
   std::optional<std::string> bytes = NSFileManager::contentsAtPath(file, mostBytes, &error);
   if (!bytes) {
     throw InputError(error.code == NSFileReadTooLargeError ? tooLarge()
-                                                           : error.localizedDescription);
+                                                           : error.localizedFailureReason);
   }
   return std::move(*bytes);
 }

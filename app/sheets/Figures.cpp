@@ -13,6 +13,7 @@
 #include "zymcore/transformers/ZYMHopWeightValueTransformer.h"
 #include "zymcore/transformers/ZYMMaltColorValueTransformer.h"
 #include "zymcore/transformers/ZYMPercentValueTransformer.h"
+#include "zymcore/transformers/ZYMSaltWeightValueTransformer.h"
 #include "zymcore/transformers/ZYMTemperatureValueTransformer.h"
 #include "zymcore/transformers/ZYMVolumeValueTransformer.h"
 #include "zymcore/transformers/ZYMWaterGrainValueTransformer.h"
@@ -49,6 +50,9 @@ std::string weightAt(const PlistDictionary& document, KeyName key) {
 }
 std::string hopWeightAt(const PlistDictionary& document, KeyName key) {
   return shown<ZYMHopWeightValueTransformer>(document, key);
+}
+std::string saltWeightAt(const PlistDictionary& document, KeyName key) {
+  return shown<ZYMSaltWeightValueTransformer>(document, key);
 }
 std::string beerColorAt(const PlistDictionary& document, KeyName key) {
   return shown<ZYMBeerColorValueTransformer>(document, key);

@@ -14,6 +14,7 @@ namespace zym::host {
 [[nodiscard]] std::string volumeAt(const PlistDictionary& document, KeyName key);
 [[nodiscard]] std::string weightAt(const PlistDictionary& document, KeyName key);
 [[nodiscard]] std::string hopWeightAt(const PlistDictionary& document, KeyName key);
+[[nodiscard]] std::string saltWeightAt(const PlistDictionary& document, KeyName key);
 [[nodiscard]] std::string beerColorAt(const PlistDictionary& document, KeyName key);
 [[nodiscard]] std::string maltColorAt(const PlistDictionary& document, KeyName key);
 [[nodiscard]] std::string temperatureAt(const PlistDictionary& document, KeyName key);

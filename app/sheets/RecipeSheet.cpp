@@ -125,6 +125,24 @@ Table yeastTable(const PlistDictionary& recipe) {
   return table;
 }
 
+constexpr const char* saltNames[] = {"Epsom salt",       "Chalk",      "Gypsum", "Table salt",
+                                     "Calcium chloride", "Baking soda"};
+
+/// The water aimed at and the salts that are added; nothing where neither was chosen.
+Table waterTable(const PlistDictionary& recipe) {
+  Table table({{"", Cells::Texts}, {"", Cells::Texts}});
+  // The record that stands for no choice has a blank before its name.
+  const std::string target(recipe.stringValue(keys::WaterProfileUsed));
+  if (!target.empty() && !target.starts_with(' ')) {
+    table.addRow({label("Target water"), nameAt(recipe, keys::WaterProfileUsed)});
+  }
+  for (std::size_t i = 0; i < std::size(saltNames); ++i) {
+    if (!(recipe.doubleValue(keys::salts[i].weight) > 0)) continue;
+    table.addRow({label(saltNames[i]), saltWeightAt(recipe, keys::salts[i].weight)});
+  }
+  return table;
+}
+
 Table mashTable(const PlistDictionary& recipe) {
   Table table({{"", Cells::Texts}, {"", Cells::Quantities}, {"", Cells::Quantities}});
   if (const PlistDictionary* schedule = recipe.dictionary(keys::MashSchedule)) {
@@ -137,6 +155,28 @@ Table mashTable(const PlistDictionary& recipe) {
 }
 
 }  // namespace
+
+std::string makesNow(const PlistDictionary& recipe, const PlistDictionary* before) {
+  struct Figure {
+    const char* name;
+    KeyName key;
+    std::string (*shown)(const PlistDictionary&, KeyName);
+  };
+  static constexpr Figure figures[] = {{"OG", keys::ExpectedOriginalGravity, gravityAt},
+                                       {"FG", keys::ExpectedFinalGravity, gravityAt},
+                                       {"alcohol", keys::ExpectedABV, percentAt},
+                                       {"bitterness", keys::ExpectedIBU, bitternessAt},
+                                       {"colour", keys::ExpectedColor, beerColorAt}};
+  std::string line = label("Makes") + " ";
+  for (const Figure& figure : figures) {
+    const std::string now = figure.shown(recipe, figure.key);
+    const std::string was = before ? figure.shown(*before, figure.key) : now;
+    if (&figure != figures) line += ", ";
+    line += label(figure.name) + " " + now;
+    if (was != now) line += " (" + label("was") + " " + was.substr(0, was.find(' ')) + ")";
+  }
+  return line;
+}
 
 std::vector<std::string> lacksOf(const PlistDictionary& recipe) {
   bool hasFermentables = false;
@@ -175,6 +215,7 @@ void writeAdditions(Sheet& sheet, const PlistDictionary& recipe) {
   sheet.section(label("Hops"), hopTable(recipe));
   sheet.section(label("Other ingredients"), otherTable(recipe));
   sheet.section(label("Yeast"), yeastTable(recipe));
+  sheet.section(label("Water"), waterTable(recipe));
   sheet.section(label("Mash"), mashTable(recipe));
   sheet.section(label("Notes"), recipe.stringValue(keys::Notes));
 }

@@ -10,6 +10,7 @@
 #include "zymcore/library/ZYMStyles.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/text/NSString.h"
+#include "zymcore/platform/values/NumberText.h"
 
 namespace zym::host {
 namespace {
@@ -47,6 +48,22 @@ void setTargetWater(PlistDictionary& recipe, const std::string& typed) {
   recipe.set(keys::WaterProfileUsed, water.stringValue(keys::Name));
 }
 
+/// A salt is kept as what was weighed out and as its concentration, which the weight is worked out
+/// from in recipes that have none.
+template <std::size_t index>
+void setSalt(PlistDictionary& recipe, const std::string& typed) {
+  const keys::SaltKeys& salt = keys::salts[index];
+  ZYMRecipes::checkSaltWeightsExistInRecipe(recipe);
+  recipe.set(salt.weight, take::saltWeight(typed));
+  const double boiled = recipe.doubleValue(keys::FinalWortVolume);
+  const double pitched = recipe.doubleValue(keys::VolumeAtPitching);
+  if (!(boiled > 0 && pitched > 0)) return;
+  // A few grams in litres of water: six decimals of g/ml would be three digits.
+  recipe.set(salt.concentration,
+             shortestNumberText(recipe.doubleValue(salt.weight) *
+                                recipe.doubleValue(keys::VolumeToFermenter) / boiled / pitched));
+}
+
 // clang-format off
 constexpr DocumentValue recipeValues[] = {
     {keys::RecipeTitle,             "Name",                take::text},
@@ -64,6 +81,12 @@ constexpr DocumentValue recipeValues[] = {
     {keys::MashSchedule,            "Mash schedule",       nullptr, setSchedule},
     {keys::BaseWaterProfileUsedUUID,   "Base water",       take::water},
     {keys::TargetWaterProfileUsedUUID, "Target water",     nullptr, setTargetWater},
+    {keys::MgSO4InGrammes,          "Epsom salt",          nullptr, setSalt<0>},
+    {keys::CaCO3InGrammes,          "Chalk",               nullptr, setSalt<1>},
+    {keys::CaSO4InGrammes,          "Gypsum",              nullptr, setSalt<2>},
+    {keys::NaClInGrammes,           "Table salt",          nullptr, setSalt<3>},
+    {keys::CaCl2InGrammes,          "Calcium chloride",    nullptr, setSalt<4>},
+    {keys::NaHCO3InGrammes,         "Baking soda",         nullptr, setSalt<5>},
     {keys::MashpH,                  "pH",                  take::number},
     {keys::Acid,                    "Acid",                take::text},
     {keys::FermentationTemperature, "Fermentation",        take::temperature},

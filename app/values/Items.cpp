@@ -1,8 +1,10 @@
 #include "app/values/Items.h"
 
+#include "app/sheets/RecipeSheet.h"
 #include "app/terminal/Faults.h"
 #include "app/values/Names.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
+#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/values/NSException.h"
@@ -24,21 +26,29 @@ std::size_t positionIn(const std::vector<ZYMSummary>& rows, const std::string& n
   return positionMeant(name, candidates, what);
 }
 
-/// A batch without a day of brewing is in no list by time.
-std::optional<Item> batchWithUUID(const std::string& uuid) {
-  const auto batch = recipes().batchWithUUID(uuid);
+/// The one with that uuid, which may be in no list: a batch without a day of brewing isn't.
+std::optional<Item> itemWithUUID(const std::string& uuid, bool withRecipes, bool withBatches) {
+  if (withRecipes) {
+    const auto recipe = recipes().recipeForUUID(uuid);
+    if (recipe) {
+      return Item{Item::Kind::Recipe, std::string(recipe->stringValue(keys::RecipeTitle)), uuid};
+    }
+  }
+  const auto batch = withBatches ? recipes().batchWithUUID(uuid) : std::nullopt;
   if (!batch) return std::nullopt;
   return Item{Item::Kind::Batch, std::string(batch->stringValue(keys::BatchTitle)), uuid};
 }
 
 Item itemAmong(const std::string& name, bool withRecipes, bool withBatches, std::string_view what) {
+  if (isUUID(name)) {
+    if (auto item = itemWithUUID(name, withRecipes, withBatches)) return *item;
+  }
   std::vector<ZYMSummary> rows;
   if (withRecipes) rows = recipes().summariesForAllRecipes();
   const std::size_t firstBatch = rows.size();
   if (withBatches) {
     const std::vector<ZYMSummary> batches = recipes().allBatchSummariesNewestFirst();
     rows.insert(rows.end(), batches.begin(), batches.end());
-    if (const auto unlisted = batchWithUUID(name)) return *unlisted;
   }
   const std::size_t position = positionIn(rows, name, what);
   return {position < firstBatch ? Item::Kind::Recipe : Item::Kind::Batch, rows[position].name,
@@ -92,6 +102,19 @@ void storeDocument(const Item& item, PlistDictionary& document) {
     recipes().updateBatch(document);
   }
   remember(item, document);
+}
+
+std::string changeOf(const Item& item, const PlistDictionary& before,
+                     const PlistDictionary& after) {
+  const auto recipeIn = [&item](const PlistDictionary& document) {
+    if (item.kind == Item::Kind::Recipe) return document;
+    const PlistDictionary* brewed = document.dictionary(keys::ModifiedRecipe);
+    PlistDictionary recipe = brewed ? *brewed : PlistDictionary();
+    ZYMBeerCalculations::recalculateBeerRecipe(recipe);
+    return recipe;
+  };
+  const PlistDictionary old = recipeIn(before);
+  return makesNow(recipeIn(after), &old);
 }
 
 void remember(const Item& item, const PlistDictionary& document) {

@@ -28,6 +28,9 @@ struct Item {
 [[nodiscard]] PlistDictionary documentOf(const Item& item);
 /// Stores a document that was changed, recalculated, and puts it into the history.
 void storeDocument(const Item& item, PlistDictionary& document);
+/// What a recipe makes, or the recipe of a batch as brewed, before and after a change: one line.
+[[nodiscard]] std::string changeOf(const Item& item, const PlistDictionary& before,
+                                   const PlistDictionary& after);
 /// Puts an item into the history.
 void remember(const Item& item, const PlistDictionary& document);
 

@@ -101,11 +101,11 @@ ZYMCachingModel& library() { return Library::sharedInstance(); }
 constexpr LibraryKind kinds[] = {
     {"fermentables", "fermentable", library<ZYMFermentables>, fermentableValues},
     {"hops",         "hop",         library<ZYMHops>, hopValues},
-    {"yeasts",       "yeast",       library<ZYMYeasts>, yeastValues},
+    {"yeasts",       "yeast",       library<ZYMYeasts>, yeastValues, true},
     {"others",       "other",       library<ZYMOtherIngredients>, otherValues},
-    {"waters",       "water",       library<ZYMWaters>, waterValues},
+    {"waters",       "water",       library<ZYMWaters>, waterValues, true},
     {"suppliers",    "supplier",    library<ZYMSuppliers>, supplierValues},
-    {"schedules",    "schedule",    library<ZYMMashSchedules>, {}},
+    {"schedules",    "schedule",    library<ZYMMashSchedules>, {}, true},
     {"profiles",     "profile",     library<ZYMProfiles>, profileValues},
     {"styles",       "style",       nullptr, styleValues},
 };
@@ -145,6 +145,9 @@ PlistArray recordsOf(const LibraryKind& kind) {
 }
 
 PlistDictionary recordNamed(const LibraryKind& kind, const std::string& name) {
+  if (kind.library && isUUID(name)) {
+    if (const auto record = kind.library().itemWithUUID(name)) return *record;
+  }
   const PlistArray records = recordsOf(kind);
   std::vector<const PlistDictionary*> found;
   std::vector<Named> candidates;
@@ -153,6 +156,33 @@ PlistDictionary recordNamed(const LibraryKind& kind, const std::string& name) {
     candidates.push_back({record.stringValue(kind.nameKey()), record.stringValue(keys::UUID)});
   }
   return *found[positionMeant(name, candidates, kind.singular)];
+}
+
+namespace {
+
+/// The record of no choice, if the kind has one.
+std::optional<PlistDictionary> recordOfNoChoice(const LibraryKind& kind) {
+  if (!kind.firstIsNone) return std::nullopt;
+  const std::vector<ZYMSummary> rows = kind.library().summariesforAllItems();
+  return rows.empty() ? std::nullopt : kind.library().itemWithUUID(rows.front().uuid.value_or(""));
+}
+
+}  // namespace
+
+void requireChosen(const LibraryKind& kind, const PlistDictionary& record) {
+  const auto none = recordOfNoChoice(kind);
+  if (!none || none->stringValue(keys::UUID) != record.stringValue(keys::UUID)) return;
+  throw InputError("'" + printable(none->stringValue(kind.nameKey())) + "' stands for no " +
+                   std::string(kind.singular) + " chosen; it keeps its name and is not removed");
+}
+
+void requirePlaceForName(const LibraryKind& kind, const std::string& name) {
+  const auto none = recordOfNoChoice(kind);
+  if (!none || none->stringValue(kind.nameKey()) < name) return;
+  throw InputError(
+      "'" + printable(name) + "' would come before '" +
+      printable(none->stringValue(kind.nameKey())) +
+      "', which stands for no choice by being the first; begin the name with a letter");
 }
 
 void setValues(const LibraryKind& kind, PlistDictionary& record,

@@ -1,6 +1,7 @@
 #include "app/values/Names.h"
 
 #include <algorithm>
+#include <cctype>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -16,6 +17,41 @@ namespace {
 constexpr std::size_t mostNamed = 20;
 constexpr std::size_t mostHints = 3;
 
+struct Sign {
+  std::string_view written, meant;
+};
+// clang-format off
+constexpr Sign signsAlike[] = {{"˚", "°"}, {"º", "°"}, {"’", "'"}, {"‘", "'"}, {"´", "'"},
+                               {"`", "'"}, {"“", "\""}, {"”", "\""}, {"–", "-"}, {"—", "-"},
+                               {"‑", "-"}, {"\u00A0", " "}, {"\u202F", " "}};
+// clang-format on
+
+bool isWordSign(char c) {
+  return std::isalnum(static_cast<unsigned char>(c)) != 0 ||
+         (static_cast<unsigned char>(c) >= 0x80);
+}
+
+/// Whether the words stand in the text with no letter or digit beside them.
+bool holdsWords(std::string_view text, std::string_view words) {
+  for (std::size_t at = text.find(words); at != std::string_view::npos;
+       at = text.find(words, at + 1)) {
+    const std::size_t end = at + words.size();
+    if ((at == 0 || !isWordSign(text[at - 1])) && (end == text.size() || !isWordSign(text[end]))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Its ASCII letters and digits alone.
+std::string withoutSigns(std::string_view text) {
+  std::string bare;
+  for (const char c : folded(text)) {
+    if (std::isalnum(static_cast<unsigned char>(c)) != 0) bare += c;
+  }
+  return bare;
+}
+
 template <class Matches>
 std::vector<std::size_t> positionsOf(std::span<const Named> candidates, Matches matches) {
   std::vector<std::size_t> found;
@@ -27,23 +63,32 @@ std::vector<std::size_t> positionsOf(std::span<const Named> candidates, Matches 
 
 std::vector<std::size_t> positionsNamed(const std::string& typed,
                                         std::span<const Named> candidates) {
-  const std::string upper = uppercaseString(typed);
+  const std::string plain = folded(typed);
   auto found = positionsOf(candidates, [&](const Named& one) { return one.uuid == typed; });
   if (found.empty()) {
     found = positionsOf(candidates, [&](const Named& one) { return one.name == typed; });
   }
   if (found.empty()) {
-    found = positionsOf(candidates,
-                        [&](const Named& one) { return uppercaseString(one.name) == upper; });
+    found = positionsOf(candidates, [&](const Named& one) { return folded(one.name) == plain; });
   }
-  if (found.empty() && !upper.empty()) {
-    found = positionsOf(
-        candidates, [&](const Named& one) { return uppercaseString(one.name).starts_with(upper); });
+  if (found.empty() && !plain.empty()) {
+    found = positionsOf(candidates,
+                        [&](const Named& one) { return folded(one.name).starts_with(plain); });
+  }
+  if (found.empty() && !plain.empty()) {
+    found = positionsOf(candidates,
+                        [&](const Named& one) { return holdsWords(folded(one.name), plain); });
   }
   return found;
 }
 
 std::string hintFor(const std::string& typed, std::span<const Named> candidates) {
+  const std::string bare = withoutSigns(typed);
+  for (const Named& one : candidates) {
+    if (!bare.empty() && withoutSigns(one.name) == bare) {
+      return "; '" + printable(one.name) + "' differs in its blanks and signs alone";
+    }
+  }
   std::vector<std::pair<double, std::string_view>> scored;
   for (const Named& one : candidates) {
     const double score = similarityWithString(typed, one.name);
@@ -60,6 +105,25 @@ std::string hintFor(const std::string& typed, std::span<const Named> candidates)
 }
 
 }  // namespace
+
+bool isUUID(std::string_view text) {
+  constexpr std::string_view form = "00000000-0000-0000-0000-000000000000";
+  return text.size() == form.size() && std::ranges::equal(text, form, [](char c, char place) {
+           return place == '-' ? c == '-' : std::isxdigit(static_cast<unsigned char>(c)) != 0;
+         });
+}
+
+std::string folded(std::string_view text) {
+  std::string plain;
+  while (!text.empty()) {
+    const auto sign = std::ranges::find_if(
+        signsAlike, [text](const Sign& one) { return text.starts_with(one.written); });
+    const bool isSign = sign != std::end(signsAlike);
+    plain += isSign ? sign->meant : text.substr(0, 1);
+    text.remove_prefix(isSign ? sign->written.size() : 1);
+  }
+  return uppercaseString(plain);
+}
 
 std::size_t positionMeant(const std::string& typed, std::span<const Named> candidates,
                           std::string_view what) {

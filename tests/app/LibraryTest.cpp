@@ -86,10 +86,50 @@ TEST_F(Library, NothingIsStoredWhenAValueIsRefused) {
            {"list", "beers"},
            {"new", "style", "X"},
            {"set", "Units", "furlongs"},
+           {"set", "HopFormula", "7"},
+           {"set", "GravityUnits", "-1"},
+           {"set", "BeerColorFormula", "1.7"},
+           {"set", "Boiling Point", "nan"},
+           {"set", "MashHopAdjustment", "1e9"},
            {"set", "Nothing", "1"}}) {
     EXPECT_EQ(zym(bad).exitCode, 2) << bad[0] << bad[1];
   }
   EXPECT_EQ(output({"list", "hops"}), before);
+}
+
+TEST_F(Library, ANameIsFoundByAWordOfItAndWhateverItsSigns) {
+  EXPECT_THAT(output({"show", "yeast", "wlp002"}), HasSubstr("WLP002"));
+  EXPECT_THAT(zym({"show", "schedule", "67 °C"}).err, HasSubstr("Single Infusion, 67 ˚C"));
+  EXPECT_THAT(zym({"show", "yeast", "LP002"}).err, HasSubstr("no yeast is named"));
+  EXPECT_THAT(zym({"show", "hop", "fug-gle"}).err,
+              HasSubstr("'Fuggle' differs in its blanks and signs alone"));
+  const std::string json = output({"show", "hop", "Fuggle", "--json"});
+  const std::size_t at = json.find("\"UUID\": \"") + 9;
+  EXPECT_EQ(output({"show", "hop", json.substr(at, 36), "--json"}), json);
+}
+
+TEST_F(Library, TheRecordOfNoChoiceKeepsItsNameAndPlace) {
+  const std::string before = output({"list", "yeasts"});
+  for (const std::vector<std::string>& bad : std::initializer_list<std::vector<std::string>>{
+           {"edit", "yeast", " No Chosen Yeast", "Name=None"},
+           {"edit", "yeast", "WLP002", "Name= A"},
+           {"new", "yeast", " A"},
+           {"new", "yeast", "A", "Name= A"},
+           {"remove", "yeast", " No Chosen Yeast", "--force"}}) {
+    EXPECT_EQ(zym(bad).exitCode, 1) << bad[2];
+  }
+  EXPECT_EQ(output({"list", "yeasts"}), before);
+  (void)output({"edit", "yeast", " No Chosen Yeast", "Description=none"});
+  (void)output({"new", "hop", " A"});
+}
+
+TEST_F(Library, AKeptSettingThatCannotBeIsPassedOver) {
+  (void)output({"set", "HopFormula", "Rager"});
+  const std::string file = data + "/Preferences.plist";
+  putFile(file, R"(<plist><dict><key>HopFormula</key><integer>7</integer></dict></plist>)");
+  const Outcome outcome = zym({"settings"});
+  EXPECT_THAT(outcome.err, HasSubstr("HopFormula is set to 7, which it can't be; choose Tinseth"));
+  EXPECT_THAT(outcome.out, HasSubstr("HopFormula                 Tinseth"));
 }
 
 TEST_F(Library, SettingsAreKept) {

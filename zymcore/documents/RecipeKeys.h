@@ -70,6 +70,12 @@ inline constexpr KeyName CaSO4InGrammes{"CaSO4InGrammes"};
 inline constexpr KeyName NaClInGrammes{"NaClInGrammes"};
 inline constexpr KeyName CaCl2InGrammes{"CaCl2InGrammes"};
 inline constexpr KeyName NaHCO3InGrammes{"NaHCO3InGrammes"};
+struct SaltKeys {
+  KeyName concentration, weight;
+};
+inline constexpr SaltKeys salts[] = {{MgSO4, MgSO4InGrammes}, {CaCO3, CaCO3InGrammes},
+                                     {CaSO4, CaSO4InGrammes}, {NaCl, NaClInGrammes},
+                                     {CaCl2, CaCl2InGrammes}, {NaHCO3, NaHCO3InGrammes}};
 
 // Its additions: arrays of dictionaries.
 inline constexpr KeyName FermentableIngredients{"FermentableIngredients"};

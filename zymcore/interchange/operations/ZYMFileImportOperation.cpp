@@ -66,11 +66,6 @@ PlistArray take(PlistDictionary& document, KeyName key) {
   return taken;
 }
 
-std::string withoutPath(const std::string& reason, const std::string& path) {
-  const std::string prefix = path + ": ";
-  return reason.starts_with(prefix) ? reason.substr(prefix.size()) : reason;
-}
-
 /// What a file may have of pictures: far above any recipe, and read within seconds.
 class PictureBudget {
  public:
@@ -170,7 +165,7 @@ std::optional<PlistDictionary> ZYMFileImportOperation::recipeInFile() {
   }
   NSError error;
   const auto bytes = NSFileManager::contentsAtPath(*url_, mostBytes, &error);
-  if (!bytes) return refuse(withoutPath(error.localizedDescription, *url_));
+  if (!bytes) return refuse(error.localizedFailureReason);
   if (!format->read) return refuse("files of this kind can't be read yet");
   try {
     Recipe recipe = format->read(*this, *bytes, error);

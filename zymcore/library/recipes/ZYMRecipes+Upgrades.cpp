@@ -107,14 +107,6 @@ bool markAdditions(PlistDictionary& recipe, bool inventoryAdjusted) {
   return changed;
 }
 
-struct Salt {
-  KeyName concentration, weight;
-};
-constexpr Salt salts[] = {
-    {keys::MgSO4, keys::MgSO4InGrammes}, {keys::CaCO3, keys::CaCO3InGrammes},
-    {keys::CaSO4, keys::CaSO4InGrammes}, {keys::NaCl, keys::NaClInGrammes},
-    {keys::CaCl2, keys::CaCl2InGrammes}, {keys::NaHCO3, keys::NaHCO3InGrammes}};
-
 }  // namespace
 
 void repairStoredRecipe(PlistDictionary& recipe) {
@@ -158,7 +150,7 @@ void ZYMRecipes::checkSaltWeightsExistInRecipe(PlistDictionary& recipe) {
   const float ratio = recipe.floatValue(keys::VolumeToFermenter) /
                       recipe.floatValue(keys::FinalWortVolume) /
                       recipe.floatValue(keys::VolumeAtPitching);
-  for (const Salt& salt : salts) {
+  for (const keys::SaltKeys& salt : keys::salts) {
     recipe.setNumber(salt.weight, double{recipe.floatValue(salt.concentration)} / double{ratio});
   }
 }

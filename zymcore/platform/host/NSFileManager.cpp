@@ -29,13 +29,19 @@ constexpr Meaning meanings[] = {
     {EDQUOT, NSFileWriteOutOfSpaceError},  {EFBIG, NSFileWriteOutOfSpaceError},
 };
 
+bool failAt(NSError* error, const std::string& path, std::int64_t code, const std::string& reason) {
+  fail(error, NSCocoaErrorDomain, code, path + ": " + reason);
+  if (error) error->localizedFailureReason = reason;
+  return false;
+}
+
 bool failAt(NSError* error, const std::string& path, const std::error_code& reason,
             std::int64_t otherwise) {
   const auto* meaning =
       std::find_if(std::begin(meanings), std::end(meanings),
                    [&](const Meaning& known) { return known.reason == reason.value(); });
   const std::int64_t code = meaning == std::end(meanings) ? otherwise : meaning->code;
-  return fail(error, NSCocoaErrorDomain, code, path + ": " + reason.message());
+  return failAt(error, path, code, reason.message());
 }
 
 std::error_code lastError() noexcept {
@@ -187,7 +193,7 @@ std::optional<std::string> NSFileManager::contentsAtPath(const std::string& path
     return refuse(std::make_error_code(std::errc::is_a_directory), NSFileReadUnknownError);
   }
   if (!S_ISREG(status.st_mode)) {
-    fail(error, NSCocoaErrorDomain, NSFileReadUnknownError, path + ": Not a regular file");
+    failAt(error, path, NSFileReadUnknownError, "Not a regular file");
     return std::nullopt;
   }
 
@@ -195,7 +201,8 @@ std::optional<std::string> NSFileManager::contentsAtPath(const std::string& path
   std::string bytes;
   for (std::size_t length = 0;;) {
     if (length > mostBytes || expected > mostBytes) {
-      return refuse(std::make_error_code(std::errc::file_too_large), NSFileReadTooLargeError);
+      failAt(error, path, NSFileReadTooLargeError, "File too large");
+      return std::nullopt;
     }
     // One byte more than expected, to see the end; files that tell no size grow as they are read.
     bytes.resize(std::max(expected + 1, length + 65536));

@@ -14,6 +14,8 @@ struct NSError {
   std::int64_t code = 0;
   std::string localizedDescription;
   PlistDictionary userInfo;
+  std::string
+      localizedFailureReason;  // without the name of the file; empty where there is no other
 };
 
 inline constexpr const char* NSCocoaErrorDomain = "NSCocoaErrorDomain";
@@ -21,7 +23,7 @@ inline constexpr const char* NSPOSIXErrorDomain = "NSPOSIXErrorDomain";
 
 /// Fills `error` where the caller asked for one. Answers false, so that `return fail(...)` reads.
 inline bool fail(NSError* error, std::string domain, std::int64_t code, std::string description) {
-  if (error) *error = {std::move(domain), code, std::move(description), {}};
+  if (error) *error = {std::move(domain), code, std::move(description), {}, {}};
   return false;
 }
 

@@ -16,7 +16,7 @@ constexpr std::int64_t mostKey = std::numeric_limits<std::int64_t>::max() / 2;
   throw StoreFailure{{NSCocoaErrorDomain,
                       NSManagedObjectMergeError,
                       "Somebody else changed " + name + " since it was read.",
-                      {{KeyName("conflictList"), PlistArray{name}}}}};
+                      {{KeyName("conflictList"), PlistArray{name}}}, {}}};
 }
 
 PlistArray namesOf(const std::vector<NSManagedObject*>& objects) {
@@ -112,7 +112,7 @@ void ObjectGraph::assignKeys(Saving& saving) const {
     }
     if (last[position] < 0 || last[position] > mostKey) {
       throw StoreFailure{
-          {NSCocoaErrorDomain, NSFileReadCorruptFileError, "The store's keys are damaged.", {}}};
+          {NSCocoaErrorDomain, NSFileReadCorruptFileError, "The store's keys are damaged.", {}, {}}};
     }
     SQLiteStatement update = saving.database.statement(
         "INSERT INTO _keys(entity, last) VALUES(?, ?) "

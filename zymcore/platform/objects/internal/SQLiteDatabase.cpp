@@ -56,7 +56,8 @@ NSError errorForSQLite(int code, const std::string& message) {
   return {NSCocoaErrorDomain,
           cocoaCode(code),
           std::string(meaning) + " (" + message + ").",
-          {{KeyName("NSSQLiteErrorDomain"), code}}};
+          {{KeyName("NSSQLiteErrorDomain"), code}},
+          {}};
 }
 
 SQLiteStatement::~SQLiteStatement() {

@@ -18,7 +18,7 @@ namespace zym {
 namespace {
 
 [[noreturn]] void failWith(std::int64_t code, const std::string& description) {
-  throw StoreFailure{{NSCocoaErrorDomain, code, description, {}}};
+  throw StoreFailure{{NSCocoaErrorDomain, code, description, {}, {}}};
 }
 
 [[noreturn]] void failWithErrno(const std::string& description) {

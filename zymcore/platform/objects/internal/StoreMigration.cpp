@@ -21,6 +21,7 @@ struct Copy {
                       NSInferredMappingModelError,
                       "The store can't be brought to this version of the model: " + entity.name() +
                           "." + name + " " + reason + ".",
+                      {},
                       {}}};
 }
 
@@ -140,6 +141,7 @@ void leaveLog(SQLiteDatabase& database) {
     throw StoreFailure{{NSCocoaErrorDomain,
                         NSPersistentStoreTimeoutError,
                         "The store is in use by another process.",
+                        {},
                         {}}};
   }
 }

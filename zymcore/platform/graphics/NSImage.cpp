@@ -34,6 +34,17 @@ const char* formatOf(std::string_view bytes) noexcept {
   return format == std::end(formats) ? nullptr : format->name;
 }
 
+// The loader of bitmaps makes room for all that their header says comes before the pixels.
+bool isBitmapCutOff(std::string_view bytes) noexcept {
+  constexpr std::size_t place = 10;
+  if (!bytes.starts_with("BM") || bytes.size() < place + 4) return false;
+  std::uint32_t pixelsBegin = 0;
+  for (unsigned i = 0; i < 4; ++i) {
+    pixelsBegin |= std::uint32_t{static_cast<unsigned char>(bytes[place + i])} << 8 * i;
+  }
+  return pixelsBegin > bytes.size();
+}
+
 // A size of nothing tells the loader to go no further.
 void refuseLargePicture(GdkPixbufLoader* loader, int width, int height, gpointer refused) {
   if (CGImage::isSize(width, height)) return;
@@ -56,6 +67,7 @@ std::optional<NSImage> NSImage::imageWithData(const NSData& data, NSError* error
   };
   const char* const format = formatOf(data.view());
   if (!format) return refuse("no picture in a known format");
+  if (isBitmapCutOff(data.view())) return refuse("a bitmap that is cut off");
   GError* problem = nullptr;
   const Owned<GdkPixbufLoader> loader(gdk_pixbuf_loader_new_with_type(format, &problem));
   if (!loader) return refuse(take(problem));

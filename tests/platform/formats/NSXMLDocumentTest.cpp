@@ -45,6 +45,10 @@ constexpr Case cases[] = {
     {"<!DOCTYPE a [<?p don't>?>]><a>&b;</a>", "a=&b;", "line 1: an \"&\" that begins no entity"},
     {"<!DOCTYPE a [<!-- ' > --><!ENTITY b '>]'>]><a>\r\n\r</a>", "a=\n\n", ""},
     {"<é:_-.1>ü</é:_-.1>", "é:_-.1=ü", ""},
+    // Other encodings, and a character that the end cuts off.
+    {"<a>\x80\xE9</a>", "a=€é", ""},
+    {"<?xml version='1.0' encoding='ISO-8859-2'?><a>\xB1</a>", "a=ą", ""},
+    {"<a>ü\xC3", "a=ü", "line 1: the text ends within <a>"},
     // Tags that match none, cross or never end.
     {"<a><b>x</b></c></a>", "a(b=x)", "line 1: </c> ends no element"},
     {"<a><b>x</bb>\n<c/></a>", "a(b=x c=)", "line 1: </bb> ends no element"},

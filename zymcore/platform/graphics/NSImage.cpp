@@ -34,15 +34,22 @@ const char* formatOf(std::string_view bytes) noexcept {
   return format == std::end(formats) ? nullptr : format->name;
 }
 
-// The loader of bitmaps makes room for all that their header says comes before the pixels.
-bool isBitmapCutOff(std::string_view bytes) noexcept {
-  constexpr std::size_t place = 10;
-  if (!bytes.starts_with("BM") || bytes.size() < place + 4) return false;
-  std::uint32_t pixelsBegin = 0;
+std::uint32_t littleEndianAt(std::string_view bytes, std::size_t place) noexcept {
+  std::uint32_t number = 0;
   for (unsigned i = 0; i < 4; ++i) {
-    pixelsBegin |= std::uint32_t{static_cast<unsigned char>(bytes[place + i])} << 8 * i;
+    number |= std::uint32_t{static_cast<unsigned char>(bytes[place + i])} << 8 * i;
   }
-  return pixelsBegin > bytes.size();
+  return number;
+}
+
+// The loader of bitmaps makes room for as much as they say stands before the pixels, and for as
+// long a header as they say they have.
+bool isBitmapCutOff(std::string_view bytes) noexcept {
+  constexpr std::size_t pixelsBegin = 10;
+  constexpr std::size_t headerLength = 14;
+  return bytes.starts_with("BM") && bytes.size() >= headerLength + 4 &&
+         (littleEndianAt(bytes, pixelsBegin) > bytes.size() ||
+          littleEndianAt(bytes, headerLength) > bytes.size());
 }
 
 // A size of nothing tells the loader to go no further.

@@ -166,7 +166,7 @@ TEST(XMLPropertyList, BoundsLevelsAndValues) {
   EXPECT_FALSE(XMLPropertyList::write(PlistArray{*deepest}, &error));
   EXPECT_THAT(error.localizedDescription, HasSubstr("too deep"));
   EXPECT_FALSE(XMLPropertyList::read(nested(1'000'000), &error));
-  EXPECT_THAT(error.localizedDescription, HasSubstr("line 1: containers nested too deep"));
+  EXPECT_THAT(error.localizedDescription, testing::EndsWith("line 1: containers nested too deep"));
 
   std::string many = "<array>";
   for (std::size_t i = 0; i < XMLPropertyList::mostValues; ++i) many += "<true/>";

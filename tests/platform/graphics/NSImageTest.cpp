@@ -106,6 +106,8 @@ TEST(NSImage, RefusesWhatIsNoPictureOrTooLarge) {
       {pngClaiming(0, 0), ""},
       {pngClaiming(4, 2).substr(0, 40), ""},
       {bitmap(60'000, 60'000, 24), "too large"},
+      {std::string(whole).replace(10, 4, "\xFF\xFF\xFF\x7F"), "cut off"},
+      {std::string(whole).replace(14, 4, "\xFF\xFF\xFF\x7F"), "cut off"},
   };
   for (const Case& c : cases) {
     NSError error;

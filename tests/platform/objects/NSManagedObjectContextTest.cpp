@@ -112,37 +112,6 @@ TEST_F(NSManagedObjectContextTest, MakesObjectsOfTheClassOfTheirEntity) {
   EXPECT_EQ(dynamic_cast<AuthorObject*>(named("Tag", "T")), nullptr);
 }
 
-TEST_F(NSManagedObjectContextTest, DeletesByItsRules) {
-  NSManagedObject* const author = insert("Author", "A");
-  NSManagedObject* const book = insert("Book", "B");
-  NSManagedObject* const tag = insert("Tag", "T");
-  NSManagedObject* const cover = insert("Cover", "C");
-  group([&] {
-    author->addObject_forKey(*book, key::books);
-    book->addObject_forKey(*tag, key::tags);
-    book->setObject_forKey(cover, key::cover);
-    book->setDocument_forKey(NSData("text"), key::text);
-  });
-  save();
-  reopen();
-  group([&] { context->deleteObject(*named("Author", "A")); });
-  EXPECT_THAT(fetch(request("Book")), IsEmpty());
-  EXPECT_THAT(fetch(request("Cover")), IsEmpty());
-  EXPECT_THAT(named("Tag", "T")->objectsForKey(key::books), IsEmpty());
-  save();
-  undo().undo();
-  ASSERT_NE(named("Book", "B"), nullptr);
-  EXPECT_EQ(named("Book", "B")->documentForKey(key::text), NSData("text"));
-  save();
-  reopen();
-  NSManagedObject* const again = named("Book", "B");
-  ASSERT_NE(again, nullptr);
-  EXPECT_EQ(again->objectForKey(key::author), named("Author", "A"));
-  EXPECT_EQ(again->objectForKey(key::cover), named("Cover", "C"));
-  EXPECT_THAT(again->objectsForKey(key::tags), ElementsAre(named("Tag", "T")));
-  EXPECT_EQ(again->documentForKey(key::text), NSData("text"));
-}
-
 TEST_F(NSManagedObjectContextTest, ADeletedObjectTakesNoChanges) {
   NSManagedObject* const book = insert("Book", "B");
   NSManagedObject* const author = insert("Author", "A");
@@ -188,28 +157,6 @@ TEST_F(NSManagedObjectContextTest, AnUndoneDeletionOrInsertionKeepsItsIdentity) 
   undo().undo();
   save();
   EXPECT_EQ(book->objectID(), id);
-}
-
-TEST_F(NSManagedObjectContextTest, RollbackReturnsToTheLastSaveAndEmptiesTheUndoStack) {
-  NSManagedObject* const author = insert("Author", "A");
-  NSManagedObject* const kept = insert("Book", "Kept");
-  group([&] { kept->setDocument_forKey(NSData("old"), key::text); });
-  save();
-  NSManagedObject* const fresh = insert("Book", "Fresh");
-  group([&] {
-    author->setValue_forKey(PlistValue("Changed"), key::name);
-    author->setObjects_forKey({kept, fresh}, key::books);
-    kept->setDocument_forKey(NSData("new"), key::text);
-    context->deleteObject(*kept);
-  });
-  context->rollback();
-  EXPECT_FALSE(context->hasChanges());
-  EXPECT_FALSE(undo().canUndo());
-  EXPECT_EQ(nameOf(*author), "A");
-  EXPECT_THAT(author->objectsForKey(key::books), IsEmpty());
-  EXPECT_THAT(fetch(request("Book")), ElementsAre(kept));
-  EXPECT_EQ(kept->documentForKey(key::text), NSData("old"));
-  EXPECT_TRUE(fresh->isDeleted());
 }
 
 TEST_F(NSManagedObjectContextTest, PostsWhatItSaved) {

@@ -51,6 +51,8 @@ TEST_F(ObjectStoreDamageTest, RefusesWhatIsNoWholeStore) {
 TEST_F(ObjectStoreDamageTest, AStoreWithDamageInsideAnswersErrorsAndKeepsWhatIsWhole) {
   make(40);
   std::string bytes = bytesOf(path());
+  EXPECT_TRUE(openLibrary(path())->integrityProblems().empty());
+  std::size_t problems = 0;
   std::mt19937 random(1);
   for (int i = 0; i < 60; ++i) {
     std::string damaged = bytes;
@@ -60,6 +62,7 @@ TEST_F(ObjectStoreDamageTest, AStoreWithDamageInsideAnswersErrorsAndKeepsWhatIsW
     putFile(path(), damaged);
     const auto coordinator = openStore(path(), modelFrom(libraryDescription()));
     if (!coordinator) continue;
+    problems += coordinator->integrityProblems().size();
     const auto context = contextOn(coordinator);
     NSError error;
     const auto books = context->executeFetchRequest(request("Book"), &error);
@@ -69,6 +72,7 @@ TEST_F(ObjectStoreDamageTest, AStoreWithDamageInsideAnswersErrorsAndKeepsWhatIsW
     }
     for (NSManagedObject* const book : *books) (void)book->documentForKey(key::text, &error);
   }
+  EXPECT_GT(problems, 0U);
 }
 
 TEST_F(ObjectStoreDamageTest, RefusesTheFileOfAnotherProgram) {

@@ -207,10 +207,12 @@ class ObjectStorePropertyTest : public LibraryTest, public testing::WithParamInt
   }
   void saveBoth() {
     save();
+    EXPECT_FALSE(context->hasChanges());
     reference.saved = reference.state;
   }
   void rollbackBoth() {
     context->rollback();
+    EXPECT_FALSE(context->hasChanges());
     endEvent();
     reference.state = reference.saved;
     reference.undoable.clear();

@@ -113,9 +113,17 @@ TEST(PlistDictionary, ManyThreadsReadOneAndWriteTheirCopies) {
   EXPECT_EQ(shared.size(), 60U);
 }
 
-TEST(PlistDictionary, ThrowsForAPositionItDoesNotHave) {
-  PlistDictionary dictionary;
-  EXPECT_THROW((void)dictionary.editAt(0), NSException);
+TEST(PlistDictionary, EditsByKeyAndPosition) {
+  PlistDictionary dictionary{{KeyName("a"), PlistArray{PlistDictionary(), 5}}};
+  const PlistDictionary copy = dictionary;
+  for (PlistDictionary& row : dictionary.editRows(KeyName("a"))) row.setNumber(KeyName("x"), 0.5);
+  EXPECT_EQ(dictionary.rows(KeyName("a")).begin()->stringValue(KeyName("x")), "0.500000");
+  EXPECT_TRUE(copy.rows(KeyName("a")).begin()->empty());
+  dictionary.editAt(0) = 1;
+  EXPECT_EQ(dictionary, (PlistDictionary{{KeyName("a"), 1}}));
+  EXPECT_EQ(dictionary.edit(KeyName("b")), nullptr);
+  EXPECT_EQ(dictionary.editArray(KeyName("a")), nullptr);
+  EXPECT_THROW((void)dictionary.editAt(1), NSException);
 }
 
 }  // namespace

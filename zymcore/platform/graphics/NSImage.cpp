@@ -34,6 +34,24 @@ const char* formatOf(std::string_view bytes) noexcept {
   return format == std::end(formats) ? nullptr : format->name;
 }
 
+std::uint32_t littleEndianAt(std::string_view bytes, std::size_t place) noexcept {
+  std::uint32_t number = 0;
+  for (unsigned i = 0; i < 4; ++i) {
+    number |= std::uint32_t{static_cast<unsigned char>(bytes[place + i])} << 8 * i;
+  }
+  return number;
+}
+
+// The loader of bitmaps makes room for as much as they say stands before the pixels, and for as
+// long a header as they say they have.
+bool isBitmapCutOff(std::string_view bytes) noexcept {
+  constexpr std::size_t pixelsBegin = 10;
+  constexpr std::size_t headerLength = 14;
+  return bytes.starts_with("BM") && bytes.size() >= headerLength + 4 &&
+         (littleEndianAt(bytes, pixelsBegin) > bytes.size() ||
+          littleEndianAt(bytes, headerLength) > bytes.size());
+}
+
 // A size of nothing tells the loader to go no further.
 void refuseLargePicture(GdkPixbufLoader* loader, int width, int height, gpointer refused) {
   if (CGImage::isSize(width, height)) return;
@@ -56,6 +74,7 @@ std::optional<NSImage> NSImage::imageWithData(const NSData& data, NSError* error
   };
   const char* const format = formatOf(data.view());
   if (!format) return refuse("no picture in a known format");
+  if (isBitmapCutOff(data.view())) return refuse("a bitmap that is cut off");
   GError* problem = nullptr;
   const Owned<GdkPixbufLoader> loader(gdk_pixbuf_loader_new_with_type(format, &problem));
   if (!loader) return refuse(take(problem));

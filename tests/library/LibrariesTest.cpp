@@ -145,6 +145,31 @@ TEST_F(Libraries, StockHasTheNameThatTheLibraryGivesItNow) {
   EXPECT_EQ(item.dictionaryRepresentation()->stringValue(keys::Ingredient), "");
 }
 
+// Stock shows the name that the library has now, and is looked for by that.
+TEST_F(Libraries, StockIsFoundByTheNameThatItShows) {
+  class Stock final : public ZYMCachingModel {
+   public:
+    Stock() : ZYMCachingModel(keys::Ingredient) {}
+    [[nodiscard]] std::string_view entityClass() const override {
+      return ZYMInventoryEntity::entityName;
+    }
+  } stock;
+  add(ZYMHops::sharedInstance(), {"A", "B"});
+  for (const auto& [uuid, name] : {std::pair("A", "Saaz"), std::pair("B", "Fuggle")}) {
+    stock.addItemsFromArray({PlistDictionary{
+        {keys::UUID, uuid}, {keys::IngredientType, words::Hop}, {keys::Ingredient, name}}});
+    PlistDictionary hop = *ZYMHops::sharedInstance().itemWithUUID(uuid);
+    hop.set(keys::Variety, name == std::string("Saaz") ? "Northern Brewer" : "Tettnang");
+    ZYMHops::sharedInstance().updateItem(hop);
+  }
+  EXPECT_EQ(stock.ingredientWithNameMostSimilarToString_matchingKeysAndValues("Northern", nullptr)
+                .stringValue(keys::UUID),
+            "A");
+  EXPECT_EQ(
+      stock.ingredientsWithNamesMostSimilarToStrings({"Tettnanger"}).at(0).stringValue(keys::UUID),
+      "B");
+}
+
 class MashSchedules : public Libraries {
  protected:
   static std::vector<std::string> stepUUIDs(std::string_view schedule) {
@@ -266,6 +291,18 @@ TEST_F(Profiles, NewOnesPreferWhatIsFirst) {
   EXPECT_EQ(temporary.stringValue(keys::Version), "2");
   EXPECT_EQ(profiles.allItems().size(), 1U);
   EXPECT_EQ(profiles.createItem().stringValue(keys::PreferredBaseWaterUUID), "Aachen");
+}
+
+TEST_F(Profiles, ARecipeMayBeGivenItsOwnProfile) {
+  add(ZYMWaters::sharedInstance(), {"Burton"});
+  const PlistDictionary profile{{keys::ProfileName, std::string(100, 'p')},
+                                {keys::PreBoilVolume, std::string(100, '1')},
+                                {keys::PreferredBaseWaterUUID, std::string(100, 'b')}};
+  PlistDictionary recipe{{keys::Profile, profile}};
+  ZYMProfiles::updateRecipe_withProfile(recipe, *recipe.dictionary(keys::Profile));
+  EXPECT_EQ(*recipe.dictionary(keys::Profile), profile);
+  EXPECT_EQ(recipe.stringValue(keys::PreBoilWortVolume), std::string(100, '1'));
+  EXPECT_EQ(recipe.stringValue(keys::BaseWaterProfileUsedUUID), "Burton");
 }
 
 TEST_F(Profiles, ReadingRepairsWhatIsNoText) {

@@ -2,8 +2,8 @@
 #include <filesystem>
 
 #include "fuzz/TreeFromBytes.h"
-#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/NSDictionaryExtensions.h"
+#include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
@@ -118,6 +118,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool isBatch = tree.byte() % 2 == 0;
   PlistDictionary document = tree.dictionary();
   repair(document, isBatch);
+  correctForSerialization(document);  // as it would come back from the store
   // As bytes, since a date that is no number differs from itself.
   const auto once = BinaryPropertyList::write(document);
   require(isBatch ? ZYMRecipes::ensureBatchLatestVersion(document)

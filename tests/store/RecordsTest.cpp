@@ -7,6 +7,7 @@
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/SummaryRows.h"
 #include "zymcore/store/entities/ZYMFermentableEntity.h"
 #include "zymcore/store/entities/ZYMGroupEntity.h"
 #include "zymcore/store/entities/ZYMImageEntity.h"
@@ -223,6 +224,19 @@ TEST_F(Records, ChildrenJoinAndLeaveOneByOneAndTogether) {
   expectAll(made<ZYMGroupEntity>({}), relationships::recipes, &ZYMGroupEntity::addRecipesObject,
             &ZYMGroupEntity::addRecipes, &ZYMGroupEntity::removeRecipesObject,
             &ZYMGroupEntity::removeRecipes, ZYMRecipeEntity::entityName);
+}
+
+TEST_F(Records, RowsCountChildren) {
+  ZYMGroupEntity& group = made<ZYMGroupEntity>({{keys::GroupName, "G"}});
+  group.addRecipesObject(made<ZYMRecipeEntity>({}));
+  const auto rows = summariesForFetchRequest(
+      NSFetchRequest::fetchRequestWithEntityName(ZYMGroupEntity::entityName),
+      relationships::recipes, nullptr);
+  EXPECT_THAT(rows, ElementsAre(ZYMSummary{"G", std::nullopt, 1}));
+}
+
+TEST_F(Records, NothingIsOnOrderAfterAnUpdate) {
+  EXPECT_EQ(*made<ZYMInventoryEntity>({}).stringForKey(attributes::amountOnOrder), "0.0");
 }
 
 TEST_F(Records, HaveADateOfTheirOwn) {

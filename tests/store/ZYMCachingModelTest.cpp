@@ -142,6 +142,19 @@ TEST_F(CachingModel, RemovalClearsOrdersAndComesBackByUndo) {
   EXPECT_THAT(names(), ElementsAre("Fuggle", "Goldings"));
 }
 
+TEST_F(CachingModel, RemovalOfASupplierClearsItsOrders) {
+  std::vector<std::string> removed;
+  ZYMLibraryRegistry::sharedInstance().registerOrders(
+      {nullptr, [&](const std::optional<std::string>& uuid) { removed.push_back(*uuid); }});
+  ZYMCachingModel& suppliers =
+      *ZYMLibraryRegistry::sharedInstance().libraryOfEntity("ZYMSupplierEntity");
+  suppliers.addItemsFromArray(
+      {PlistDictionary{{keys::UUID, "S"}}, PlistDictionary{{keys::UUID, "T"}}});
+  suppliers.removeItemWithUUID("S");
+  suppliers.removeItems({PlistValue("T")});  // of several, the orders stay
+  EXPECT_THAT(removed, ElementsAre("S"));
+}
+
 TEST_F(CachingModel, RemovalOfSeveralAsksOrdersForTheFirstRowOnly) {
   const auto removed = [this](const std::vector<ZYMCachingModel::ItemReference>& items) {
     add({{"Fuggle", "F"}, {"Goldings", "G"}, {"Saaz", "S"}});

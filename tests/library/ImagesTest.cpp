@@ -149,6 +149,24 @@ TEST_F(ImagesTest, BelongToARecipeABatchOrNobody) {
   EXPECT_FALSE(recipes().largeImageAtIndex_forItemWithUUID(2, "r"));
 }
 
+TEST_F(ImagesTest, RemovalMovesTheOthersUpInABatchToo) {
+  auto& batch = insert<ZYMRecipeBatchEntity>("b");
+  for (std::uint8_t red = 1; red <= 4; ++red) add("b", red);
+  batch.setDateLastModified(longAgo);
+  const auto uuids = recipes().imageUUIDsForItemWithUUID("b");
+  EXPECT_TRUE(recipes().removeImageAtIndex_fromItemWithUUID(1, "b"));
+  EXPECT_TRUE(recipes().removeImageWithUUID(uuids[2]));
+  EXPECT_GT(*batch.dateLastModified(), longAgo);
+  const auto left = recipes().orderedImageEntitiesForItemWithUUID("b");
+  ASSERT_THAT(left, SizeIs(2));
+  EXPECT_EQ(left[0]->uuid(), uuids[0]);
+  EXPECT_EQ(left[1]->uuid(), uuids[3]);
+  EXPECT_EQ(left[1]->valueForKey(attributes::index)->integerValue(), 1);
+  EXPECT_EQ(left[1]->objectForKey(relationships::recipeBatch), &batch);
+  add("b", 5);
+  EXPECT_EQ(recipes().imageUUIDsForItemWithUUID("b")[1], uuids[3]);
+}
+
 TEST_F(ImagesTest, RemovalMovesTheOthersUp) {
   auto& recipe = insert<ZYMRecipeEntity>("r");
   for (std::uint8_t red = 1; red <= 3; ++red) add("r", red);

@@ -7,6 +7,7 @@
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/SummaryRows.h"
 #include "zymcore/store/entities/ZYMFermentableEntity.h"
 #include "zymcore/store/entities/ZYMGroupEntity.h"
 #include "zymcore/store/entities/ZYMImageEntity.h"
@@ -89,7 +90,8 @@ TEST_F(Records, NoStepsAtAllOnlyLetsGoOfThem) {
 TEST_F(Records, AStepWithoutAUUIDGetsOneWhenItIsRead) {
   ZYMMashScheduleEntity& schedule = made<ZYMMashScheduleEntity>({});
   ZYMMashStepEntity& bare = ZYMMashStepEntity::insertInContext(context());
-  bare.setObject_forKey(&schedule, relationships::schedule);
+  schedule.addStepsObject(bare);
+  EXPECT_EQ(bare.objectForKey(relationships::schedule), &schedule);
   const std::vector<std::string> first = uuids(*schedule.dictionaryRepresentation(), keys::Steps);
   EXPECT_THAT(first, ElementsAre(::testing::SizeIs(36)));
   EXPECT_EQ(uuids(*schedule.dictionaryRepresentation(), keys::Steps), first);
@@ -193,6 +195,56 @@ TEST_F(Records, AGroupLosesWhatIsNotThere) {
   PlistDictionary emptied{{keys::GroupName, "G"}};
   group.updateWithDictionaryRepresentation(emptied);
   EXPECT_EQ(group.summary().numberOfChildren, 0);
+}
+
+TEST_F(Records, ChildrenJoinAndLeaveOneByOneAndTogether) {
+  const auto expectAll = [](auto& owner, KeyName children, auto add, auto addAll, auto remove,
+                            auto removeAll, std::string_view child) {
+    std::vector<NSManagedObject*> objects;
+    for (int i = 0; i < 3; ++i) {
+      objects.push_back(context().insertNewObjectForEntityForName(child));
+    }
+    const auto count = [&] { return owner.objectsForKey(children).size(); };
+    (owner.*add)(*objects[0]);
+    EXPECT_EQ(count(), 1U);
+    (owner.*addAll)({objects[1], objects[2]});
+    EXPECT_EQ(count(), 3U);
+    (owner.*remove)(*objects[1]);
+    EXPECT_THAT(owner.objectsForKey(children), ElementsAre(objects[0], objects[2]));
+    (owner.*removeAll)(objects);
+    EXPECT_EQ(count(), 0U);
+  };
+  expectAll(made<ZYMRecipeEntity>({}), relationships::batches, &ZYMRecipeEntity::addBatchesObject,
+            &ZYMRecipeEntity::addBatches, &ZYMRecipeEntity::removeBatchesObject,
+            &ZYMRecipeEntity::removeBatches, ZYMRecipeBatchEntity::entityName);
+  expectAll(made<ZYMInventoryEntity>({}), relationships::batches,
+            &ZYMInventoryEntity::addBatchesObject, &ZYMInventoryEntity::addBatches,
+            &ZYMInventoryEntity::removeBatchesObject, &ZYMInventoryEntity::removeBatches,
+            ZYMInventoryBatchEntity::entityName);
+  expectAll(made<ZYMGroupEntity>({}), relationships::recipes, &ZYMGroupEntity::addRecipesObject,
+            &ZYMGroupEntity::addRecipes, &ZYMGroupEntity::removeRecipesObject,
+            &ZYMGroupEntity::removeRecipes, ZYMRecipeEntity::entityName);
+}
+
+TEST_F(Records, RowsCountChildren) {
+  ZYMGroupEntity& group = made<ZYMGroupEntity>({{keys::GroupName, "G"}});
+  group.addRecipesObject(made<ZYMRecipeEntity>({}));
+  const auto rows = summariesForFetchRequest(
+      NSFetchRequest::fetchRequestWithEntityName(ZYMGroupEntity::entityName),
+      relationships::recipes, nullptr);
+  EXPECT_THAT(rows, ElementsAre(ZYMSummary{"G", std::nullopt, 1}));
+}
+
+TEST_F(Records, NothingIsOnOrderAfterAnUpdate) {
+  EXPECT_EQ(*made<ZYMInventoryEntity>({}).stringForKey(attributes::amountOnOrder), "0.0");
+}
+
+TEST_F(Records, HaveADateOfTheirOwn) {
+  ZYMRecipeEntity& recipe = made<ZYMRecipeEntity>({});
+  recipe.setDateLastModified(day);
+  EXPECT_EQ(recipe.dateLastModified(), day);
+  recipe.setDateLastModified(std::nullopt);
+  EXPECT_EQ(recipe.dateLastModified(), std::nullopt);
 }
 
 TEST_F(Records, ImagesAreNumberedWithoutGaps) {

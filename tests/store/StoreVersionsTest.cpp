@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "tests/store/Forms.h"
 #include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/StockKeys.h"
@@ -13,129 +16,54 @@
 namespace zym {
 namespace {
 
-const NSDate day = NSDate::dateWithTimeIntervalSince1970(1e9 + 0.1234567);
-
-PlistDictionary dated(PlistDictionary record, const char* uuid) {
-  record.set(keys::UUID, uuid);
-  record.set(keys::DateLastModified, day);
+/// What an object of the entity keeps, with children of its own.
+PlistDictionary recordOf(std::string_view entity) {
+  PlistDictionary record;
+  for (const Form& form : forms) {
+    if (form.entity != entity) continue;
+    for (const Row& row : form.rows) record.set(KeyName(row.key), valueOf(row.stored));
+  }
   return record;
 }
 
-/// A record of every kind, children with their parents and recipes before groups.
-const std::vector<std::pair<const char*, PlistDictionary>> records = {
-    {"ZYMFermentableEntity", dated({{keys::IsGrain, "1"},
-                                    {keys::MustBeMashed, "0"},
-                                    {keys::Color, "3.000000"},
-                                    {keys::Moisture, "4.000000"},
-                                    {keys::Extract, "79.000000"},
-                                    {keys::Description, "b\xC3\xBCrnt"},
-                                    {keys::Ingredient, "Pale Malt"}},
-                                   "F")},
-    {"ZYMHopEntity",
-     dated({{keys::Alpha, "4.500000"}, {keys::Description, "earthy"}, {keys::Variety, "Fuggle"}},
-           "H")},
-    {"ZYMOtherIngredientEntity",
-     dated({{keys::Description, ""}, {keys::Ingredient, "Irish Moss"}}, "O")},
-    {"ZYMYeastEntity", dated({{keys::BeerType, "Lager"},
-                              {keys::YeastType, "Dry"},
-                              {keys::Attenuation, "74.000000"},
-                              {keys::Description, "d"},
-                              {keys::Name, "W-34/70"}},
-                             "Y")},
-    {"ZYMWaterEntity", dated({{keys::Name, "Burton"},
-                              {keys::Calcium, "295.000000"},
-                              {keys::Carbonate, "300.000000"},
-                              {keys::Chloride, "25.000000"},
-                              {keys::Magnesium, "45.000000"},
-                              {keys::Sodium, "55.000000"},
-                              {keys::Sulfate, "725.000000"},
-                              {keys::Notes, "hard"}},
-                             "W")},
-    {"ZYMSupplierEntity", dated({{keys::Name, "Maltings"},
-                                 {keys::Homepage, "h"},
-                                 {keys::Email, "e"},
-                                 {keys::Location, "l"},
-                                 {keys::Phone, "p"}},
-                                "S")},
-    {"ZYMProfileEntity", dated({{keys::ProfileName, "Kitchen"},
-                                {keys::PreBoilVolume, "1.000000"},
-                                {keys::PostBoilVolume, "2.000000"},
-                                {keys::VolumeToFermenter, "3.000000"},
-                                {keys::VolumeWaterAdded, "4.000000"},
-                                {keys::VolumeAtPitching, "5.000000"},
-                                {keys::FinishedBatchVolume, "6.000000"},
-                                {keys::PreferredRecipeType, "Extract"},
-                                {keys::PreferredMashSchedule, "M"},
-                                {keys::PreferredBaseWaterUUID, "W"},
-                                {keys::PreferredTargetWaterUUID, "W"},
-                                {keys::PreferredSpargeMethod, "Fly Sparge"},
-                                {keys::MTThermalMass, "7.000000"},
-                                {keys::WaterGrainRatio, "8.000000"},
-                                {keys::ExtractEfficiency, "9.000000"},
-                                {keys::BoilDuration, "90"}},
-                               "P")},
-    {"ZYMMashScheduleEntity",
-     dated({{keys::ScheduleName, "Double"},
-            {keys::Steps, PlistArray{PlistDictionary{{keys::StepType, "Rest at"},
-                                                     {keys::UUID, "M2"},
-                                                     {keys::Duration, "10"},
-                                                     {keys::Temperature, "52"}},
-                                     PlistDictionary{{keys::StepType, "Raise by infusion to"},
-                                                     {keys::UUID, "M1"},
-                                                     {keys::Duration, "60"},
-                                                     {keys::Temperature, "66"}}}}},
-           "M")},
-    {"ZYMInventoryEntity",
-     dated({{keys::Ingredient, "Fuggle"},
-            {keys::AmountInStock, "300.000000"},
-            {keys::IngredientType, "Hop"},
-            {keys::Batches, PlistArray{PlistDictionary{{keys::IngredientType, "Hop"},
-                                                       {keys::AmountInStock, "300"},
-                                                       {keys::Cost, "1.5"},
-                                                       {keys::BatchName, "2023"},
-                                                       {keys::UUID, "I1"},
-                                                       {keys::DeliveredOn, day},
-                                                       {keys::ExpiresOn, day},
-                                                       {keys::Extract, "x"},
-                                                       {keys::Color, "c"},
-                                                       {keys::Alpha, "a"},
-                                                       {keys::Form, "f"}}}}},
-           "H")},
-    {"ZYMOrderEntity", dated({{keys::Name, "May"},
-                              {keys::OrderDate, day},
-                              {keys::DeliveryDate, day},
-                              {keys::Notes, "n"},
-                              {keys::SupplierUUID, "S"},
-                              {keys::OrderItems, PlistArray{dated({{keys::Amount, "2.500000"},
-                                                                   {keys::IngredientUUID, "H"},
-                                                                   {keys::Status, "Ordered"},
-                                                                   {keys::IngredientType, "Hop"},
-                                                                   {keys::Cost, "1.5"},
-                                                                   {keys::Extract, "x"},
-                                                                   {keys::Color, "c"},
-                                                                   {keys::Alpha, "a"},
-                                                                   {keys::Form, "f"},
-                                                                   {keys::OrderUUID, "D"}},
-                                                                  "D1")}}},
-                             "D")},
-    {"ZYMRecipeEntity",
-     dated({{keys::RecipeTitle, "Bitter"},
-            {KeyName{"Odd Key"}, PlistArray{1, 2.5, true, day, NSData("x"), "\xC3\xBC"}}},
-           "R")},
-    {"ZYMRecipeBatchEntity", dated({{keys::BatchTitle, "Batch 1 of Bitter"},
-                                    {keys::DateBrewed, day},
-                                    {keys::Actuals, PlistDictionary{{keys::OG, "1.050"}}}},
-                                   "B")},
-    {"ZYMGroupEntity", dated({{keys::GroupName, "Ales"},
-                              {keys::Type, "Normal"},
-                              {keys::KeysOfContents, PlistArray{"R"}}},
-                             "G")},
-};
+std::vector<std::pair<std::string, PlistDictionary>> allRecords() {
+  PlistDictionary item = recordOf("ZYMOrderItemEntity");
+  item.set(keys::OrderUUID, "U");
+  const std::pair<std::string_view, PlistDictionary> others[] = {
+      {"ZYMMashScheduleEntity", {{keys::Steps, PlistArray{recordOf("ZYMMashStepEntity")}}}},
+      {"ZYMInventoryEntity",
+       {{keys::Batches, PlistArray{recordOf("ZYMInventoryBatchEntity")}},
+        {keys::Ingredient, "n"},  // of the hop
+        {keys::AmountInStock, "9.000000"}}},
+      {"ZYMOrderEntity", {{keys::OrderItems, PlistArray{item}}}},
+      {"ZYMGroupEntity", {{keys::KeysOfContents, PlistArray{"U"}}}},
+      {"ZYMRecipeEntity",
+       {{KeyName{"Odd Key"}, PlistArray{1, 2.5, true, day, NSData("x"), "\xC3\xBC"}}}},
+      {"ZYMRecipeBatchEntity", {{keys::Actuals, PlistDictionary{{keys::OG, "1.050"}}}}},
+  };
+  std::vector<std::pair<std::string, PlistDictionary>> records;
+  for (const Form& form : forms) {
+    const std::string entity = form.entity;
+    if (entity == "ZYMMashStepEntity" || entity == "ZYMInventoryBatchEntity" ||
+        entity == "ZYMOrderItemEntity") {
+      continue;
+    }
+    PlistDictionary record = recordOf(entity);
+    for (const auto& [owner, more] : others) {
+      if (owner != entity) continue;
+      for (const PlistEntry& entry : more) record.set(entry.key, entry.value);
+    }
+    records.emplace_back(entity, record);
+  }
+  // A group loses recipes that come after it.
+  std::ranges::stable_partition(records, [](const auto& r) { return r.first != "ZYMGroupEntity"; });
+  return records;
+}
 
 class StoreVersions : public testing::WithStore {
  protected:
   static void expectAll() {
-    for (const auto& [entity, record] : records) {
+    for (const auto& [entity, record] : allRecords()) {
       const auto objects = ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
           entity, nullptr, std::nullopt, std::nullopt);
       ASSERT_EQ(objects->size(), 1U) << entity;
@@ -152,7 +80,7 @@ class StoreVersions : public testing::WithStore {
 };
 
 TEST_F(StoreVersions, APresentStoreKeepsAllThatIsSaved) {
-  for (const auto& [entity, record] : records) {
+  for (const auto& [entity, record] : allRecords()) {
     PlistDictionary given = record;
     static_cast<ZYMRecordEntity*>(context().insertNewObjectForEntityForName(entity))
         ->updateWithDictionaryRepresentation(given);

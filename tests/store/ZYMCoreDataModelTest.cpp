@@ -224,6 +224,12 @@ TEST_F(CoreDataModel, ARunOfTheLoopMayCloseAnUndoGroup) {
   undoManager().undo();
   EXPECT_EQ(hops(), 1U);
   {
+    ZYMUndoGroup closed;
+    closed.closeAndSave("", "");
+    undoManager().beginUndoGrouping();  // somebody else's
+  }
+  EXPECT_EQ(undoManager().groupingLevel(), 2U);
+  {
     const ZYMUndoGroup left;
     endTurn();
   }

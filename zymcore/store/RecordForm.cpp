@@ -101,11 +101,6 @@ std::optional<PlistValue> wholeNumber(const PlistValue* given, const PlistValue*
   return std::to_string(given ? given->integerValue() : 0);
 }
 
-std::optional<PlistValue> boolOrKept(const PlistValue* given, const PlistValue* stored) {
-  if (given && given->isNumber()) return given->doubleValue() != 0 ? "1" : "0";
-  return orKept(given, stored);
-}
-
 std::optional<PlistValue> orNoCost(const PlistValue* given, const PlistValue* /*stored*/) {
   return orText(given, "0.0");
 }

@@ -43,8 +43,6 @@ std::optional<PlistValue> orNow(const PlistValue* given, const PlistValue* store
 /// Its number in single precision, with six decimals.
 std::optional<PlistValue> number(const PlistValue* given, const PlistValue* stored);
 std::optional<PlistValue> wholeNumber(const PlistValue* given, const PlistValue* stored);
-/// "1" or "0" for a number, a text as it is, else kept.
-std::optional<PlistValue> boolOrKept(const PlistValue* given, const PlistValue* stored);
 std::optional<PlistValue> orNoCost(const PlistValue* given, const PlistValue* stored);
 std::optional<PlistValue> aleOrLager(const PlistValue* given, const PlistValue* stored);
 std::optional<PlistValue> orLiquid(const PlistValue* given, const PlistValue* stored);

@@ -32,8 +32,8 @@ using written::ifPresent;
 // clang-format off
 
 constexpr RecordField fermentableFields[] = {
-    {"isGrain",               keys::IsGrain,          ifPresent, read::boolOrKept},
-    {"mustBeMashed",          keys::MustBeMashed,     ifPresent, read::boolOrKept},
+    {"isGrain",               keys::IsGrain,          ifPresent, read::orKept},
+    {"mustBeMashed",          keys::MustBeMashed,     ifPresent, read::orKept},
     {"color",                 keys::Color,            ifPresent, read::number},
     {"moisture",              keys::Moisture,         ifPresent, read::number},
     {"extract",               keys::Extract,          ifPresent, read::number},

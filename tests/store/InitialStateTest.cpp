@@ -8,9 +8,6 @@
 #include "tests/support/Child.h"
 #include "tests/support/Store.h"
 #include "zymcore/documents/RecordKeys.h"
-#include "zymcore/library/ZYMHops.h"
-#include "zymcore/library/ZYMSuppliers.h"
-#include "zymcore/library/ZYMWaters.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
 #include "zymcore/store/ZYMCachingModel.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
@@ -22,6 +19,10 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 const KeyName HopsVersion{"HopsVersion"};
+
+ZYMCachingModel& library(std::string_view entity) {
+  return *ZYMLibraryRegistry::sharedInstance().libraryOfEntity(entity);
+}
 
 /// Seed files of a test's own, beside the host's object model.
 class InitialState : public testing::WithStore {
@@ -47,7 +48,7 @@ class InitialState : public testing::WithStore {
   }
   static std::vector<std::string> hops() {
     std::vector<std::string> names;
-    for (const ZYMSummary& row : ZYMHops::sharedInstance().summariesforAllItems())
+    for (const ZYMSummary& row : library("ZYMHopEntity").summariesforAllItems())
       names.push_back(row.name);
     return names;
   }
@@ -60,8 +61,8 @@ TEST_F(InitialState, FillsTheLibrariesAndRemembersTheVersions) {
   const testing::Posts posts{CoreDataModelReloadNowNotification};
   model().installInitialState();
   EXPECT_THAT(hops(), ElementsAre("Fuggle", "Goldings"));
-  EXPECT_EQ(ZYMWaters::sharedInstance().allItems().size(), 1U);
-  EXPECT_TRUE(ZYMSuppliers::sharedInstance().allItems().empty());
+  EXPECT_EQ(library("ZYMWaterEntity").allItems().size(), 1U);
+  EXPECT_TRUE(library("ZYMSupplierEntity").allItems().empty());
   EXPECT_EQ(defaults().stringForKey(HopsVersion), "1.0");
   EXPECT_FALSE(defaults().objectForKey(KeyName{"YeastsVersion"}));  // its file is missing
   EXPECT_EQ(posts.names.size(), 1U);
@@ -73,12 +74,12 @@ TEST_F(InitialState, OnlyALibraryOfAnotherVersionIsInstalledAgain) {
     write(name, {{KeyName{"Version"}, "1"}});
   }
   model().installInitialState();
-  PlistDictionary edited = *ZYMHops::sharedInstance().itemWithUUID("F");
+  PlistDictionary edited = *library("ZYMHopEntity").itemWithUUID("F");
   edited.set(keys::Variety, "My Fuggle");
-  ZYMHops::sharedInstance().updateItem(edited);
-  PlistDictionary water = *ZYMWaters::sharedInstance().itemWithUUID("W");
+  library("ZYMHopEntity").updateItem(edited);
+  PlistDictionary water = *library("ZYMWaterEntity").itemWithUUID("W");
   water.set(keys::Notes, "mine");
-  ZYMWaters::sharedInstance().updateItem(water);
+  library("ZYMWaterEntity").updateItem(water);
 
   const testing::Posts posts{CoreDataModelReloadNowNotification};
   model().checkVersionsAndUpdateIfNecessary();
@@ -89,7 +90,7 @@ TEST_F(InitialState, OnlyALibraryOfAnotherVersionIsInstalledAgain) {
                  {KeyName{"Hops"}, PlistDictionary{{KeyName{"x"}, hop("F", "Fuggle")}}}});
   model().checkVersionsAndUpdateIfNecessary();
   EXPECT_THAT(hops(), ElementsAre("Fuggle", "Goldings"));  // what isn't listed any more stays
-  EXPECT_EQ(ZYMWaters::sharedInstance().itemWithUUID("W")->stringValue(keys::Notes), "mine");
+  EXPECT_EQ(library("ZYMWaterEntity").itemWithUUID("W")->stringValue(keys::Notes), "mine");
   EXPECT_EQ(posts.names.size(), 1U);
   EXPECT_EQ(defaults().stringForKey(HopsVersion), "1.00");
 }

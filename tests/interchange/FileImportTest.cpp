@@ -312,8 +312,7 @@ TEST_F(FileImportTest, ImportsBeerXMLAsOneUndoStep) {
       });
   const std::string path = file("bitter.xml", bitter);
   const auto first = import(path);
-  endTurn();
-  const auto second = import(path);
+  const auto second = import(path);  // in the same turn
   endTurn();
   EXPECT_THAT(urls, ElementsAre(path, path));
   EXPECT_EQ(first->failureReason(), std::nullopt);
@@ -400,7 +399,9 @@ TEST_F(FileImportTest, ImportsARecipeWithBatchesAndPicturesAsOneStepAndSave) {
 TEST_F(FileImportTest, AnImportThatFailsHalfWayLeavesNothing) {
   const std::string good = file("own.wm2", ownFile());
   PlistArray many;
-  for (int i = 0; i < 501; ++i) many.append(NSData("no picture"));
+  for (int i = 0; i < 499; ++i) many.append(NSData("no picture"));
+  const std::string most = file("most.wm2", ownFile({{keys::Images, many}}));
+  many.append(picture(3, 3));  // one too many with that of the batch
   PlistArray large{picture(3, 3)};
   for (int i = 0; i < 4; ++i) large.append(picture(16384, 1024));
   const struct {
@@ -428,6 +429,7 @@ TEST_F(FileImportTest, AnImportThatFailsHalfWayLeavesNothing) {
     EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
   }
   EXPECT_TRUE(import(good)->uuidOfRecipe());
+  EXPECT_TRUE(import(most)->uuidOfRecipe());
 }
 
 TEST_F(FileImportTest, ASaveThatFailsIsNoSuccess) {

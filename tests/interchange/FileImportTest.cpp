@@ -269,7 +269,8 @@ TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
       {keys::MgSO4, "0.1", keys::Conditioning, "Matured for 4 weeks"},
       {parsedKeys::AGE, "100", keys::Conditioning,
        "Matured for 2 weeks"},  // 14, the first but one digit
-      {parsedKeys::AGE, "110", keys::Conditioning, "Matured for 4 months"},
+      {parsedKeys::AGE, "105", keys::Conditioning, "Matured for 4 months"},  // 15
+      {parsedKeys::AGE, "161", keys::Conditioning, "Matured for 6 months"},  // 23, by 4.1
       {parsedKeys::AGE, "28", keys::Conditioning, "Matured for 4 weeks"},
       {keys::FermentationTemperature, "11.5", keys::FermentationTemperature, "11.5"},
   };

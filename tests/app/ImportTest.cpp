@@ -41,6 +41,15 @@ TEST_F(Import, GoesOnAfterAFileThatFails) {
   EXPECT_THAT(zym({"recipes", "--json"}).out, HasSubstr("Kölsch & Co"));
 }
 
+TEST_F(Import, EachFileIsOneUndoStep) {
+  const std::string file = folder.file("ale.xml", ale);
+  const Outcome outcome = test::run({"shell", "--data", folder / "data"},
+                                    "import " + file + " " + file + "\nundo\nundo\nundo\n");
+  EXPECT_THAT(outcome.out, HasSubstr("Undone: Import Recipe\nUndone: Import Recipe\n"));
+  EXPECT_THAT(outcome.err, HasSubstr("nothing to undo"));
+  EXPECT_EQ(zym({"recipes", "--json"}).out, "[]\n");
+}
+
 TEST_F(Import, ADryRunShowsTheMatchesAndStoresNothing) {
   const std::string file = folder.file("ale.xml", ale);
   const Outcome outcome = zym({"import", "--dry-run", folder.path()});

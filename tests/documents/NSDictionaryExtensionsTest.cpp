@@ -3,6 +3,7 @@
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSLog.h"
 #include "zymcore/platform/values/NSNotFound.h"
 
 namespace zym {
@@ -86,12 +87,16 @@ TEST(NSDictionaryExtensions, BlanksOfAHundredThousandKeys) {
 TEST(NSDictionaryExtensions, RemovingBlanksFromAScalarIsAFault) {
   removeSpacesInKeysOfObject(nullptr);
   PlistValue text = "a b";
+  std::string log;
+  setNSLogSink([&](std::string_view line) { log += line; });
   try {
     removeSpacesInKeysOfObject(&text);
-    FAIL();
+    ADD_FAILURE();
   } catch (const NSException& fault) {
     EXPECT_EQ(fault.reason(), "Non-mutable object passed to to removeSpacesInKeysOfObject:");
   }
+  setNSLogSink({});
+  EXPECT_NE(log.find("NSDictionaryExtensions"), std::string::npos) << "where to look";
 }
 
 TEST(NSDictionaryExtensions, IndexOfObjectWithUUID) {

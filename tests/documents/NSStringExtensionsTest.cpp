@@ -5,6 +5,9 @@
 #include <regex>
 #include <set>
 
+#include "tests/support/Pictures.h"
+#include "zymcore/documents/NSColorExtensions.h"
+#include "zymcore/documents/NSStringExtensions+Images.h"
 #include "zymcore/documents/NSStringExtensions.h"
 
 namespace zym {
@@ -111,10 +114,30 @@ TEST(NSStringExtensions, XMLIsAppendedOnLinesOfItsOwn) {
   EXPECT_EQ(text, "<RECIPE>\n\t\t<NAME>Dry &amp; Stout</NAME>\n\t\n");
 }
 
-// From the algorithm's description, RFC 1321.
 TEST(NSStringExtensions, MD5InUpperCase) {
-  EXPECT_EQ(md5HexHash(""), "D41D8CD98F00B204E9800998ECF8427E");
-  EXPECT_EQ(md5HexHash("message digest"), "F96B697D7CB7938D525A2F31AAF161D0");
+  EXPECT_EQ(md5HexHash("message digest"), "F96B697D7CB7938D525A2F31AAF161D0");  // RFC 1321
+}
+
+TEST(NSColorExtensions, ColoursInHexadecimal) {
+  constexpr std::pair<double, const char*> components[] = {
+      {0, "00"}, {-0.5, "00"}, {0.5, "7f"}, {0.9999, "fe"}, {1, "ff"}, {2, "ff"}};
+  for (const auto& [component, hex] : components) EXPECT_EQ(hexForColorComponent(component), hex);
+  EXPECT_EQ(hexRepresentation(NSColor::colorWithRed_green_blue_alpha(0.1, 0.5, 1, 0.3)), "197fff");
+  EXPECT_EQ(hexRepresentation(NSColor::colorWithWhite_alpha(0.5, 1)), "7f7f7f");
+}
+
+TEST(NSStringExtensions, TextsWithImages) {
+  const NSImage image(testing::picture(4, 2, false, [](int, int) {
+    return testing::Bytes{1, 2, 3, 255};
+  }));
+  const NSAttributedString texts[] = {prependWithImage("Ale", image),
+                                      prependWithImage_withSize("Ale", image, {4, 2}),
+                                      prependWithImage_width_height("Ale", image, 8, 6)};
+  const NSSize sizes[] = {{4, 2}, {4, 2}, {8, 6}};
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(std::get<NSImage>(texts[i].runs().at(0)).size(), sizes[i]);
+    EXPECT_EQ(std::get<std::string>(texts[i].runs().at(1)), " Ale");
+  }
 }
 
 }  // namespace

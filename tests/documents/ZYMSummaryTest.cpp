@@ -20,6 +20,7 @@ TEST(ZYMSummary, TravelsInAnArchive) {
   const ZYMSummary row =
       ZYMSummary::summaryWithName_uuid_numberOfChildren("Bock", "U-1", 5'000'000'000);
   EXPECT_EQ(row.description(), "name: Bock uuid: U-1 numberOfChildren: 5000000000");
+  EXPECT_EQ(ZYMSummary().description(), "name:  uuid: (null) numberOfChildren: 0");
   EXPECT_EQ(ZYMSummary::summaryWithArchive(row.archive()), row);
   EXPECT_EQ(row.archive().integerValue(KeyName("Children")), 5'000'000'000);
   // No uuid is not the uuid "", which is that of the whole library.

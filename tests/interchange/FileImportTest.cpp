@@ -269,7 +269,8 @@ TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
       {keys::MgSO4, "0.1", keys::Conditioning, "Matured for 4 weeks"},
       {parsedKeys::AGE, "100", keys::Conditioning,
        "Matured for 2 weeks"},  // 14, the first but one digit
-      {parsedKeys::AGE, "110", keys::Conditioning, "Matured for 4 months"},
+      {parsedKeys::AGE, "105", keys::Conditioning, "Matured for 4 months"},  // 15
+      {parsedKeys::AGE, "161", keys::Conditioning, "Matured for 6 months"},  // 23, by 4.1
       {parsedKeys::AGE, "28", keys::Conditioning, "Matured for 4 weeks"},
       {keys::FermentationTemperature, "11.5", keys::FermentationTemperature, "11.5"},
   };
@@ -312,8 +313,7 @@ TEST_F(FileImportTest, ImportsBeerXMLAsOneUndoStep) {
       });
   const std::string path = file("bitter.xml", bitter);
   const auto first = import(path);
-  endTurn();
-  const auto second = import(path);
+  const auto second = import(path);  // in the same turn
   endTurn();
   EXPECT_THAT(urls, ElementsAre(path, path));
   EXPECT_EQ(first->failureReason(), std::nullopt);
@@ -400,7 +400,9 @@ TEST_F(FileImportTest, ImportsARecipeWithBatchesAndPicturesAsOneStepAndSave) {
 TEST_F(FileImportTest, AnImportThatFailsHalfWayLeavesNothing) {
   const std::string good = file("own.wm2", ownFile());
   PlistArray many;
-  for (int i = 0; i < 501; ++i) many.append(NSData("no picture"));
+  for (int i = 0; i < 499; ++i) many.append(NSData("no picture"));
+  const std::string most = file("most.wm2", ownFile({{keys::Images, many}}));
+  many.append(picture(3, 3));  // one too many with that of the batch
   PlistArray large{picture(3, 3)};
   for (int i = 0; i < 4; ++i) large.append(picture(16384, 1024));
   const struct {
@@ -428,6 +430,7 @@ TEST_F(FileImportTest, AnImportThatFailsHalfWayLeavesNothing) {
     EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
   }
   EXPECT_TRUE(import(good)->uuidOfRecipe());
+  EXPECT_TRUE(import(most)->uuidOfRecipe());
 }
 
 TEST_F(FileImportTest, ASaveThatFailsIsNoSuccess) {

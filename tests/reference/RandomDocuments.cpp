@@ -1,6 +1,8 @@
 #include "tests/reference/RandomDocuments.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <string_view>
 
 #include "zymcore/platform/values/NumberText.h"
 
@@ -9,68 +11,55 @@ namespace {
 
 constexpr std::size_t oddities[] = {0, 0, 100, 20, 4};
 
-constexpr const char* oddNumbers[] = {
-    "",       "0",    "0.0",  "-3",    "abc",   " 12.5x",   "1e3",         "inf",  "nan",
-    "-inf",   "0x10", "+5",   "\t7",   "1.2.3", ".5",       "5.",          "1e",   "--4",
-    "+-4",    "- 4",  "12,5", "1e-3",  "0.2",   "-0",       "  ",          "1E+2", "0.0099999",
-    "0.01",   "-0.5", "1e9",  "1 000", "NaN",   "infinity", "100.0000004", "0,5",  "\n1.000001",
-    "1e-400", "١٢",   "½",    "9e-7",  "1000",  "1000.5",   "20",          "4",    "50"};
+// Separated by "|".
+using Words = std::string_view;
 
-constexpr const char* truths[] = {"1", "1",   "1",    "0",    "0", "1.000000", "Yes",
-                                  "",  "0.2", "0.25", "true", "2", "-1",       "0.200000001"};
+constexpr Words oddNumbers =
+    "|0|0.0|-3|abc| 12.5x|1e3|inf|nan|-inf|0x10|+5|\t7|1.2.3|.5|5.|1e|--4|+-4|- 4|12,5|"
+    "1e-3|0.2|-0|  |1E+2|0.0099999|0.01|-0.5|1e9|1 000|NaN|infinity|100.0000004|0,5|"
+    "\n1.000001|1e-400|١٢|½|9e-7|1000|1000.5|20|4|50";
 
-constexpr const char* names[] = {"Pale Malt",
-                                 "Corn Sugar/Dextrose",
-                                 "cane SUGAR",
-                                 "Lactose",
-                                 "lactose sugar",
-                                 "sUgArLaCtOsE",
-                                 "Honey",
-                                 "Sug ar",
-                                 "",
-                                 "Zucker (süß)",
-                                 "Milk Lactos",
-                                 "Sugar"};
+constexpr Words truths = "1|1|1|0|0|1.000000|Yes||0.2|0.25|true|2|-1|0.200000001";
 
-constexpr const char* fermentableWhens[] = {"In Mash/Steeped", "In Mash/Steeped", "In Mash/Steeped",
-                                            "Start Of Boil",   "End Of Boil",     "",
-                                            "start of boil",   "In Mash"};
+constexpr Words names =
+    "Pale Malt|Corn Sugar/Dextrose|cane SUGAR|Lactose|lactose sugar|sUgArLaCtOsE|Honey|"
+    "Sug ar||Zucker (süß)|Milk Lactos|Sugar";
 
-constexpr const char* hopWhens[] = {
-    "In Mash",         "First Wort Hopped", "All Of Boil",     "90 Min From End",
-    "80 Min From End", "70 Min From End",   "60 Min From End", "55 Min From End",
-    "50 Min From End", "45 Min From End",   "40 Min From End", "35 Min From End",
-    "30 Min From End", "25 Min From End",   "20 Min From End", "15 Min From End",
-    "10 Min From End", "5 Min From End",    "1 Min From End",  "At turn off",
-    "In Hop-Back",     "In Fermenter",      "Dry-Hopped",      "",
-    "dry-hopped",      "Whenever"};
+constexpr Words fermentableWhens =
+    "In Mash/Steeped|In Mash/Steeped|In Mash/Steeped|Start Of Boil|End Of Boil||"
+    "start of boil|In Mash";
 
-constexpr const char* forms[] = {"Loose Whole Hops",
-                                 "Bagged Whole Hops",
-                                 "Loose Pellet Hops",
-                                 "Bagged Pellet Hops",
-                                 "Pelletized Hops",
-                                 "Pellets",
-                                 ""};
+constexpr Words hopWhens =
+    "In Mash|First Wort Hopped|All Of Boil|90 Min From End|80 Min From End|"
+    "70 Min From End|60 Min From End|55 Min From End|50 Min From End|45 Min From End|"
+    "40 Min From End|35 Min From End|30 Min From End|25 Min From End|20 Min From End|"
+    "15 Min From End|10 Min From End|5 Min From End|1 Min From End|At turn off|"
+    "In Hop-Back|In Fermenter|Dry-Hopped||dry-hopped|Whenever";
 
-constexpr const char* fermentabilities[] = {"Low", "Medium", "Medium", "High", "", "medium", "1"};
+constexpr Words forms =
+    "Loose Whole Hops|Bagged Whole Hops|Loose Pellet Hops|Bagged Pellet Hops|"
+    "Pelletized Hops|Pellets|";
 
-constexpr const char* spargeMethods[] = {"Fly Sparge", "Batch Sparge", "Brew in a Bag/No Sparge",
-                                         "Brew in a Bag/No Sparge", ""};
+constexpr Words fermentabilities = "Low|Medium|Medium|High||medium|1";
 
-constexpr const char* stepTypes[] = {"Heat to strike and dough in",
-                                     "Rest at",
-                                     "Raise by infusion to",
-                                     "Raise by infusion to",
-                                     "Pull decoction, boil, add back raising mash to",
-                                     "Raise to and Mash out at",
-                                     "Raise by direct heating to",
-                                     ""};
+constexpr Words spargeMethods =
+    "Fly Sparge|Batch Sparge|Brew in a Bag/No Sparge|Brew in a Bag/No Sparge|";
 
-constexpr const char* formulaCodes[] = {"0", "1", "2",  "3", "0", "1",  "2",  "3",
-                                        "4", "7", "-1", "",  "x", " 2", "3x", "1.9"};
+constexpr Words stepTypes =
+    "Heat to strike and dough in|Rest at|Raise by infusion to|Raise by infusion to|"
+    "Pull decoction, boil, add back raising mash to|Raise to and Mash out at|"
+    "Raise by direct heating to|";
+
+constexpr Words formulaCodes = "0|1|2|3|0|1|2|3|4|7|-1||x| 2|3x|1.9";
 
 }  // namespace
+
+std::string RandomDocuments::oneOf(std::string_view words) {
+  for (auto i = below(1 + static_cast<std::size_t>(std::ranges::count(words, '|'))); i > 0; --i) {
+    words.remove_prefix(words.find('|') + 1);
+  }
+  return std::string(words.substr(0, words.find('|')));
+}
 
 std::string RandomDocuments::quantity(double from, double to) {
   if (oddity_ > 0 && oneIn(oddity_)) return oneOf(oddNumbers);

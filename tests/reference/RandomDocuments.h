@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <random>
 #include <string>
+#include <string_view>
 
 #include "zymcore/platform/values/PlistValue.h"
 
@@ -28,10 +29,7 @@ class RandomDocuments {
 
   [[nodiscard]] std::size_t below(std::size_t limit) { return random_() % limit; }
   [[nodiscard]] bool oneIn(std::size_t count) { return below(count) == 0; }
-  template <std::size_t n>
-  [[nodiscard]] std::string oneOf(const char* const (&words)[n]) {
-    return words[below(n)];
-  }
+  [[nodiscard]] std::string oneOf(std::string_view words);
   /// A number between the two, written as people and calculations do; or something odd.
   [[nodiscard]] std::string quantity(double from, double to);
   /// "" is absent or empty.

@@ -403,31 +403,4 @@ void recalculateBatchCost(Tree& batch) {
   put(batch, "Cost", total);
 }
 
-std::string differences(const PlistValue& expected, const PlistValue& actual) {
-  if (expected == actual) return "";
-  const Tree* a = expected.dictionary();
-  const Tree* b = actual.dictionary();
-  const PlistArray* rows = expected.array();
-  const PlistArray* others = actual.array();
-  std::string result;
-  if (a && b && a->size() == b->size()) {
-    for (const PlistEntry& entry : *a) {
-      const PlistValue* other = b->find(entry.key);
-      const std::string inner = other ? differences(entry.value, *other) : " is missing";
-      if (!inner.empty()) result += "/" + std::string(entry.key.text()) + inner;
-    }
-  } else if (rows && others && rows->size() == others->size()) {
-    for (std::size_t i = 0; i < rows->size(); ++i) {
-      const std::string inner = differences(*rows->find(i), *others->find(i));
-      if (!inner.empty()) result += "/" + std::to_string(i) + inner;
-    }
-  } else {
-    const auto shown = [](const PlistValue& value) {
-      return value.string() ? *value.string() : std::string(value.className());
-    };
-    return ": " + shown(expected) + " expected, not " + shown(actual) + "\n";
-  }
-  return result;
-}
-
 }  // namespace zym::reference

@@ -11,7 +11,4 @@ void recalculateRecipe(PlistDictionary& recipe, const PlistDictionary& user);
 void recalculateBatch(PlistDictionary& batch, const PlistDictionary& user);
 void recalculateBatchCost(PlistDictionary& batch);
 
-/// Every place where two trees differ, for a person to read; empty where they don't.
-[[nodiscard]] std::string differences(const PlistValue& expected, const PlistValue& actual);
-
 }  // namespace zym::reference

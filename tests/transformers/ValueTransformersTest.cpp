@@ -215,8 +215,8 @@ TEST_F(ValueTransformers, Gravities) {
          {0, "10 P", "1.040000"},
          {0, "10 plato", "1.040000"},
          {0, "10.4 Brix", "1.040031"},
-         {1, "-0.4 sg", "-0.400000"},
-         {1, "-1 sg", "0.996169"},  // no gravity, so Plato
+         {1, "-0.45 sg", "-0.450000"},
+         {1, "-0.55 sg", "0.997889"},  // no gravity, so Plato
          {2, "1.05", "-1.000000"},
          {0, "260 P", "-1.000000"},  // beyond all number
          {1, "260", "-1.000000"}});
@@ -226,7 +226,7 @@ TEST_F(ValueTransformers, Colours) {
   check(keys::ColorUnit, show<BeerColor>,
         {{0, "10", "10.0 SRM"}, {1, "10+", "19.7+ EBC"}, {2, "10", ""}});
   check(keys::ColorUnit, show<MaltColor>,
-        {{0, "60", "60.0 ˚L"}, {1, "10", "25.2 EBC"}, {2, "10", ""}});
+        {{0, "60", "60.0 ˚L"}, {0, "60+", "60.0+ ˚L"}, {1, "10", "25.2 EBC"}, {2, "10", ""}});
   check(keys::ColorUnit, store<BeerColor>,
         {{1, "10 SRM", "10.000000"},
          {1, "10 L", "10.000000"},
@@ -234,11 +234,15 @@ TEST_F(ValueTransformers, Colours) {
          {1, "19.7", "10.000000"},
          {0, "19.7", "19.700001"},
          {0, "-3", "-3.000000"},
+         {1, "-0.45 l", "-0.450000"},
+         {1, "-0.55 l", "0.000000"},  // no colour, so EBC
          {2, "60", "-1.000000"}});
   check(keys::ColorUnit, store<MaltColor>,
         {{1, "60 ˚L", "60.000000"},
          {1, "60 Lov", "60.000000"},
          {0, "60 ebc", "23.045071"},
+         {1, "-0.45 l", "-0.450000"},
+         {1, "-0.55 l", "0.000000"},
          {1, "60 srm", "23.045071"},  // no word of malts
          {0, "60", "60.000000"},
          {2, "60", "-1.000000"}});
@@ -253,6 +257,7 @@ TEST_F(ValueTransformers, Temperatures) {
          {1, "212", "100.000000"},
          {0, "-5", "-5.000000"},
          {1, "-99 c", "-99.000000"},
+         {1, "-99.5 c", "-73.055556"},  // below all, so Fahrenheit
          {1, "-100 c", "-73.333333"},
          {1, "", "-17.777778"},
          {2, "20", "-100.000000"}});
@@ -269,6 +274,8 @@ TEST_F(ValueTransformers, MashThickness) {
          {Metric, "2 pts/lb", "2.505611"},
          {Metric, "1 qts/lb", "2.086356"},
          {US, "1", "2.086356"},
+         {US, "-0.45 l/kg", "-0.450000"},
+         {US, "-0.55 l/kg", "-1.147496"},
          {British, "2", "2.505611"},
          {Metric, "2.5", "2.500000"},
          {3, "2.5", "-1.000000"}});
@@ -278,7 +285,9 @@ TEST_F(ValueTransformers, Distances) {
   useLocale("de_DE");
   check(keys::Units, show<Distance>,
         {{US, "1609.344", "5280 ft"},
-         {British, "0.7620000", "3 ft"},  // 2.5000 in double precision
+         // In double precision.
+         {US, "100000000", "328083990 ft"},
+         {British, "100000000", "328083990 ft"},
          {Metric, "12.34", "12,3 m"},
          {3, "12.34", ""}});
   check(keys::Units, store<Distance>,

@@ -1,7 +1,6 @@
 #include "zymcore/transformers/ZYMDistanceValueTransformer.h"
 
 #include "zymcore/documents/DefaultsKeys.h"
-#include "zymcore/platform/values/NumberText.h"
 #include "zymcore/transformers/internal/Quantity.h"
 
 namespace zym {
@@ -19,11 +18,12 @@ constexpr double fromYards(double yards) {
   return yards / 1.0936133;
 }
 
-constexpr std::int64_t metric = 2;
+constexpr double ofAnySize = -HUGE_VAL;
+constexpr bool isPlain = true;
 constexpr transformer::Unit units[] = {
-    {0, "ft", 0, toFeet, fromFeet},
-    {1, "ft", 0, toFeet, fromFeet},
-    {metric, "m", 1, asItIs, asItIs},
+    {0, "ft", 0, toFeet, fromFeet, ofAnySize, isPlain},
+    {1, "ft", 0, toFeet, fromFeet, ofAnySize, isPlain},
+    {2, "m", 1, asItIs, asItIs},
 };
 constexpr transformer::UnitWord unitWords[] = {
     {"m", asItIs},     {"mt", asItIs},     {"yd", fromYards},
@@ -40,10 +40,7 @@ constexpr transformer::Quantity quantity = {.preference = keys::Units,
 }  // namespace
 
 std::string ZYMDistanceValueTransformer::convertForDisplay(const PlistValue* value) {
-  const std::int64_t preference = transformer::preferenceUnder(keys::Units);
-  if (preference != 0 && preference != 1) return transformer::shown(quantity, value);
-  // Feet aren't localized.
-  return stringWithDecimals(toFeet(transformer::numberForDisplay(value)), 0) + " ft";
+  return transformer::shown(quantity, value);
 }
 
 std::string ZYMDistanceValueTransformer::convertForStorage(const PlistValue* value) {

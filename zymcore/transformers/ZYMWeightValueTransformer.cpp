@@ -105,7 +105,7 @@ std::string ZYMWeightValueTransformer::convertForStorage(const PlistValue* value
   if (!second.empty()) {
     grammes = Convert::convertOuncesToGrammes(number * ouncesInPound + doubleValue(second));
   }
-  return transformer::textOf(grammes, 0);
+  return stringWithFormatF(grammes);
 }
 
 }  // namespace zym

@@ -43,7 +43,8 @@ std::string stored(const Quantity& quantity, const PlistValue* value) {
     const Unit* unit = unitOf(quantity.units, preferenceUnder(quantity.preference), HUGE_VAL);
     result = unit ? unit->toStorage(number) : quantity.sentinel;
   }
-  return textOf(result, quantity.sentinel);
+  // What is beyond all number couldn't be read again.
+  return stringWithFormatF(std::isfinite(result) ? result : quantity.sentinel);
 }
 
 std::int64_t preferenceUnder(KeyName key) {
@@ -54,11 +55,11 @@ std::string shown(double number, std::int64_t preference, std::span<const Unit> 
                   std::string_view sign) {
   const Unit* unit = unitOf(units, preference, number);
   if (!unit) return "";
-  return localizedStringFromFloat_decimalPlaces(static_cast<float>(unit->fromStorage(number)),
-                                                unit->decimalPlaces)
-      .append(sign)
-      .append(" ")
-      .append(unit->name);
+  const double shown = unit->fromStorage(number);
+  std::string text = unit->isPlain ? stringWithDecimals(shown, unit->decimalPlaces)
+                                   : localizedStringFromFloat_decimalPlaces(
+                                         static_cast<float>(shown), unit->decimalPlaces);
+  return text.append(sign).append(" ").append(unit->name);
 }
 
 double numberForDisplay(const PlistValue* value) {
@@ -82,10 +83,6 @@ double byUnitWord(std::string_view text, double number, std::span<const UnitWord
     if (lowercase.ends_with(unit.word)) result = unit.toStorage(number);
   }
   return result;
-}
-
-std::string textOf(double quantity, double otherwise) {
-  return stringWithFormatF(std::isfinite(quantity) ? quantity : otherwise);
 }
 
 }  // namespace zym::transformer

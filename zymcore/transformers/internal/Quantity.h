@@ -21,6 +21,8 @@ struct Unit {
   double (*toStorage)(double);
   /// The least stored quantity that is shown in it.
   double atLeast = -HUGE_VAL;
+  /// The number is written in double precision, and not as the user writes numbers.
+  bool isPlain = false;
 };
 
 /// A unit word at the end of a typed text, in lower case, and what a number with it means.
@@ -62,7 +64,7 @@ struct Quantity {
 /// The user's choice under that key.
 [[nodiscard]] std::int64_t preferenceUnder(KeyName key);
 /// A number as the user writes it, in single precision, in the unit that it reaches of those of the
-/// preference; "" where there is none. The sign stands between them.
+/// preference; "" where there is none. The sign stands between number and unit.
 [[nodiscard]] std::string shown(double number, std::int64_t preference, std::span<const Unit> units,
                                 std::string_view sign = "");
 /// The number of a stored value; 0 for an absent one. Throws for a value that has none.
@@ -72,7 +74,5 @@ struct Quantity {
 /// What the number means by the unit word that the text ends in; `otherwise` when it ends in none.
 [[nodiscard]] double byUnitWord(std::string_view text, double number,
                                 std::span<const UnitWord> words, double otherwise);
-/// As it is stored; `otherwise` for what is beyond all number, which couldn't be read again.
-[[nodiscard]] std::string textOf(double quantity, double otherwise);
 
 }  // namespace zym::transformer

@@ -295,6 +295,10 @@ TEST_F(Records, AreFoundByKeyAndInOrder) {
                                                       {all.begin(), all.end()})}},
                     keys::Steps),
               ElementsAre("B", "a", "b"));
+  const auto sorted = *ZYMFermentableEntity::objectsMatchingKey_andValue_sortedOnKey(
+      KeyName{"ingredientDescription"}, "", attributes::name);
+  EXPECT_EQ(sorted.front()->name(), "B");
+  EXPECT_EQ(sorted.back()->name(), "b");
   EXPECT_EQ(ZYMFermentableEntity::objectsMatchingKey_andValue_sortedOnKey(attributes::name, "a",
                                                                           std::nullopt)
                 ->size(),

@@ -294,7 +294,7 @@ TEST_F(ValueTransformers, Distances) {
         {{US, "12,5 m", "12.500000"},
          {US, "12,5 mt", "12.500000"},
          {Metric, "10 ft", "3.048000"},
-         {Metric, "10 feet", "3.048000"},
+         {Metric, "1000 feet", "304.800000"},
          {Metric, "10 yd", "9.144000"},
          {Metric, "10 yds", "9.144000"},
          {US, "10", "3.048000"},

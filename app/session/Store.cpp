@@ -25,16 +25,6 @@ ZYMCoreDataModel& model() {
   return ZYMCoreDataModel::sharedInstance();
 }
 
-// The library ends the process over a store that it can't read. The program says so instead.
-void requireReadableStore() {
-  NSError error;
-  const auto metadata = NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
-      NSSQLiteStoreType, storePath(), &error);
-  if (!metadata && NSFileManager::fileExistsAtPath(storePath())) {
-    throw InputError(storePath() + ": " + error.localizedDescription);
-  }
-}
-
 bool isOpen = false;
 
 /// A folder that goes with the process.
@@ -80,8 +70,12 @@ std::string storePath() {
 
 void openStore() {
   if (std::exchange(isOpen, true)) return;
+  // The library ends the process over a store that it can't read. The program says so instead.
+  model().setFailureHandler([](const NSError& error) {
+    isOpen = false;
+    throw InputError(storePath() + ": " + error.localizedDescription);
+  });
   const ZYMCoreDataModel::Lock lock = model().lockDataFolder();
-  requireReadableStore();
   (void)model().mainObjectContext();
   if (!model().firstRun()) {
     model().checkVersionsAndUpdateIfNecessary();

@@ -16,7 +16,8 @@ constexpr std::int64_t mostKey = std::numeric_limits<std::int64_t>::max() / 2;
   throw StoreFailure{{NSCocoaErrorDomain,
                       NSManagedObjectMergeError,
                       "Somebody else changed " + name + " since it was read.",
-                      {{KeyName("conflictList"), PlistArray{name}}}, {}}};
+                      {{KeyName("conflictList"), PlistArray{name}}},
+                      {}}};
 }
 
 PlistArray namesOf(const std::vector<NSManagedObject*>& objects) {
@@ -111,8 +112,11 @@ void ObjectGraph::assignKeys(Saving& saving) const {
       last[position] = query.step() ? query.integer(0) : 0;
     }
     if (last[position] < 0 || last[position] > mostKey) {
-      throw StoreFailure{
-          {NSCocoaErrorDomain, NSFileReadCorruptFileError, "The store's keys are damaged.", {}, {}}};
+      throw StoreFailure{{NSCocoaErrorDomain,
+                          NSFileReadCorruptFileError,
+                          "The store's keys are damaged.",
+                          {},
+                          {}}};
     }
     SQLiteStatement update = saving.database.statement(
         "INSERT INTO _keys(entity, last) VALUES(?, ?) "

@@ -129,8 +129,8 @@ void addCalcCommand(CLI::App& program, int& exitCode) {
       "Exits with 1 when a file can't be used; the others are printed all the same.\n\n" +
       defaultsHelp() +
       "\nExamples:\n"
-      "  zym calc app/examples/burton-ale.wm2\n"
-      "  zym calc --default Units=US --default HopFormula=Rager burton-ale.wm2\n"
+      "  zym calc app/examples/strong-bitter.wm2\n"
+      "  zym calc --default Units=US --default HopFormula=Rager strong-bitter.wm2\n"
       "  zym calc --json - < recipe.wm2 > recalculated.wm2");
   command->callback([options, &exitCode] { exitCode = calc(*options); });
 }

@@ -2,6 +2,7 @@
 
 #include "app/Host.h"
 #include "app/Program.h"
+#include "app/terminal/Words.h"
 #include "zymcore/platform/values/ProcessTearDown.h"
 
 int main(int argc, char** argv) {
@@ -12,7 +13,7 @@ int main(int argc, char** argv) {
   zym::tearDownProcess();
   std::cout.flush();
   if (!std::cout) {
-    std::cerr << "zym: can't write to standard output\n";
+    std::cerr << "zym: " << zym::host::label("can't write to standard output") << '\n';
     return badOutput;
   }
   return exitCode;

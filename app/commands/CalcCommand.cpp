@@ -13,6 +13,7 @@
 #include "app/terminal/Faults.h"
 #include "app/terminal/Output.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/platform/values/PlistValue.h"
 
@@ -83,7 +84,7 @@ bool processFile(const std::string& file, Printer& printer) {
     }
     return true;
   } catch (const InputError& error) {
-    const std::string name = file == standardInput ? "standard input" : printable(file);
+    const std::string name = file == standardInput ? label("standard input") : printable(file);
     std::cerr << "zym: " << name << ": " << printable(error.what()) << '\n';
     return false;
   }

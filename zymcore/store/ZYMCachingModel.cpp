@@ -6,6 +6,7 @@
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/SimilarNames.h"
 #include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/platform/objects/NSManagedObjectContext.h"
 #include "zymcore/platform/values/NSException.h"
@@ -46,48 +47,16 @@ PlistDictionary recordOf(NSManagedObject& object) {
       PlistDictionary());
 }
 
-template <class TextAt>
-std::int64_t indexOfMostSimilar(std::string_view text, std::size_t count, TextAt textAt) {
-  double best = -1.0;
-  std::int64_t bestIndex = -1;
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::string_view other = textAt(i);
-    double score = similarityWithString(text, other);
-    if (score > 0.99 && isEqualTo(text, other)) score = 1.1;
-    if (score > best) {
-      best = score;
-      bestIndex = static_cast<std::int64_t>(i);
-    }
+/// The names that the records of the objects show.
+SimilarNames namesOf(const std::vector<NSManagedObject*>& objects, KeyName nameKey) {
+  std::vector<std::string> names;
+  names.reserve(objects.size());
+  for (NSManagedObject* object : objects) {
+    const auto name = static_cast<ZYMRecordEntity*>(object)->valueInRecord(nameKey);
+    names.push_back(name && name->string() ? *name->string() : "");
   }
-  return bestIndex;
+  return SimilarNames(std::move(names));
 }
-
-/// Objects by the names that their records show.
-class Candidates {
- public:
-  Candidates(std::vector<NSManagedObject*> objects, KeyName nameKey)
-      : objects_(std::move(objects)) {
-    names_.reserve(objects_.size());
-    for (NSManagedObject* object : objects_) {
-      const auto name = static_cast<ZYMRecordEntity*>(object)->valueInRecord(nameKey);
-      names_.push_back(name && name->string() ? *name->string() : "");
-    }
-  }
-  /// Only the record that is found is made.
-  [[nodiscard]] PlistDictionary mostSimilarTo(std::string_view text) const {
-    const std::int64_t index = indexOfMostSimilar(
-        text, names_.size(), [&](std::size_t i) { return std::string_view(names_[i]); });
-    if (index < 0) {
-      throw NSException(NSRangeException,
-                        "index -1 beyond bounds for array of " + std::to_string(names_.size()));
-    }
-    return recordOf(*objects_[static_cast<std::size_t>(index)]);
-  }
-
- private:
-  std::vector<NSManagedObject*> objects_;
-  std::vector<std::string> names_;
-};
 
 std::string_view textOf(const PlistValue& element, const std::optional<KeyName>& key) {
   const PlistDictionary* record = element.dictionary();
@@ -232,35 +201,73 @@ PlistDictionary ZYMCachingModel::firstIngredient() {
 std::int64_t ZYMCachingModel::indexOfMostSimilarObjectToString_inArray_forKey(
     std::string_view text, const PlistArray* array, const std::optional<KeyName>& key) {
   if (!array) return NSNotFound;
-  return indexOfMostSimilar(text, array->size(),
-                            [&](std::size_t i) { return textOf(*array->find(i), key); });
+  std::vector<std::string> names;
+  names.reserve(array->size());
+  for (const PlistValue& element : *array) names.emplace_back(textOf(element, key));
+  return SimilarNames(std::move(names)).indexOfMostSimilarTo(text);
+}
+
+/// The records by name, as they are until one of them changes.
+struct ZYMCachingModel::Candidates {
+  Objects objects;
+  SimilarNames names;
+  std::uint64_t changeCount = 0;
+
+  /// Only the record that is found is made.
+  [[nodiscard]] PlistDictionary mostSimilarTo(std::string_view text) const {
+    const std::int64_t index = names.indexOfMostSimilarTo(text);
+    if (index < 0) {
+      throw NSException(NSRangeException,
+                        "index -1 beyond bounds for array of " + std::to_string(names.size()));
+    }
+    return recordOf(*objects[static_cast<std::size_t>(index)]);
+  }
+};
+
+ZYMCachingModel::ZYMCachingModel(KeyName nameKeyInRecords) : nameKeyInRecords_(nameKeyInRecords) {}
+
+ZYMCachingModel::~ZYMCachingModel() = default;
+
+const ZYMCachingModel::Candidates& ZYMCachingModel::candidates() const {
+  // What is no library itself shows the names of those that are.
+  std::vector<std::string_view> entities{entityClass()};
+  const ZYMLibraryRegistry& registry = ZYMLibraryRegistry::sharedInstance();
+  if (!registry.libraryOfEntity(entityClass())) {
+    for (const auto& library : registry.libraries()) entities.push_back(library.entity);
+  }
+  const std::uint64_t count = mainContext().changeCountForEntitiesNamed(entities);
+  if (!candidates_ || count == 0 || candidates_->changeCount != count) {
+    Objects objects = objectsSortedOnName();
+    SimilarNames names = namesOf(objects, nameKeyInRecords_);
+    candidates_ = std::make_unique<Candidates>(Candidates{
+        std::move(objects), std::move(names), mainContext().changeCountForEntitiesNamed(entities)});
+  }
+  return *candidates_;
 }
 
 PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingKeysAndValues(
     std::string_view text, const PlistDictionary* keysAndValues) {
-  Objects candidates = objectsSortedOnName();
-  if (keysAndValues) {
-    Objects matching;
-    std::ranges::copy_if(candidates, std::back_inserter(matching), [&](NSManagedObject* object) {
-      return holdsAll(recordOf(*object), *keysAndValues);
-    });
-    if (!matching.empty()) candidates = matching;
-  }
-  return Candidates(std::move(candidates), nameKeyInRecords_).mostSimilarTo(text);
+  const Candidates& all = candidates();
+  if (!keysAndValues) return all.mostSimilarTo(text);
+  Candidates matching;
+  std::ranges::copy_if(all.objects, std::back_inserter(matching.objects),
+                       [&](NSManagedObject* o) { return holdsAll(recordOf(*o), *keysAndValues); });
+  if (matching.objects.empty()) return all.mostSimilarTo(text);
+  matching.names = namesOf(matching.objects, nameKeyInRecords_);
+  return matching.mostSimilarTo(text);
 }
 
 std::vector<PlistDictionary> ZYMCachingModel::ingredientsWithNamesMostSimilarToStrings(
     const std::vector<std::string>& texts) {
   std::vector<PlistDictionary> records;
   if (texts.empty()) return records;
-  const Candidates candidates(objectsSortedOnName(), nameKeyInRecords_);
-  for (const std::string& text : texts) records.push_back(candidates.mostSimilarTo(text));
+  const Candidates& all = candidates();
+  for (const std::string& text : texts) records.push_back(all.mostSimilarTo(text));
   return records;
 }
 
-std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> ZYMCachingModel::objectsByUUID()
-    const {
-  std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> result;
+std::map<std::string, std::vector<ZYMRecordEntity*>> ZYMCachingModel::objectsByUUID() const {
+  std::map<std::string, std::vector<ZYMRecordEntity*>> result;
   for (NSManagedObject* object : ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
                                      entityClass(), nullptr, std::nullopt, std::nullopt)
                                      .value_or(Objects())) {

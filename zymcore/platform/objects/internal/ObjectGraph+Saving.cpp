@@ -310,6 +310,7 @@ void ObjectGraph::rollback() {
     object.alive_ = object.stored_;
   });
   for (ChangedObjects& changed : changed_) changed.clear();
+  ++changeCountOfAll_;
   pairs_.clear();
   journal_.reset();
   for (const Objects& objects : objects_) {

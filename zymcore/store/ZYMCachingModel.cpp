@@ -35,16 +35,20 @@ std::optional<std::string> uuidOf(const ZYMCachingModel::ItemReference& item) {
   return uuid ? std::optional(*uuid) : std::nullopt;
 }
 
-bool holdsAll(const PlistDictionary& record, const PlistDictionary& keysAndValues) {
-  return std::all_of(keysAndValues.begin(), keysAndValues.end(), [&](const PlistEntry& entry) {
-    const PlistValue* value = record.find(entry.key);
-    return value && *value == entry.value;
-  });
-}
-
 PlistDictionary recordOf(NSManagedObject& object) {
   return static_cast<ZYMRecordEntity&>(object).dictionaryRepresentation().value_or(
       PlistDictionary());
+}
+
+/// Whether the record of the object has those values.
+bool holdsAll(ZYMRecordEntity& object, const PlistDictionary& keysAndValues) {
+  return std::all_of(keysAndValues.begin(), keysAndValues.end(), [&](const PlistEntry& entry) {
+    const auto value = object.valueInRecord(KeyName(entry.key.text()));
+    if (value) return *value == entry.value;
+    const PlistDictionary record = recordOf(object);  // its children stand in no field
+    const PlistValue* child = record.find(entry.key);
+    return child && *child == entry.value;
+  });
 }
 
 /// The names that the records of the objects show.
@@ -78,10 +82,67 @@ bool ZYMCachingModel::isIngredient() const {
   return ZYMLibraryRegistry::sharedInstance().isIngredient(entityClass());
 }
 
+/// The records by name, as they are until one of them changes, and their names where these were
+/// asked for.
+struct ZYMCachingModel::Sorted {
+  Objects objects;
+  std::uint64_t changeCount = 0;
+  std::optional<SimilarNames> names;
+  /// Those that have some values; the last few that were asked for.
+  std::vector<std::pair<PlistDictionary, Sorted>> having;
+
+  [[nodiscard]] const SimilarNames& namesUnder(KeyName nameKey) {
+    if (!names) names = namesOf(objects, nameKey);
+    return *names;
+  }
+  /// Only the record that is found is made.
+  [[nodiscard]] PlistDictionary mostSimilarTo(std::string_view text, KeyName nameKey) {
+    const std::int64_t index = namesUnder(nameKey).indexOfMostSimilarTo(text);
+    if (index < 0) {
+      throw NSException(NSRangeException,
+                        "index -1 beyond bounds for array of " + std::to_string(objects.size()));
+    }
+    return recordOf(*objects[static_cast<std::size_t>(index)]);
+  }
+  [[nodiscard]] Sorted& thoseHaving(const PlistDictionary& keysAndValues) {
+    for (auto& [values, found] : having) {
+      if (values == keysAndValues) return found;
+    }
+    Sorted found;
+    std::ranges::copy_if(objects, std::back_inserter(found.objects), [&](NSManagedObject* object) {
+      return holdsAll(static_cast<ZYMRecordEntity&>(*object), keysAndValues);
+    });
+    constexpr std::size_t mostKept = 16;
+    if (having.size() == mostKept) having.clear();
+    return having.emplace_back(keysAndValues, std::move(found)).second;
+  }
+};
+
+ZYMCachingModel::ZYMCachingModel(KeyName nameKeyInRecords) : nameKeyInRecords_(nameKeyInRecords) {}
+
+ZYMCachingModel::~ZYMCachingModel() = default;
+
+ZYMCachingModel::Sorted& ZYMCachingModel::sorted() const {
+  // What is no library itself shows the names of those that are.
+  std::vector<std::string_view> entities{entityClass()};
+  const ZYMLibraryRegistry& registry = ZYMLibraryRegistry::sharedInstance();
+  if (!registry.libraryOfEntity(entityClass())) {
+    for (const auto& library : registry.libraries()) entities.push_back(library.entity);
+  }
+  const std::uint64_t count = mainContext().changeCountForEntitiesNamed(entities);
+  if (!sorted_ || count == 0 || sorted_->changeCount != count) {
+    sorted_ = std::make_unique<Sorted>();
+    sorted_->objects =
+        ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
+            entityClass(), nullptr, std::nullopt, NSSortDescriptor(attributes::name, true))
+            .value_or(Objects());
+    sorted_->changeCount = mainContext().changeCountForEntitiesNamed(entities);
+  }
+  return *sorted_;
+}
+
 ZYMCachingModel::Objects ZYMCachingModel::objectsSortedOnName() const {
-  return ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
-             entityClass(), nullptr, std::nullopt, NSSortDescriptor(attributes::name, true))
-      .value_or(Objects());
+  return sorted().objects;
 }
 
 ZYMRecordEntity* ZYMCachingModel::onlyObjectWithUUID(std::optional<std::string_view> uuid) const {
@@ -207,62 +268,21 @@ std::int64_t ZYMCachingModel::indexOfMostSimilarObjectToString_inArray_forKey(
   return SimilarNames(std::move(names)).indexOfMostSimilarTo(text);
 }
 
-/// The records by name, as they are until one of them changes.
-struct ZYMCachingModel::Candidates {
-  Objects objects;
-  SimilarNames names;
-  std::uint64_t changeCount = 0;
-
-  /// Only the record that is found is made.
-  [[nodiscard]] PlistDictionary mostSimilarTo(std::string_view text) const {
-    const std::int64_t index = names.indexOfMostSimilarTo(text);
-    if (index < 0) {
-      throw NSException(NSRangeException,
-                        "index -1 beyond bounds for array of " + std::to_string(names.size()));
-    }
-    return recordOf(*objects[static_cast<std::size_t>(index)]);
-  }
-};
-
-ZYMCachingModel::ZYMCachingModel(KeyName nameKeyInRecords) : nameKeyInRecords_(nameKeyInRecords) {}
-
-ZYMCachingModel::~ZYMCachingModel() = default;
-
-const ZYMCachingModel::Candidates& ZYMCachingModel::candidates() const {
-  // What is no library itself shows the names of those that are.
-  std::vector<std::string_view> entities{entityClass()};
-  const ZYMLibraryRegistry& registry = ZYMLibraryRegistry::sharedInstance();
-  if (!registry.libraryOfEntity(entityClass())) {
-    for (const auto& library : registry.libraries()) entities.push_back(library.entity);
-  }
-  const std::uint64_t count = mainContext().changeCountForEntitiesNamed(entities);
-  if (!candidates_ || count == 0 || candidates_->changeCount != count) {
-    Objects objects = objectsSortedOnName();
-    SimilarNames names = namesOf(objects, nameKeyInRecords_);
-    candidates_ = std::make_unique<Candidates>(Candidates{
-        std::move(objects), std::move(names), mainContext().changeCountForEntitiesNamed(entities)});
-  }
-  return *candidates_;
-}
-
 PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingKeysAndValues(
     std::string_view text, const PlistDictionary* keysAndValues) {
-  const Candidates& all = candidates();
-  if (!keysAndValues) return all.mostSimilarTo(text);
-  Candidates matching;
-  std::ranges::copy_if(all.objects, std::back_inserter(matching.objects),
-                       [&](NSManagedObject* o) { return holdsAll(recordOf(*o), *keysAndValues); });
-  if (matching.objects.empty()) return all.mostSimilarTo(text);
-  matching.names = namesOf(matching.objects, nameKeyInRecords_);
-  return matching.mostSimilarTo(text);
+  Sorted& all = sorted();
+  Sorted& matching = keysAndValues ? all.thoseHaving(*keysAndValues) : all;
+  return (matching.objects.empty() ? all : matching).mostSimilarTo(text, nameKeyInRecords_);
 }
 
 std::vector<PlistDictionary> ZYMCachingModel::ingredientsWithNamesMostSimilarToStrings(
     const std::vector<std::string>& texts) {
   std::vector<PlistDictionary> records;
   if (texts.empty()) return records;
-  const Candidates& all = candidates();
-  for (const std::string& text : texts) records.push_back(all.mostSimilarTo(text));
+  Sorted& all = sorted();
+  for (const std::string& text : texts) {
+    records.push_back(all.mostSimilarTo(text, nameKeyInRecords_));
+  }
   return records;
 }
 

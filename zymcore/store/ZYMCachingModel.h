@@ -18,8 +18,8 @@ namespace zym {
 
 class NSManagedObjectContext;
 
-/// Base of every library of flat records. It hides the store and keeps nothing itself but the names
-/// to look for similar ones in, until a record changes: each call goes to the main context, and
+/// Base of every library of flat records. It hides the store and keeps nothing itself but which
+/// records there are by name, until one changes: each call goes to the main context, and
 /// each record that comes out is the caller's own. Nothing here reports a failure; what isn't found
 /// is absent or left alone. Lists are in the store's order of names: by code point, so "Zatec"
 /// stands before "abbey". Main thread.
@@ -108,11 +108,11 @@ class ZYMCachingModel {
   [[nodiscard]] ZYMRecordEntity& insertObject() const;
   [[nodiscard]] std::map<std::string, std::vector<ZYMRecordEntity*>> objectsByUUID() const;
 
-  struct Candidates;
-  [[nodiscard]] const Candidates& candidates() const;
+  struct Sorted;
+  [[nodiscard]] Sorted& sorted() const;
 
   KeyName nameKeyInRecords_;
-  mutable std::unique_ptr<Candidates> candidates_;
+  mutable std::unique_ptr<Sorted> sorted_;
 };
 
 }  // namespace zym

@@ -287,6 +287,8 @@ void ObjectGraph::finish(const Saving& saving) {
 
 // From now on the store has the documents; what is deleted keeps its own for undo.
 void ObjectGraph::becomeClean() {
+  // Rows that have their keys now may stand elsewhere among equals.
+  for (std::size_t i = 0; i < changed_.size(); ++i) changeCounts_[i] += !changed_[i].empty();
   forEachDirty([](NSManagedObject& object) {
     object.dirty_ = false;
     if (!object.values_) return;

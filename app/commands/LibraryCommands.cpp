@@ -47,7 +47,7 @@ void listAll(const LibraryKind& kind, const PlistArray& records) {
     std::vector<std::string> cells{nameOf(kind, record)};
     for (const RecordValue& value : kind.values) {
       if (value.show != RecordValue::Show::InList) continue;
-      cells.push_back(shortened(printable(value.toDisplay(record.find(value.key))), 40));
+      cells.push_back(shortened(shownOf(value, record), 40));
     }
     table.addRow(std::move(cells));
   }
@@ -133,7 +133,7 @@ void showRecord(const LibraryKind& kind, const std::string& name, bool asJSON) {
   sheet.title(nameOf(kind, record));
   Table table({{"", Table::Cells::Texts}, {"", Table::Cells::Texts}});
   for (const RecordValue& value : kind.values) {
-    table.addRow({std::string(value.label), printable(value.toDisplay(record.find(value.key)))});
+    table.addRow({std::string(value.label), shownOf(value, record)});
   }
   sheet.section("Values", table);
   sheet.section("Steps", stepsOf(record));

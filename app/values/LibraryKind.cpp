@@ -82,17 +82,17 @@ constexpr RecordValue profileValues[] = {
 constexpr RecordValue styleValues[] = {
     {keys::Category,          "Category",    Show::InList,   show::text, nullptr},
     {keys::Type,              "Type",        Show::InRecord, show::text, nullptr},
-    {keys::MinOG,             "OG from",     Show::InList,   show::gravity, nullptr},
-    {keys::MaxOG,             "OG to",       Show::InList,   show::gravity, nullptr},
-    {keys::MinFG,             "FG from",     Show::InRecord, show::gravity, nullptr},
-    {keys::MaxFG,             "FG to",       Show::InRecord, show::gravity, nullptr},
-    {keys::MinIBU,            "IBU from",    Show::InList,   show::number, nullptr},
-    {keys::MaxIBU,            "IBU to",      Show::InList,   show::number, nullptr},
-    {keys::MinColor,          "Colour from", Show::InList,   show::beerColor, nullptr},
-    {keys::MaxColor,          "Colour to",   Show::InList,   show::beerColor, nullptr},
-    {keys::MinABV,            "ABV from",    Show::InRecord, show::percent, nullptr},
-    {keys::MaxABV,            "ABV to",      Show::InRecord, show::percent, nullptr},
-    {keys::CarbonationVolumes, "Carbonation", Show::InRecord, show::number, nullptr},
+    {keys::MinOG,             "OG from",     Show::InList,   show::gravity, nullptr, keys::MaxOG},
+    {keys::MaxOG,             "OG to",       Show::InList,   show::gravity, nullptr, keys::MinOG},
+    {keys::MinFG,             "FG from",     Show::InRecord, show::gravity, nullptr, keys::MaxFG},
+    {keys::MaxFG,             "FG to",       Show::InRecord, show::gravity, nullptr, keys::MinFG},
+    {keys::MinIBU,            "IBU from",    Show::InList,   show::number, nullptr, keys::MaxIBU},
+    {keys::MaxIBU,            "IBU to",      Show::InList,   show::number, nullptr, keys::MinIBU},
+    {keys::MinColor,          "Colour from", Show::InList,   show::beerColor, nullptr, keys::MaxColor},
+    {keys::MaxColor,          "Colour to",   Show::InList,   show::beerColor, nullptr, keys::MinColor},
+    {keys::MinABV,            "ABV from",    Show::InRecord, show::percent, nullptr, keys::MaxABV},
+    {keys::MaxABV,            "ABV to",      Show::InRecord, show::percent, nullptr, keys::MinABV},
+    {keys::CarbonationVolumes, "Carbonation", Show::InRecord, show::number, nullptr, keys::CarbonationVolumes},
 };
 
 template <class Library>
@@ -138,10 +138,25 @@ std::string libraryKindNames() {
   return names;
 }
 
+namespace {
+
+// The categories of meads and ciders begin with a letter, which counts as number 0.
+PlistArray stylesBeersFirst() {
+  const PlistArray styles =
+      ZYMStyles::sharedInstance().allStylesInGuidelines(ZYMStyles::userPreferredStyleGuidelines());
+  PlistArray ordered;
+  for (const bool ofBeer : {true, false}) {
+    for (const PlistDictionary& style : PlistRows(&styles)) {
+      if ((style.stringValue(keys::Type) == "Beer") == ofBeer) ordered.append(style);
+    }
+  }
+  return ordered;
+}
+
+}  // namespace
+
 PlistArray recordsOf(const LibraryKind& kind) {
-  return kind.library ? kind.library().allItems()
-                      : ZYMStyles::sharedInstance().allStylesInGuidelines(
-                            ZYMStyles::userPreferredStyleGuidelines());
+  return kind.library ? kind.library().allItems() : stylesBeersFirst();
 }
 
 PlistDictionary recordNamed(const LibraryKind& kind, const std::string& name) {

@@ -15,8 +15,10 @@
 #include "app/terminal/Output.h"
 #include "app/terminal/Text.h"
 #include "app/values/Items.h"
+#include "app/values/ValueForms.h"
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
 #include "zymcore/platform/events/NSOperationQueue.h"
 
@@ -96,15 +98,29 @@ std::string scoreOf(double similarity) {
   return localizedStringWithValue_decimalPlaces(&score, 2);
 }
 
+/// In the units of the user; empty where there is none.
+std::string figureOf(const ImportMatch& match, const std::optional<double>& figure) {
+  if (!figure) return {};
+  const PlistValue value(*figure);
+  return match.kind == words::Fermentable ? show::maltColor(&value) : show::percent(&value);
+}
+
+std::string figuresOf(const ImportMatch& match) {
+  if (!match.figureInFile) return {};
+  return figureOf(match, match.figureInFile) + " -> " + figureOf(match, match.figureMatched);
+}
+
 void printMatches(const Outcome& outcome) {
   Table table({{"", Table::Cells::Texts},
                {"", Table::Cells::Texts},
                {"", Table::Cells::Texts},
+               {"", Table::Cells::Texts},
+               {"", Table::Cells::Texts},
                {"", Table::Cells::Texts}});
   for (const ImportMatch& match : outcome.matches) {
-    table.addRow({std::string("    ") + std::string(match.kind),
-                  shortened(printable(match.textLookedUp), 40),
-                  "-> " + shortened(printable(match.nameMatched), 40), scoreOf(match.similarity)});
+    table.addRow({"    " + label(match.kind), shortened(printable(match.textLookedUp), 40),
+                  "-> " + shortened(printable(match.nameMatched), 40), scoreOf(match.similarity),
+                  figuresOf(match), isPoor(match) ? label("POOR") : ""});
   }
   printTable(table);
 }
@@ -115,9 +131,9 @@ void print(const Outcome& outcome, bool withMatches) {
     return;
   }
   const PlistDictionary& recipe = *outcome.recipe;
-  std::cout << printable(outcome.file) << ": " << titleAt(recipe, keys::RecipeTitle) << ", OG "
-            << gravityAt(recipe, keys::ExpectedOriginalGravity) << ", FG "
-            << gravityAt(recipe, keys::ExpectedFinalGravity) << ", "
+  std::cout << printable(outcome.file) << ": " << titleAt(recipe, keys::RecipeTitle) << ", "
+            << label("OG") << " " << gravityAt(recipe, keys::ExpectedOriginalGravity) << ", "
+            << label("FG") << " " << gravityAt(recipe, keys::ExpectedFinalGravity) << ", "
             << bitternessAt(recipe, keys::ExpectedIBU) << ", "
             << beerColorAt(recipe, keys::ExpectedColor) << '\n';
   if (withMatches) printMatches(outcome);
@@ -132,11 +148,15 @@ PlistDictionary recordOf(const Outcome& outcome) {
   }
   PlistArray matches;
   for (const ImportMatch& match : outcome.matches) {
-    matches.append(PlistDictionary{{KeyName("Kind"), match.kind},
-                                   {KeyName("NameInFile"), match.nameInFile},
-                                   {KeyName("LookedUp"), match.textLookedUp},
-                                   {KeyName("Matched"), match.nameMatched},
-                                   {KeyName("Similarity"), match.similarity}});
+    PlistDictionary row{{KeyName("Kind"), match.kind},
+                        {KeyName("NameInFile"), match.nameInFile},
+                        {KeyName("LookedUp"), match.textLookedUp},
+                        {KeyName("Matched"), match.nameMatched},
+                        {KeyName("Similarity"), match.similarity},
+                        {KeyName("IsPoor"), isPoor(match) ? "1" : "0"}};
+    if (match.figureInFile) row.set(KeyName("FigureInFile"), *match.figureInFile);
+    if (match.figureMatched) row.set(KeyName("FigureMatched"), *match.figureMatched);
+    matches.append(std::move(row));
   }
   record.set(KeyName("Matches"), std::move(matches));
   return record;
@@ -211,7 +231,9 @@ void addImportCommand(CLI::App& program, int& exitCode) {
   command->footer(
       "A line a file: the recipe and what it predicts, or why it failed; the others are imported\n"
       "all the same, and the exit code is 1. Every ingredient becomes the nearest one in your\n"
-      "libraries, with the amounts of the file.");
+      "libraries, with the amounts, colour, yield and alpha acid of the file. Beside a match "
+      "stand\n"
+      "the figure of the file and that of your library; POOR marks one to look at.");
   command->callback([options, &exitCode] { exitCode = importAll(*options); });
 }
 

@@ -12,6 +12,7 @@
 #include "app/terminal/Text.h"
 #include "app/terminal/Words.h"
 #include "app/values/LibraryKind.h"
+#include "app/values/ValueForms.h"
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/documents/NSStringExtensions.h"
@@ -41,14 +42,16 @@ void listAll(const LibraryKind& kind, const PlistArray& records) {
   std::vector<Table::Column> columns{{label("Name"), Table::Cells::Texts}};
   for (const RecordValue& value : kind.values) {
     if (value.show != RecordValue::Show::InList) continue;
-    columns.push_back({label(value.label), Table::Cells::Quantities});
+    const bool isText = value.toDisplay == show::text || value.toDisplay == show::flag;
+    columns.push_back(
+        {label(value.label), isText ? Table::Cells::Texts : Table::Cells::Quantities});
   }
   Table table(std::move(columns));
   for (const PlistDictionary& record : PlistRows(&records)) {
     std::vector<std::string> cells{nameOf(kind, record)};
     for (const RecordValue& value : kind.values) {
       if (value.show != RecordValue::Show::InList) continue;
-      cells.push_back(shortened(printable(value.toDisplay(record.find(value.key))), 40));
+      cells.push_back(shortened(shownOf(value, record), 40));
     }
     table.addRow(std::move(cells));
   }
@@ -135,7 +138,7 @@ void showRecord(const LibraryKind& kind, const std::string& name, bool asJSON) {
   sheet.title(nameOf(kind, record));
   Table table({{"", Table::Cells::Texts}, {"", Table::Cells::Texts}});
   for (const RecordValue& value : kind.values) {
-    table.addRow({label(value.label), printable(value.toDisplay(record.find(value.key)))});
+    table.addRow({label(value.label), shownOf(value, record)});
   }
   sheet.section(label("Values"), table);
   sheet.section(label("Steps"), stepsOf(record));

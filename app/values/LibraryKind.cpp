@@ -49,12 +49,12 @@ constexpr RecordValue otherValues[] = {
     {keys::Description, "Description", Show::InRecord, show::text, take::text},
 };
 constexpr RecordValue waterValues[] = {
-    {keys::Calcium,   "Calcium",     Show::InList,   show::milligrams, take::number},
-    {keys::Magnesium, "Magnesium",   Show::InList,   show::milligrams, take::number},
-    {keys::Sodium,    "Sodium",      Show::InList,   show::milligrams, take::number},
-    {keys::Sulfate,   "Sulfate",     Show::InList,   show::milligrams, take::number},
-    {keys::Chloride,  "Chloride",    Show::InList,   show::milligrams, take::number},
-    {keys::Carbonate, "Bicarbonate", Show::InList,   show::milligrams, take::number},
+    {keys::Calcium, "Ca mg/l", Show::InList, show::number, take::number},
+    {keys::Magnesium, "Mg mg/l", Show::InList, show::number, take::number},
+    {keys::Sodium, "Na mg/l", Show::InList, show::number, take::number},
+    {keys::Sulfate, "SO4 mg/l", Show::InList, show::number, take::number},
+    {keys::Chloride, "Cl mg/l", Show::InList, show::number, take::number},
+    {keys::Carbonate, "HCO3 mg/l", Show::InList, show::number, take::number},
     {keys::Notes,     "Notes",       Show::InRecord, show::text, take::text},
 };
 constexpr RecordValue supplierValues[] = {
@@ -70,7 +70,7 @@ constexpr RecordValue profileValues[] = {
     {keys::VolumeWaterAdded,         "Water added",       Show::InRecord, show::volume, take::volume},
     {keys::VolumeAtPitching,         "At pitching",       Show::InRecord, show::volume, take::volume},
     {keys::FinishedBatchVolume,      "Finished beer",     Show::InList,   show::volume, take::volume},
-    {keys::PreferredRecipeType,      "Type of recipe",    Show::InList,   show::text, take::word<words::mashTypes>},
+    {keys::PreferredRecipeType,      "Type of recipe",    Show::InRecord,   show::text, take::word<words::mashTypes>},
     {keys::PreferredMashSchedule,    "Mash schedule",     Show::InRecord, show::schedule, take::schedule},
     {keys::PreferredBaseWaterUUID,   "Base water",        Show::InRecord, show::water, take::water},
     {keys::PreferredTargetWaterUUID, "Target water",      Show::InRecord, show::water, take::water},
@@ -83,17 +83,17 @@ constexpr RecordValue profileValues[] = {
 constexpr RecordValue styleValues[] = {
     {keys::Category,          "Category",    Show::InList,   show::text, nullptr},
     {keys::Type,              "Type",        Show::InRecord, show::text, nullptr},
-    {keys::MinOG,             "OG from",     Show::InList,   show::gravity, nullptr},
-    {keys::MaxOG,             "OG to",       Show::InList,   show::gravity, nullptr},
-    {keys::MinFG,             "FG from",     Show::InRecord, show::gravity, nullptr},
-    {keys::MaxFG,             "FG to",       Show::InRecord, show::gravity, nullptr},
-    {keys::MinIBU,            "IBU from",    Show::InList,   show::number, nullptr},
-    {keys::MaxIBU,            "IBU to",      Show::InList,   show::number, nullptr},
-    {keys::MinColor,          "Colour from", Show::InList,   show::beerColor, nullptr},
-    {keys::MaxColor,          "Colour to",   Show::InList,   show::beerColor, nullptr},
-    {keys::MinABV,            "ABV from",    Show::InRecord, show::percent, nullptr},
-    {keys::MaxABV,            "ABV to",      Show::InRecord, show::percent, nullptr},
-    {keys::CarbonationVolumes, "Carbonation", Show::InRecord, show::number, nullptr},
+    {keys::MinOG,             "OG from",     Show::InList,   show::gravity, nullptr, keys::MaxOG},
+    {keys::MaxOG,             "OG to",       Show::InList,   show::gravity, nullptr, keys::MinOG},
+    {keys::MinFG,             "FG from",     Show::InRecord, show::gravity, nullptr, keys::MaxFG},
+    {keys::MaxFG,             "FG to",       Show::InRecord, show::gravity, nullptr, keys::MinFG},
+    {keys::MinIBU,            "IBU from",    Show::InList,   show::number, nullptr, keys::MaxIBU},
+    {keys::MaxIBU,            "IBU to",      Show::InList,   show::number, nullptr, keys::MinIBU},
+    {keys::MinColor,          "Colour from", Show::InRecord, show::beerColor, nullptr, keys::MaxColor},
+    {keys::MaxColor,          "Colour to",   Show::InRecord, show::beerColor, nullptr, keys::MinColor},
+    {keys::MinABV,            "ABV from",    Show::InRecord, show::percent, nullptr, keys::MaxABV},
+    {keys::MaxABV,            "ABV to",      Show::InRecord, show::percent, nullptr, keys::MinABV},
+    {keys::CarbonationVolumes, "Carbonation", Show::InRecord, show::number, nullptr, keys::CarbonationVolumes},
 };
 
 template <class Library>
@@ -139,10 +139,25 @@ std::string libraryKindNames() {
   return names;
 }
 
+namespace {
+
+// The categories of meads and ciders begin with a letter, which counts as number 0.
+PlistArray stylesBeersFirst() {
+  const PlistArray styles =
+      ZYMStyles::sharedInstance().allStylesInGuidelines(ZYMStyles::userPreferredStyleGuidelines());
+  PlistArray ordered;
+  for (const bool ofBeer : {true, false}) {
+    for (const PlistDictionary& style : PlistRows(&styles)) {
+      if ((style.stringValue(keys::Type) == "Beer") == ofBeer) ordered.append(style);
+    }
+  }
+  return ordered;
+}
+
+}  // namespace
+
 PlistArray recordsOf(const LibraryKind& kind) {
-  return kind.library ? kind.library().allItems()
-                      : ZYMStyles::sharedInstance().allStylesInGuidelines(
-                            ZYMStyles::userPreferredStyleGuidelines());
+  return kind.library ? kind.library().allItems() : stylesBeersFirst();
 }
 
 PlistDictionary recordNamed(const LibraryKind& kind, const std::string& name) {

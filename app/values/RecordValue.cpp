@@ -9,6 +9,12 @@
 
 namespace zym::host {
 
+std::string shownOf(const RecordValue& value, const PlistDictionary& record) {
+  const bool isOpen = value.openWith && record.doubleValue(value.key) == 0 &&
+                      record.doubleValue(*value.openWith) == 0;
+  return isOpen ? label("open") : printable(value.toDisplay(record.find(value.key)));
+}
+
 Assignment assignmentOf(const std::string& text) {
   const std::size_t equals = text.find('=');
   if (equals == std::string::npos) {

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "zymcore/platform/values/PlistValue.h"
+#include "zymcore/platform/values/PlistDictionary.h"
 
 namespace zym::host {
 
@@ -17,7 +18,13 @@ struct RecordValue {
   Show show;
   std::string (*toDisplay)(const PlistValue* stored);
   PlistValue (*toStorage)(const std::string& typed);  // null where it can't be typed
+  /// The other bound of a range, which is open where both are 0; the key itself where 0 alone says
+  /// so.
+  std::optional<KeyName> openWith = std::nullopt;
 };
+
+/// What the record has of it, for the user; "open" where it is open.
+[[nodiscard]] std::string shownOf(const RecordValue& value, const PlistDictionary& record);
 
 /// KEY=VALUE as the user typed it.
 struct Assignment {

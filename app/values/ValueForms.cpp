@@ -1,5 +1,6 @@
 #include "app/values/ValueForms.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <optional>
@@ -52,7 +53,9 @@ PlistValue taken(const std::string& typed) {
 
 std::string nameIn(ZYMCachingModel& library, const PlistValue* uuid) {
   const auto record = library.itemWithUUID(show::text(uuid));
-  return record ? std::string(record->stringValue(library.nameKeyInRecords())) : "";
+  if (!record) return "";
+  const std::string name(record->stringValue(library.nameKeyInRecords()));
+  return name.substr(std::min(name.find_first_not_of(' '), name.size()));  // that of no choice
 }
 
 /// The first moment of a day written as 2026-03-01, local time.
@@ -101,9 +104,6 @@ std::string waterGrain(const PlistValue* stored) {
 }
 std::string number(const PlistValue* stored) {
   return localizedStringWithValue_decimalPlaces(stored, 1);
-}
-std::string milligrams(const PlistValue* stored) {
-  return number(stored) + " mg/l";
 }
 std::string minutes(const PlistValue* stored) {
   return localizedStringWithValue_decimalPlaces(stored, 0) + " min";

@@ -19,7 +19,6 @@ namespace zym::host::show {
 [[nodiscard]] std::string temperature(const PlistValue* stored);
 [[nodiscard]] std::string waterGrain(const PlistValue* stored);
 [[nodiscard]] std::string number(const PlistValue* stored);
-[[nodiscard]] std::string milligrams(const PlistValue* stored);
 [[nodiscard]] std::string minutes(const PlistValue* stored);
 [[nodiscard]] std::string grammes(const PlistValue* stored);
 [[nodiscard]] std::string flag(const PlistValue* stored);

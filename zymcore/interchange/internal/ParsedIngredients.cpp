@@ -100,6 +100,16 @@ struct Wanted {
   std::string text;
 };
 
+/// What is alike in an ingredient of a file and its like in the library, under their keys.
+struct Figure {
+  KeyName inFile;
+  KeyName inLibrary;
+};
+
+std::optional<double> figureAt(const PlistDictionary& ingredient, KeyName key) {
+  return ingredient.contains(key) ? std::optional(ingredient.doubleValue(key)) : std::nullopt;
+}
+
 [[noreturn]] void nothingToStandFor(std::string_view kind) {
   throw NSException(NSRangeException, "the library has no record of the kind " + std::string(kind) +
                                           " that could stand for another");
@@ -108,8 +118,8 @@ struct Wanted {
 /// Hands over each ingredient with a copy of the record with the name nearest to its text.
 template <class Take>
 void forNearestRecords(ZYMCachingModel& library, std::string_view kind,
-                       const std::vector<Wanted>& wanted, std::vector<ImportMatch>& matches,
-                       Take take) {
+                       const std::optional<Figure>& figure, const std::vector<Wanted>& wanted,
+                       std::vector<ImportMatch>& matches, Take take) {
   std::vector<std::string> texts;
   for (const Wanted& one : wanted) texts.push_back(one.text);
   std::vector<PlistDictionary> records;
@@ -120,8 +130,14 @@ void forNearestRecords(ZYMCachingModel& library, std::string_view kind,
     nothingToStandFor(kind);
   }
   for (std::size_t i = 0; i < wanted.size(); ++i) {
-    addMatch(matches, kind, std::string(wanted[i].ingredient.stringValue(parsedKeys::NAME)),
-             wanted[i].text, records[i].stringValue(library.nameKeyInRecords()));
+    ImportMatch match{kind, std::string(wanted[i].ingredient.stringValue(parsedKeys::NAME)),
+                      wanted[i].text,
+                      std::string(records[i].stringValue(library.nameKeyInRecords()))};
+    if (figure) {
+      match.figureInFile = figureAt(wanted[i].ingredient, figure->inFile);
+      match.figureMatched = figureAt(records[i], figure->inLibrary);
+    }
+    addMatch(matches, std::move(match));
     take(wanted[i].ingredient, std::move(records[i]));
   }
 }
@@ -202,11 +218,10 @@ std::string_view nearestWord(std::string_view text, words::Vocabulary vocabulary
   return vocabulary[static_cast<std::size_t>(index)];
 }
 
-void addMatch(std::vector<ImportMatch>& matches, std::string_view kind, std::string nameInFile,
-              std::string textLookedUp, std::string_view nameMatched) {
-  const double similarity = similarityWithString(textLookedUp, nameMatched);
-  matches.push_back({kind, std::move(nameInFile), std::move(textLookedUp), std::string(nameMatched),
-                     std::isnan(similarity) ? 0 : similarity});
+void addMatch(std::vector<ImportMatch>& matches, ImportMatch match) {
+  const double similarity = similarityWithString(match.textLookedUp, match.nameMatched);
+  match.similarity = std::isnan(similarity) ? 0 : similarity;
+  matches.push_back(std::move(match));
 }
 
 void takeFermentables(const PlistDictionary& parsed, PlistDictionary& recipe,
@@ -215,19 +230,19 @@ void takeFermentables(const PlistDictionary& parsed, PlistDictionary& recipe,
                                       {parsedKeys::YIELD, keys::Extract},
                                       {parsedKeys::COLOR, keys::Color},
                                       {parsedKeys::MOISTURE, keys::Moisture}};
-  forNearestRecords(ZYMFermentables::sharedInstance(), words::Fermentable,
-                    wantedOf(parsed, parsedKeys::FERMENTABLES, fermentableText), matches,
-                    [&](const PlistDictionary& fermentable, PlistDictionary record) {
-                      const std::string_view type = fermentable.stringValue(parsedKeys::TYPE);
-                      const bool isGrain =
-                          containsSubstring(type, "Grain") || containsSubstring(type, "Adjunct");
-                      record.set(keys::IsGrain, isGrain ? "1" : "0");
-                      record.set(keys::MustBeMashed, isGrain ? "1" : "0");
-                      record.set(keys::When, isGrain ? words::InMashSteeped : words::StartOfBoil);
-                      record.set(keys::Moisture, "4.0");
-                      copy(values, fermentable, record);
-                      append(std::move(record), recipe, keys::FermentableIngredients);
-                    });
+  forNearestRecords(
+      ZYMFermentables::sharedInstance(), words::Fermentable, Figure{parsedKeys::COLOR, keys::Color},
+      wantedOf(parsed, parsedKeys::FERMENTABLES, fermentableText), matches,
+      [&](const PlistDictionary& fermentable, PlistDictionary record) {
+        const std::string_view type = fermentable.stringValue(parsedKeys::TYPE);
+        const bool isGrain = containsSubstring(type, "Grain") || containsSubstring(type, "Adjunct");
+        record.set(keys::IsGrain, isGrain ? "1" : "0");
+        record.set(keys::MustBeMashed, isGrain ? "1" : "0");
+        record.set(keys::When, isGrain ? words::InMashSteeped : words::StartOfBoil);
+        record.set(keys::Moisture, "4.0");
+        copy(values, fermentable, record);
+        append(std::move(record), recipe, keys::FermentableIngredients);
+      });
 }
 
 void takeHops(const PlistDictionary& parsed, PlistDictionary& recipe,
@@ -241,7 +256,8 @@ void takeHops(const PlistDictionary& parsed, PlistDictionary& recipe,
     return originPrefix(hop) + std::string(hop.stringValue(parsedKeys::NAME));
   };
   forNearestRecords(
-      ZYMHops::sharedInstance(), words::Hop, wantedOf(parsed, parsedKeys::HOPS, textOf), matches,
+      ZYMHops::sharedInstance(), words::Hop, Figure{parsedKeys::ALPHA, keys::Alpha},
+      wantedOf(parsed, parsedKeys::HOPS, textOf), matches,
       [&](const PlistDictionary& hop, PlistDictionary record) {
         const bool isPellets = containsSubstring(hop.stringValue(parsedKeys::FORM), "Pellet");
         record.set(keys::Form, isPellets ? words::LoosePelletHops : words::LooseWholeHops);
@@ -263,7 +279,7 @@ void takeOthers(const PlistDictionary& parsed, PlistDictionary& recipe,
   const auto textOf = [](const PlistDictionary& other) {
     return std::string(other.stringValue(parsedKeys::NAME));
   };
-  forNearestRecords(ZYMOtherIngredients::sharedInstance(), words::Other,
+  forNearestRecords(ZYMOtherIngredients::sharedInstance(), words::Other, std::nullopt,
                     wantedOf(parsed, parsedKeys::MISCS, textOf), matches,
                     [&](const PlistDictionary& other, PlistDictionary record) {
                       record.set(keys::When, meaningOf(other.stringValue(parsedKeys::USE),
@@ -280,6 +296,11 @@ void takeYeasts(const PlistDictionary& parsed, PlistDictionary& recipe,
   static constexpr Copied values[] = {
       {keys::Name, keys::Name}, {keys::Attenuation, keys::Attenuation}, {keys::UUID, keys::UUID}};
   if (!parsed.contains(keys::YeastIngredients)) return;
+  // The recipe's attenuation is the lowest of its yeasts', so of one yeast it is its own.
+  const PlistArray* yeastsInFile = parsed.array(keys::YeastIngredients);
+  const std::optional<double> attenuation = yeastsInFile && yeastsInFile->size() == 1
+                                                ? figureAt(parsed, keys::Attenuation)
+                                                : std::nullopt;
   PlistArray yeasts;
   for (const PlistDictionary& yeast : parsed.rows(keys::YeastIngredients)) {
     const std::string name(yeast.stringValue(parsedKeys::YEAST_NAME));
@@ -292,7 +313,8 @@ void takeYeasts(const PlistDictionary& parsed, PlistDictionary& recipe,
       const PlistDictionary nearest =
           library.ingredientWithNameMostSimilarToString_matchingKeysAndValues(
               name, filter.empty() ? nullptr : &filter);
-      addMatch(matches, words::Yeast, name, name, nearest.stringValue(keys::Name));
+      addMatch(matches, {words::Yeast, name, name, std::string(nearest.stringValue(keys::Name)),
+                         attenuation, figureAt(nearest, keys::Attenuation)});
       copy(values, nearest, record);
     } catch (const NSException& exception) {
       if (exception.name() != NSRangeException) throw;

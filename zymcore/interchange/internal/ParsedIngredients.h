@@ -14,8 +14,7 @@ namespace zym {
 [[nodiscard]] std::string_view nearestWord(std::string_view text, words::Vocabulary vocabulary);
 
 /// Adds an account of a match, with its similarity.
-void addMatch(std::vector<ImportMatch>& matches, std::string_view kind, std::string nameInFile,
-              std::string textLookedUp, std::string_view nameMatched);
+void addMatch(std::vector<ImportMatch>& matches, ImportMatch match);
 
 // The ingredients of a parsed recipe as those of a recipe document: the nearest records of the
 // libraries, with the amounts of the file. All throw `NSRangeException` for an empty library but

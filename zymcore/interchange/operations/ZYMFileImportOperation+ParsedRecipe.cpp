@@ -98,7 +98,7 @@ void matchStyle(const PlistDictionary& parsed, PlistDictionary& recipe,
           text, ZYMStyles::userPreferredStyleGuidelines());
   if (!style) return;
   recipe.setOrRemove(keys::StyleUUID, style->find(keys::UUID));
-  addMatch(matches, "Style", text, text, style->stringValue(keys::Name));
+  addMatch(matches, {"Style", text, text, std::string(style->stringValue(keys::Name))});
 }
 
 std::string noteOf(const PlistDictionary& step) {

@@ -83,6 +83,8 @@ TEST_F(RecipeRepairs, WhatIsMissingIsFilledIn) {
       {keys::TargetWaterProfileUsedUUID, std::nullopt, "none"},
       {keys::BaseWaterProfileUsedUUID, std::nullopt, "none"},
       {keys::YeastIngredients, std::nullopt, PlistArray()},
+      {keys::YeastIngredients, PlistArray{PlistDictionary()},
+       PlistArray{PlistDictionary{{keys::IngredientDeducted, "0"}}}},
       {keys::Profile, PlistDictionary{{keys::BoilDuration, 90}},
        PlistDictionary{{keys::BoilDuration, "90"}, {keys::ExtractEfficiency, "0.000000"}}},
       {keys::Profile, PlistDictionary{{keys::BoilDuration, "90"}, {keys::ExtractEfficiency, 70}},

@@ -54,7 +54,9 @@ class CachingModel : public testing::WithStore {
         {[this](const std::optional<std::string>& uuid) {
            orderItemsRemoved.push_back(uuid.value_or("none"));
          },
-         nullptr});
+         [this](const std::optional<std::string>& uuid) {
+           orderItemsRemoved.push_back("orders of " + uuid.value_or("none"));
+         }});
   }
   Hops hops;
 };
@@ -81,6 +83,7 @@ TEST_F(CachingModel, CreatesOneUndoStep) {
                 ->timeIntervalSince1970(),
             item.date(keys::DateLastModified)->timeIntervalSince1970());
   EXPECT_EQ(posts.names.size(), 1U);
+  EXPECT_EQ(undoManager().undoActionName(), "Add Item");
   undoManager().undo();
   EXPECT_THAT(names(), IsEmpty());
 }
@@ -88,8 +91,13 @@ TEST_F(CachingModel, CreatesOneUndoStep) {
 TEST_F(CachingModel, DuplicatesUnderANewNameAndUUID) {
   add({{"Fuggle", "F"}});
   const PlistDictionary copy = *hops.duplicateItemWithUUID("F");
-  EXPECT_EQ(copy.stringValue(keys::Variety), "Fuggle-copy");
+  EXPECT_EQ(undoManager().undoActionName(), "Duplicate Item");
+  PlistDictionary expected = *hops.itemWithUUID("F");
+  EXPECT_LT(*expected.date(keys::DateLastModified), *copy.date(keys::DateLastModified));
   EXPECT_NE(copy.stringValue(keys::UUID), "F");
+  expected.set(keys::Variety, "Fuggle-copy");
+  for (const KeyName key : {keys::UUID, keys::DateLastModified}) expected.set(key, *copy.find(key));
+  EXPECT_EQ(copy, expected);
   EXPECT_THAT(names(), ElementsAre("Fuggle", "Fuggle-copy"));
   EXPECT_FALSE(hops.duplicateItemWithUUID("unknown"));
 }
@@ -111,6 +119,7 @@ TEST_F(CachingModel, AnEqualRecordChangesNothing) {
   EXPECT_GT(*item.date(keys::DateLastModified), *before.date(keys::DateLastModified));
   EXPECT_EQ(*hops.itemWithUUID("F")->string(keys::Description), "");
   EXPECT_EQ(posts.names.size(), 1U);
+  EXPECT_EQ(undoManager().undoActionName(), "Edit Item");
 }
 
 TEST_F(CachingModel, WhatIsThereTwiceIsNotThere) {
@@ -138,21 +147,22 @@ TEST_F(CachingModel, RemovalClearsOrdersAndComesBackByUndo) {
   hops.removeItemWithUUID("F");
   EXPECT_THAT(names(), ElementsAre("Goldings"));
   EXPECT_THAT(orderItemsRemoved, ElementsAre("F"));
+  EXPECT_EQ(undoManager().undoActionName(), "Delete Item");
   undoManager().undo();
   EXPECT_THAT(names(), ElementsAre("Fuggle", "Goldings"));
 }
 
 TEST_F(CachingModel, RemovalOfASupplierClearsItsOrders) {
-  std::vector<std::string> removed;
-  ZYMLibraryRegistry::sharedInstance().registerOrders(
-      {nullptr, [&](const std::optional<std::string>& uuid) { removed.push_back(*uuid); }});
+  watchOrders();
   ZYMCachingModel& suppliers =
       *ZYMLibraryRegistry::sharedInstance().libraryOfEntity("ZYMSupplierEntity");
   suppliers.addItemsFromArray(
       {PlistDictionary{{keys::UUID, "S"}}, PlistDictionary{{keys::UUID, "T"}}});
   suppliers.removeItemWithUUID("S");
   suppliers.removeItems({PlistValue("T")});  // of several, the orders stay
-  EXPECT_THAT(removed, ElementsAre("S"));
+  EXPECT_THAT(orderItemsRemoved, ElementsAre("orders of S"));
+  EXPECT_FALSE(ZYMLibraryRegistry::sharedInstance().libraryOfEntity("ZYMRecipeEntity"));
+  EXPECT_FALSE(ZYMLibraryRegistry::sharedInstance().isIngredient("ZYMRecipeEntity"));
 }
 
 TEST_F(CachingModel, RemovalOfSeveralAsksOrdersForTheFirstRowOnly) {

@@ -85,37 +85,6 @@ class Recalculation : public testing::WithDefaults {
   }
 };
 
-TEST_F(Recalculation, AnEmptyVolumeKeepsTheOldFigures) {
-  for (const KeyName volume : {keys::PreBoilWortVolume, keys::FinalWortVolume,
-                               keys::FinalBatchVolume, keys::VolumeAtPitching}) {
-    const PlistDictionary recipe = recipeWith({{volume, "0.009"}});
-    EXPECT_EQ(recipe, changed(wort, {{volume, "0.009"}, {keys::VolumeWaterAdded, "0.000000"}}));
-    EXPECT_TRUE(recipeWith({{volume, "0.01"}}).contains(keys::ExpectedIBU)) << volume.text();
-  }
-  EXPECT_EQ(recipeWith({{keys::VolumeAtPitching, "10500"}}).stringValue(keys::VolumeWaterAdded),
-            "500.000000");
-}
-
-TEST_F(Recalculation, Attenuation) {
-  struct Case {
-    std::vector<const char*> yeasts;
-    const char* fermentability;
-    const char* attenuation;
-  };
-  for (const Case& c :
-       {Case{{"70", "75"}, "High", "77.500000"}, Case{{"75", "70"}, "Low", "72.500000"},
-        Case{{"99"}, "High", "100.000000"}, Case{{"1"}, "Low", "0.000000"},
-        Case{{"72.3"}, "Medium", "72.300003"}, Case{{"75"}, "medium", "100.000000"},
-        Case{{"-5"}, "Medium", "0.000000"}, Case{{}, "no word", "0.000000"}}) {
-    PlistArray yeasts;
-    for (const char* y : c.yeasts) yeasts.append(yeast(y));
-    EXPECT_EQ(
-        recipeWith({{keys::YeastIngredients, yeasts}, {keys::WortFermentability, c.fermentability}})
-            .stringValue(keys::Attenuation),
-        c.attenuation);
-  }
-}
-
 // 5 kg at 80 % yield and 80 % efficiency are 3200 g of extract: 28.6174 degrees Plato, a quarter
 // of them left, 260 / (260 - 7.1543).
 TEST_F(Recalculation, GravitiesOfAnAllGrainBeer) {
@@ -184,30 +153,6 @@ TEST_F(Recalculation, Colour) {
   }
 }
 
-TEST_F(Recalculation, ReadingsAreCorrectedForTheirTemperature) {
-  const PlistDictionary b = batchWith({{keys::OGHydroReading, "1.050"},
-                                       {keys::OGTemp, "20"},
-                                       {keys::FGHydroReading, "1.010"},
-                                       {keys::FGTemp, "30"},
-                                       {keys::HydrometerCalibratedAt, "20"}});
-  EXPECT_EQ(measured(b, keys::OG), "1.050000");
-  EXPECT_EQ(measured(b, keys::FG), "1.012557");
-}
-
-TEST_F(Recalculation, NoMoreIsPassedOnThanThereWas) {
-  const PlistDictionary b = batchWith({{keys::VolumeToFermenter, "21000"},
-                                       {keys::VolumeAtPitching, "19000"},
-                                       {keys::FinalBatchVolume, "30000"}});
-  for (const KeyName volume :
-       {keys::VolumeToFermenter, keys::VolumeAtPitching, keys::FinalBatchVolume}) {
-    EXPECT_EQ(measured(b, volume), "20000.000000");
-  }
-  EXPECT_EQ(measured(b, keys::VolumeWaterAdded), "0.000000");
-  const PlistDictionary fit = batchWith({{keys::VolumeToFermenter, "18000"}});
-  EXPECT_EQ(measured(fit, keys::VolumeToFermenter), "18000");  // not touched
-  EXPECT_EQ(measured(fit, keys::VolumeWaterAdded), "2000.000000");
-}
-
 // 40 points in 25 l, as 50 in 20, are 2587.322 g of extract, of the 2560 g that 80 % would give.
 TEST_F(Recalculation, EfficiencyIsMeasuredBeforeTheBoil) {
   const PlistDictionary before = batchWith({{keys::PreBoilHydroReading, "1.040"}});
@@ -219,13 +164,6 @@ TEST_F(Recalculation, EfficiencyIsMeasuredBeforeTheBoil) {
               50 * 1.65 * std::pow(0.000125, 0.04) * (1 - std::exp(-2.4)) / 4.15, 1e-5);
   EXPECT_EQ(measured(batchWith({{keys::PreBoilHydroReading, "1.0"}}), keys::ActualMashEfficiency),
             "0.0");
-}
-
-TEST_F(Recalculation, AnFGAboveTheOGShows) {
-  const PlistDictionary b =
-      batchWith({{keys::OGHydroReading, "1.010"}, {keys::FGHydroReading, "1.040"}});
-  EXPECT_LT(std::stod(measured(b, keys::ABV)), -3);
-  EXPECT_LT(std::stod(measured(b, keys::ApparentAttenuation)), -200);
 }
 
 TEST_F(Recalculation, MashThicknessWithoutSparge) {

@@ -7,7 +7,6 @@
 #include <regex>
 #include <thread>
 
-#include "tests/support/Child.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
 #include "zymcore/documents/BatchKeys.h"
@@ -578,37 +577,6 @@ TEST_F(FileImportTest, RunsOnTheMainThreadInTheOrderOfTheQueue) {
   NSOperationQueue::mainQueue().waitUntilAllOperationsAreFinished();
   EXPECT_THAT(posts.names, ElementsAre(succeeded, failed));
   EXPECT_THAT(recipes().summariesForAllRecipes(), SizeIs(2));
-}
-
-// Whenever the process ends, nothing is without what it belongs to.
-TEST_F(FileImportTest, SurvivesTheEndOfTheProcess) {
-  const std::string path = file("own.wm2", ownFile());
-  ZYMCoreDataModel::tearDown();
-  for (int round = 0; round < 8; ++round) {
-    reopen();
-    Child child([&](int pipe) {
-      const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
-          CoreDataModelDidSaveNotification, nullptr,
-          [&](const NSNotification&) { Child::tell(pipe, 1); });
-      while (true) (void)import(path);
-    });
-    for (int i = 0; i <= round; ++i) ASSERT_TRUE(child.hear(60'000));
-    child.kill();
-    reopen();
-    const auto batches = ZYMRecipeBatchEntity::findAllObjects();
-    for (auto* batch : *batches) {
-      ASSERT_NE(batch->objectForKey(relationships::recipe), nullptr);
-    }
-    const auto images = ZYMImageEntity::findAllObjects();
-    for (auto* image : *images) {
-      EXPECT_TRUE(image->objectForKey(relationships::recipe) ||
-                  image->objectForKey(relationships::recipeBatch));
-    }
-    for (const ZYMSummary& recipe : recipes().summariesForAllRecipes()) {
-      EXPECT_EQ(recipe.numberOfChildren, 1) << "a recipe comes with its batch";
-      EXPECT_THAT(recipes().imageUUIDsForItemWithUUID(*recipe.uuid), SizeIs(2));
-    }
-  }
 }
 
 }  // namespace

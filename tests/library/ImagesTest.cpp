@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/support/Child.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
 #include "zymcore/library/recipes/ZYMImageUtils.h"
@@ -109,6 +108,11 @@ TEST_F(ImagesTest, KeepsColoursOpacityAndWhichSideIsUp) {
   EXPECT_LT(bytesOf(turned, 4, 2)[0], 80);
   EXPECT_GT(bytesOf(turned, 4, 13)[0], 170);
 
+  const CGImage mirrored =
+      *ZYMImageUtils::createResizedImage_toSize_transform_drawTransposed_interpolationQuality(
+          fixture("grey.png")->image(), {2, 1}, {-1, 0, 0, 1, 2, 0}, false, kCGInterpolationMedium);
+  EXPECT_EQ(bytesOf(mirrored, 0, 0), (Bytes{0xE0, 0xE0, 0xE0, 255}));
+
   const CGImage scaled = written(plain(900, 450, {200, 100, 50, 64}));
   EXPECT_EQ(scaled.width(), 128);
   EXPECT_EQ(bytesOf(scaled, 127, 63), (Bytes{200, 100, 50, 64}));
@@ -136,6 +140,8 @@ TEST_F(ImagesTest, BelongToARecipeABatchOrNobody) {
   EXPECT_THAT(recipes().orderedImageDataForItemWithUUID("b"), SizeIs(1));
 
   const std::string uuid = images[1]->uuid().value();
+  EXPECT_EQ(large(uuid), model().imagesFolderPath() + "/" + uuid + "-large");
+  EXPECT_EQ(thumbnail(uuid), model().imagesFolderPath() + "/" + uuid + "-thumbnail");
   EXPECT_EQ(recipes().largeImageAtIndex_forItemWithUUID(1, "r")->size(), (NSSize{8, 4}));
   EXPECT_EQ(bytesOf(recipes().largeImageWithUUID(uuid)->image(), 0, 0)[0], 2);
   EXPECT_EQ(recipes().thumbnailImageWithUUID(uuid)->size(), (NSSize{4, 2}));
@@ -253,32 +259,6 @@ TEST_F(ImagesTest, DamagedFilesAreNoImages) {
   EXPECT_TRUE(add("r"));
   EXPECT_THAT(recipes().imageUUIDsForItemWithUUID("r"), IsEmpty());
   EXPECT_EQ(recordCount(), 0U);
-}
-
-// Whenever the process ends, what is listed afterwards has its files.
-TEST_F(ImagesTest, SurviveTheEndOfTheProcess) {
-  for (int round = 0; round < 12; ++round) {
-    Child child([&](int pipe) {
-      insert<ZYMRecipeEntity>(std::to_string(round));
-      model().save();
-      for (int i = 0;; ++i) {
-        Child::tell(pipe, i);
-        add(std::to_string(round));
-        if (i % 3 == 2) recipes().removeImageAtIndex_fromItemWithUUID(0, std::to_string(round));
-        Child::tell(pipe, i);
-      }
-    });
-    for (int i = 0; i < 2 * round + 1; ++i) ASSERT_TRUE(child.hear(60'000));
-    child.kill();
-    reopen();
-    for (int item = 0; item <= round; ++item) {
-      for (const std::string& uuid : recipes().imageUUIDsForItemWithUUID(std::to_string(item))) {
-        EXPECT_TRUE(recipes().largeImageWithUUID(uuid));
-        EXPECT_TRUE(recipes().thumbnailImageWithUUID(uuid));
-      }
-    }
-    reopen();  // and lets go, for the next one
-  }
 }
 
 }  // namespace

@@ -54,9 +54,14 @@ class RecipeRepairs : public testing::WithStore {
 
 TEST_F(RecipeRepairs, ACurrentDocumentStays) {
   addWaters();
-  PlistDictionary recipe = current();
-  EXPECT_TRUE(ZYMRecipes::ensureRecipeLatestVersion_inventoryAdjusted(recipe, true));
-  EXPECT_EQ(recipe, current());
+  const PlistDictionary before = current();
+  PlistDictionary withoutProfile = before;
+  withoutProfile.remove(keys::Profile);
+  for (const PlistDictionary& document : {before, withoutProfile}) {
+    PlistDictionary recipe = document;
+    EXPECT_TRUE(ZYMRecipes::ensureRecipeLatestVersion_inventoryAdjusted(recipe, true));
+    EXPECT_EQ(recipe, document);
+  }
 }
 
 TEST_F(RecipeRepairs, WhatIsMissingIsFilledIn) {

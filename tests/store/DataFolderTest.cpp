@@ -146,7 +146,6 @@ TEST_F(OldFolder, IsTriedAgainAfterAFullDisk) {
 TEST_F(OldFolder, ALogWithoutItsStoreIsNotKept) {
   putFile(present + "/Wortmeister.sqlite-wal", bytesOf(old + "/Wortmeister.sqlite-wal"));
   fs::remove(old + "/Wortmeister.sqlite-wal");
-  fs::resize_file(present + "/Wortmeister.sqlite-wal", 100);
   open();
   EXPECT_EQ(ZYMHopEntity::findAllObjects()->size(), 0U);
 }

@@ -73,6 +73,18 @@ TEST_F(CachingModel, OverridesAreAMust) {
   }
 }
 
+TEST_F(CachingModel, ALaterRegistrationReplacesAnEarlierOne) {
+  ZYMLibraryRegistry& registry = ZYMLibraryRegistry::sharedInstance();
+  const std::vector<ZYMLibraryRegistry::Library> before = {registry.libraries().begin(),
+                                                           registry.libraries().end()};
+  ZYMLibraryRegistry::Library changed = before.front();
+  changed.seed = "Other";
+  registry.registerLibrary(changed);
+  EXPECT_EQ(registry.libraries().size(), before.size());
+  EXPECT_EQ(registry.libraries().front().seed, "Other");
+  registry.registerLibrary(before.front());
+}
+
 TEST_F(CachingModel, CreatesOneUndoStep) {
   (void)context();
   const testing::Posts posts{CoreDataModelDidSaveNotification};
@@ -226,9 +238,12 @@ TEST_F(CachingModel, MostSimilarOfAList) {
 }
 
 TEST_F(CachingModel, MostSimilarRecord) {
-  EXPECT_THROW(
-      (void)hops.ingredientWithNameMostSimilarToString_matchingKeysAndValues("Fuggle", nullptr),
-      NSException);
+  try {
+    (void)hops.ingredientWithNameMostSimilarToString_matchingKeysAndValues("Fuggle", nullptr);
+    FAIL();
+  } catch (const NSException& fault) {
+    EXPECT_EQ(fault.reason(), "index -1 beyond bounds for array of 0");
+  }
   add({{"Fuggle", "F"}, {"Goldings", "G"}, {"Styrian Goldings", "S"}});
   const auto uuidOf = [this](const char* text, const PlistDictionary* filter) {
     return std::string(

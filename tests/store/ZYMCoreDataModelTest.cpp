@@ -220,8 +220,11 @@ TEST_F(CoreDataModel, ARunOfTheLoopMayCloseAnUndoGroup) {
   {
     ZYMUndoGroup closed;
     closed.closeAndSave("", "");
+    EXPECT_EQ(undoManager().groupingLevel(), 1U);
     undoManager().beginUndoGrouping();  // somebody else's
   }
+  EXPECT_EQ(undoManager().groupingLevel(), 2U);
+  { const ZYMUndoGroup left; }
   EXPECT_EQ(undoManager().groupingLevel(), 2U);
   {
     const ZYMUndoGroup left;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tests/support/Defaults.h"
+#include "tests/support/Json.h"
 #include "tests/support/TemporaryFolder.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/BatchKeys.h"
@@ -21,29 +22,22 @@ PlistDictionary changed(PlistDictionary tree, Changes changes) {
 }
 
 // 10 l of wort, in which 1000 g of extract are 38.65 gravity points.
-const PlistDictionary wort{{keys::PreBoilWortVolume, "12000"},   {keys::FinalWortVolume, "10000"},
-                           {keys::VolumeToFermenter, "10000"},   {keys::VolumeAtPitching, "10000"},
-                           {keys::FinalBatchVolume, "9000"},     {keys::MashEfficiency, "80"},
-                           {keys::WortFermentability, "Medium"}, {keys::SteepDuration, "0"},
-                           {keys::SteepTemperature, "80"}};
+const PlistDictionary wort = R"({
+    "PreBoilWortVolume": "12000", "FinalWortVolume": "10000", "VolumeToFermenter": "10000",
+    "VolumeAtPitching": "10000", "FinalBatchVolume": "9000", "MashEfficiency": "80",
+    "WortFermentability": "Medium", "SteepDuration": "0", "SteepTemperature": "80"})"_json;
 
 PlistDictionary grain(const char* amount) {
-  return {{keys::Ingredient, "Pale Malt"},
-          {keys::Amount, amount},
-          {keys::Extract, "80"},
-          {keys::Color, "3"},
-          {keys::IsGrain, "1"},
-          {keys::When, words::InMashSteeped}};
+  return changed(R"({"Ingredient": "Pale Malt", "Extract": "80", "Color": "3", "IsGrain": "1",
+                     "When": "In Mash/Steeped"})"_json,
+                 {{keys::Amount, amount}});
 }
 PlistDictionary adjunct(const char* name, const char* amount, const char* color = "0") {
-  return {{keys::Ingredient, name}, {keys::Amount, amount}, {keys::Extract, "100"},
-          {keys::Color, color},     {keys::IsGrain, "0"},   {keys::When, words::StartOfBoil}};
+  return changed(R"({"Extract": "100", "IsGrain": "0", "When": "Start Of Boil"})"_json,
+                 {{keys::Ingredient, name}, {keys::Amount, amount}, {keys::Color, color}});
 }
-const PlistDictionary hop{{keys::Alpha, "5"},
-                          {keys::Amount, "20"},
-                          {keys::Form, "Loose Whole Hops"},
-                          {keys::When, words::AllOfBoil},
-                          {keys::Minutes, "60"}};
+const PlistDictionary hop = R"({"Alpha": "5", "Amount": "20", "Form": "Loose Whole Hops",
+                                "When": "All Of Boil", "Minutes": "60"})"_json;
 PlistDictionary yeast(const char* attenuation) {
   return {{keys::Attenuation, attenuation}};
 }

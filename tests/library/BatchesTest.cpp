@@ -19,7 +19,6 @@
 namespace zym {
 namespace {
 
-using testing::operator""_json;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;

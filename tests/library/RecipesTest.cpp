@@ -25,7 +25,6 @@
 namespace zym {
 namespace {
 
-using testing::operator""_json;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 

@@ -4,7 +4,7 @@
 
 #include "zymcore/platform/formats/NSJSONSerialization.h"
 
-namespace zym::testing {
+namespace zym {
 
 /// Documents written as JSON.
 inline PlistDictionary operator""_json(const char* text, std::size_t length) {
@@ -13,4 +13,4 @@ inline PlistDictionary operator""_json(const char* text, std::size_t length) {
   return *value->dictionary();
 }
 
-}  // namespace zym::testing
+}  // namespace zym

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <regex>
 #include <vector>
 
 #include "tests/support/Defaults.h"
+#include "tests/support/TextTable.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/transformers/ZYMBeerColorValueTransformer.h"
 #include "zymcore/transformers/ZYMDateValueTransformer.h"
@@ -51,23 +51,21 @@ const std::string endless(400, '9');
 
 class ValueTransformers : public testing::WithDefaults {
  protected:
-  /// The rows of "preference: from -> to | from -> to | ..." where '' is no text.
-  static void check(KeyName key, std::string (*convert)(const PlistValue&), std::string rows) {
-    const std::map<std::string, int> preferences{
-        {"US", US}, {"British", British}, {"Metric", Metric}};
-    static const std::regex row(R"(\s*(?:(\w+|-1): )?(.*?) -> (.*?)(?: \| ?|\n|$))");
-    for (std::smatch found; std::regex_search(rows, found, row); rows = found.suffix()) {
-      const std::string preference = found[1];
-      if (!preference.empty()) {
-        set(key,
-            preferences.contains(preference) ? preferences.at(preference) : std::stoi(preference));
+  /// The first row of a preference begins with it.
+  static void check(KeyName key, std::string (*convert)(const PlistValue&), const char* rows) {
+    static const std::map<std::string, int> preferences{{"US", US},         {"British", British},
+                                                        {"Metric", Metric}, {"0", 0},
+                                                        {"1", 1},           {"2", 2},
+                                                        {"3", 3},           {"7", 7},
+                                                        {"9", 9},           {"-1", -1}};
+    for (auto [from, to] : rowsOf(rows)) {
+      if (const auto colon = from.find(": "); colon != from.npos) {
+        set(key, preferences.at(from.substr(0, colon)));
+        from.erase(0, colon + 2);
       }
-      std::string from = found[2] == "''" ? "" : found[2].str();
       if (from.starts_with("endless")) from.replace(0, 7, endless);
-      EXPECT_EQ(convert(from), found[3] == "''" ? "" : found[3].str()) << found.str();
-      EXPECT_EQ(found.prefix(), "");
+      EXPECT_EQ(convert(from == "''" ? "" : from), to) << from;
     }
-    EXPECT_EQ(rows, "");
   }
 };
 

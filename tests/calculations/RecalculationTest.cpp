@@ -1,11 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <vector>
-
 #include "tests/support/Defaults.h"
 #include "tests/support/Json.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Test.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/Vocabularies.h"

@@ -1,12 +1,4 @@
-#include <gmock/gmock.h>
-
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <optional>
-#include <set>
-#include <string>
-
+#include "tests/support/Test.h"
 #include "tests/support/TextTable.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"

@@ -1,16 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-
-#include <filesystem>
-#include <fstream>
-#include <regex>
-#include <thread>
 
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/BatchKeys.h"
-#include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/SafeJSON.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
@@ -29,11 +22,6 @@
 namespace zym {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
-using ::testing::SizeIs;
 namespace fs = std::filesystem;
 
 constexpr const char* succeeded = ZYMImportOperationSucceededNotification;

@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <stdlib.h>
 
 #include <ctime>
@@ -7,7 +5,7 @@
 #include "tests/support/Differences.h"
 #include "tests/support/Json.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/values/NSException.h"
@@ -18,10 +16,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 class Batches : public testing::WithStore {
  protected:

@@ -1,10 +1,5 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-
 #include "tests/support/Store.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/host/NSFileManager.h"
@@ -14,9 +9,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class HistoryTest : public testing::WithStore {
  protected:

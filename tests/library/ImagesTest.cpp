@@ -1,11 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
+#include "tests/support/Test.h"
 #include "zymcore/library/recipes/ZYMImageUtils.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/host/NSFileManager.h"
@@ -17,9 +12,6 @@
 namespace zym {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 using zym::testing::Bytes;
 using zym::testing::bytesOf;
 namespace fs = std::filesystem;

@@ -1,9 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/Json.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/StockKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMFermentables.h"
@@ -25,10 +22,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 class Libraries : public testing::WithStore {
  protected:

@@ -1,9 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <limits>
-
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"

@@ -1,13 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "tests/support/Differences.h"
 #include "tests/support/Json.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/ZYMProfiles.h"
@@ -24,9 +19,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class Recipes : public testing::WithStore {
  protected:

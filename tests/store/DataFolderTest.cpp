@@ -1,11 +1,10 @@
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "tests/support/Child.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/entities/ZYMHopEntity.h"

@@ -1,8 +1,5 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/StockKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/platform/formats/BinaryPropertyList.h"
@@ -25,8 +22,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
 
 const NSDate day = NSDate::dateWithTimeIntervalSince1970(1e9 + 0.1234567);
 

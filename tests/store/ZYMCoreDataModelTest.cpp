@@ -1,14 +1,7 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
 #include <barrier>
-#include <set>
-#include <stdexcept>
-#include <thread>
 
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
@@ -17,10 +10,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 constexpr const char* saved = CoreDataModelDidSaveNotification;
 constexpr const char* saveFailed = CoreDataModelDidSaveFailedNotification;

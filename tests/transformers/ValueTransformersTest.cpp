@@ -1,9 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <map>
-#include <vector>
-
 #include "tests/support/Defaults.h"
+#include "tests/support/Test.h"
 #include "tests/support/TextTable.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/transformers/ZYMBeerColorValueTransformer.h"

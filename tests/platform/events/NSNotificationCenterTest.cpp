@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/events/NSNotificationCenter.h"
 
 namespace zym {

@@ -1,11 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-#include <string>
-#include <thread>
-#include <utility>
-#include <vector>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/events/NSTimer.h"
 

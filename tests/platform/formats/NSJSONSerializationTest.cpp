@@ -1,17 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <string>
-
 #include "tests/platform/formats/AnyPlistValue.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/formats/NSJSONSerialization.h"
 
 namespace zym {
 namespace {
 
-using testing::HasSubstr;
 using namespace std::string_literals;
 
 std::optional<PlistValue> read(std::string_view text, NSError* error = nullptr) {

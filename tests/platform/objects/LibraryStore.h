@@ -1,14 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "tests/support/Json.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/objects/NSManagedObjectContext.h"
 
 namespace zym {

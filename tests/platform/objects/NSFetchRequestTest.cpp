@@ -1,17 +1,13 @@
-#include <gmock/gmock.h>
 #include <malloc.h>
 
-#include <chrono>
-
 #include "tests/platform/objects/LibraryStore.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/objects/NSFetchRequest.h"
 #include "zymcore/platform/values/NSException.h"
 
 namespace zym {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Operator = NSPredicate::Operator;
 
 NSDate day(double number) {

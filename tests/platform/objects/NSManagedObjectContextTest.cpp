@@ -1,18 +1,11 @@
-#include <gmock/gmock.h>
-
-#include <cmath>
-
 #include "tests/platform/objects/LibraryStore.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/events/NSNotificationCenter.h"
 #include "zymcore/platform/objects/NSManagedObjectContext.h"
 #include "zymcore/platform/values/NSException.h"
 
 namespace zym {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 class NSManagedObjectContextTest : public LibraryTest {};
 

@@ -1,17 +1,12 @@
-#include <gmock/gmock.h>
 #include <sys/resource.h>
-
-#include <cstdlib>
 
 #include "tests/platform/objects/LibraryStore.h"
 #include "tests/support/Child.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSCocoaErrors.h"
 
 namespace zym {
 namespace {
-
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
 
 /// The model of the store in `tests/platform/fixtures/library-1.sqlite`.
 PlistDictionary firstDescription() {

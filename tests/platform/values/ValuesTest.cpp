@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <stdexcept>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSData.h"
 #include "zymcore/platform/values/NSDate.h"
 #include "zymcore/platform/values/NSLog.h"

@@ -1,8 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "tests/support/Defaults.h"
+#include "tests/support/Test.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/calculations/ZYMUnitConverter.h"
 #include "zymcore/documents/NSColorExtensions.h"

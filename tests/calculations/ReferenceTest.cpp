@@ -1,8 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "tests/reference/RandomDocuments.h"
 #include "tests/reference/Recalculation.h"
 #include "tests/support/Defaults.h"
+#include "tests/support/Test.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/SafeJSON.h"
 

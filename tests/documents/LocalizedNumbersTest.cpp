@@ -1,6 +1,5 @@
-#include <gtest/gtest.h>
-
 #include "tests/support/Defaults.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/LocalizedNumbers.h"
 
 namespace zym {

@@ -1,5 +1,4 @@
-#include <gtest/gtest.h>
-
+#include "tests/support/Test.h"
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/platform/values/NSException.h"

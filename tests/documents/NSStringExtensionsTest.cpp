@@ -1,11 +1,5 @@
-#include <gtest/gtest.h>
-#include <rapidcheck.h>
-
-#include <cmath>
-#include <regex>
-#include <set>
-
 #include "tests/support/Pictures.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/NSColorExtensions.h"
 #include "zymcore/documents/NSStringExtensions+Images.h"
 #include "zymcore/documents/NSStringExtensions.h"

@@ -1,6 +1,4 @@
-#include <gtest/gtest.h>
-#include <rapidcheck.h>
-
+#include "tests/support/Test.h"
 #include "zymcore/documents/Base64.h"
 #include "zymcore/documents/SafeJSON.h"
 

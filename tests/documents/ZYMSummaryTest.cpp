@@ -1,5 +1,4 @@
-#include <gtest/gtest.h>
-
+#include "tests/support/Test.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/ZYMSummary.h"
 #include "zymcore/platform/values/NSNotFound.h"

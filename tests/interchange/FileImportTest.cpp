@@ -1,17 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <filesystem>
-#include <fstream>
-#include <regex>
-#include <thread>
-
-#include "tests/support/Child.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/BatchKeys.h"
-#include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/SafeJSON.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
@@ -30,11 +22,6 @@
 namespace zym {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
-using ::testing::SizeIs;
 namespace fs = std::filesystem;
 
 constexpr const char* succeeded = ZYMImportOperationSucceededNotification;
@@ -136,6 +123,7 @@ TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
       {"CRYSTAL crystal", "north america", "Grain", "US Caramel Caramel", "1"},
       {"Crystal 60", "Belgium", "Grain", "Belgium Crystal 60", "1"},
       {"Maris Otter", "England", "Grain", "UK Pale Malt", "1"},
+      {"Maris Otter", "UK, England", "Grain", "UK Pale Malt", "1"},
       {"MARIS OTTER Crystal", "America, then Great Britain", "Grain", "UK MARIS OTTER Caramel",
        "1"},
       {"Corn Sugar", nullptr, "Sugar", "Sugar - Corn Sugar/Dextrose", "0"},
@@ -155,6 +143,9 @@ TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
     const ImportMatch& match = operation.matches()[1];
     EXPECT_EQ(match.textLookedUp, c.lookedUp);
     EXPECT_EQ(match.nameInFile, c.name ? c.name : "");
+    EXPECT_EQ(match.kind, "Fermentable");
+    EXPECT_EQ(match.similarity == 1.0, match.nameMatched == c.lookedUp) << match.nameMatched;
+    EXPECT_TRUE(match.textLookedUp != "UK Pale Malt" || match.similarity == 1.0);
     const PlistDictionary malt = *recipe.array(keys::FermentableIngredients)->find(0)->dictionary();
     EXPECT_EQ(malt.stringValue(keys::Ingredient), match.nameMatched);
     EXPECT_NE(malt.stringValue(keys::UUID), "");
@@ -166,14 +157,6 @@ TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
     EXPECT_EQ(malt.stringValue(keys::Extract), "70");
     EXPECT_EQ(malt.stringValue(keys::Moisture), "4.0");
   }
-  ZYMFileImportOperation operation;
-  (void)operation.processParsedRecipe(
-      {{parsedKeys::FERMENTABLES,
-        PlistArray{PlistDictionary{{parsedKeys::NAME, "Maris Otter"},
-                                   {parsedKeys::ORIGIN, "UK, England"}}}}});
-  EXPECT_EQ(operation.matches()[1].nameMatched, "UK Pale Malt");
-  EXPECT_EQ(operation.matches()[1].similarity, 1.0);
-  EXPECT_EQ(operation.matches()[1].kind, "Fermentable");
 }
 
 TEST_F(FileImportTest, PutsHopsWhereTheyBelong) {
@@ -272,6 +255,9 @@ TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
       {parsedKeys::AGE, "105", keys::Conditioning, "Matured for 4 months"},  // 15
       {parsedKeys::AGE, "161", keys::Conditioning, "Matured for 6 months"},  // 23, by 4.1
       {parsedKeys::AGE, "28", keys::Conditioning, "Matured for 4 weeks"},
+      {parsedKeys::STYLENAME, " No Style Chosen", keys::StyleUUID, ""},
+      {parsedKeys::STYLENAME, "Munich Helles", keys::StyleUUID,
+       "5006A889-A9E2-56DC-9C1C-BF7694BECA9D"},
       {keys::FermentationTemperature, "11.5", keys::FermentationTemperature, "11.5"},
   };
   for (const auto& c : cases) {
@@ -306,38 +292,34 @@ TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
 }
 
 TEST_F(FileImportTest, ImportsBeerXMLAsOneUndoStep) {
-  std::vector<std::string> urls;
+  const testing::Posts posts{succeeded};
+  std::string url;
   const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
-      succeeded, nullptr, [&](const NSNotification& n) {
-        urls.emplace_back(n.userInfo.stringValue(ZYMImportOperationURLKey));
-      });
+      succeeded, nullptr,
+      [&](const NSNotification& n) { url = n.userInfo.stringValue(ZYMImportOperationURLKey); });
   const std::string path = file("bitter.xml", bitter);
   const auto first = import(path);
   const auto second = import(path);  // in the same turn
   endTurn();
-  EXPECT_THAT(urls, ElementsAre(path, path));
+  EXPECT_THAT(posts.names, SizeIs(2));
+  EXPECT_EQ(url, path);
   EXPECT_EQ(first->failureReason(), std::nullopt);
   EXPECT_FALSE(context().hasChanges());
 
-  PlistDictionary a = stored(*first);
+  const PlistDictionary a = stored(*first);
   PlistDictionary b = stored(*second);
   EXPECT_EQ(a.stringValue(keys::RecipeTitle), "Bitter");
   EXPECT_EQ(a.stringValue(keys::FinalBatchVolume), "20000.000000");
   EXPECT_NE(a.stringValue(keys::UUID), b.stringValue(keys::UUID));
-  for (PlistDictionary* recipe : {&a, &b}) {
-    recipe->remove(keys::UUID);
-    recipe->remove(keys::DateLastModified);
-  }
+  for (const KeyName key : {keys::UUID, keys::DateLastModified}) b.set(key, *a.find(key));
   EXPECT_EQ(a, b);
   std::vector<std::string_view> kinds;
   for (const ImportMatch& match : first->matches()) kinds.push_back(match.kind);
   EXPECT_THAT(kinds, ElementsAre("Style", "Fermentable", "Hop", "Yeast"));
-
-  EXPECT_EQ(undoManager().undoActionName(), "Import Recipe");
-  undoManager().undo();
-  EXPECT_THAT(recipes().summariesForAllRecipes(), SizeIs(1));
-  undoManager().undo();
-  EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
+  for (const std::size_t left : {1U, 0U}) {
+    undoManager().undo();
+    EXPECT_THAT(recipes().summariesForAllRecipes(), SizeIs(left));
+  }
   EXPECT_FALSE(undoManager().canUndo());
 }
 
@@ -468,17 +450,6 @@ TEST_F(FileImportTest, ASaveThatFailsIsNoSuccess) {
   EXPECT_TRUE(import(path)->uuidOfRecipe());
 }
 
-TEST_F(FileImportTest, AFileWithoutAStyleHasNone) {
-  const auto styleOf = [](PlistDictionary parsed) {
-    ZYMFileImportOperation operation;
-    parsed = operation.processParsedRecipe(parsed);
-    EXPECT_EQ(operation.matches().empty(), parsed.stringValue(keys::StyleUUID).empty());
-    return std::string(parsed.stringValue(keys::StyleUUID));
-  };
-  EXPECT_EQ(styleOf({{parsedKeys::STYLENAME, " No Style Chosen"}}), "");
-  EXPECT_NE(styleOf({{parsedKeys::STYLENAME, "No Style Chosen"}}), "");
-}
-
 TEST_F(FileImportTest, KeepsAProfileThatIsTheSameHere) {
   const PlistDictionary here = ZYMProfiles::sharedInstance().defaultProfile();
   const auto profileAfter = [&](const PlistDictionary& profile) {
@@ -587,37 +558,6 @@ TEST_F(FileImportTest, RunsOnTheMainThreadInTheOrderOfTheQueue) {
   NSOperationQueue::mainQueue().waitUntilAllOperationsAreFinished();
   EXPECT_THAT(posts.names, ElementsAre(succeeded, failed));
   EXPECT_THAT(recipes().summariesForAllRecipes(), SizeIs(2));
-}
-
-// Whenever the process ends, nothing is without what it belongs to.
-TEST_F(FileImportTest, SurvivesTheEndOfTheProcess) {
-  const std::string path = file("own.wm2", ownFile());
-  ZYMCoreDataModel::tearDown();
-  for (int round = 0; round < 8; ++round) {
-    reopen();
-    Child child([&](int pipe) {
-      const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
-          CoreDataModelDidSaveNotification, nullptr,
-          [&](const NSNotification&) { Child::tell(pipe, 1); });
-      while (true) (void)import(path);
-    });
-    for (int i = 0; i <= round; ++i) ASSERT_TRUE(child.hear(60'000));
-    child.kill();
-    reopen();
-    const auto batches = ZYMRecipeBatchEntity::findAllObjects();
-    for (auto* batch : *batches) {
-      ASSERT_NE(batch->objectForKey(relationships::recipe), nullptr);
-    }
-    const auto images = ZYMImageEntity::findAllObjects();
-    for (auto* image : *images) {
-      EXPECT_TRUE(image->objectForKey(relationships::recipe) ||
-                  image->objectForKey(relationships::recipeBatch));
-    }
-    for (const ZYMSummary& recipe : recipes().summariesForAllRecipes()) {
-      EXPECT_EQ(recipe.numberOfChildren, 1) << "a recipe comes with its batch";
-      EXPECT_THAT(recipes().imageUUIDsForItemWithUUID(*recipe.uuid), SizeIs(2));
-    }
-  }
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <stdlib.h>
 
 #include <ctime>
 
 #include "tests/support/Differences.h"
+#include "tests/support/Json.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/values/NSException.h"
@@ -17,10 +16,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 class Batches : public testing::WithStore {
  protected:
@@ -48,17 +43,12 @@ class Batches : public testing::WithStore {
 };
 
 TEST_F(Batches, ANewOneIsMadeOfTheRecipeAndTheDefaultProfile) {
-  ZYMProfiles::sharedInstance().addItemsFromArray(
-      {PlistDictionary{{keys::UUID, "profile"},
-                       {keys::WaterGrainRatio, "3.5"},
-                       {keys::MTThermalMass, "120"},
-                       {keys::PreferredSpargeMethod, "Fly Sparge"},
-                       {keys::PreferredBaseWaterUUID, ""},
-                       {keys::PreferredTargetWaterUUID, ""},
-                       {keys::FinalWortVolume, "1"}}});
-  addRecipe("Bock", {{keys::FinalWortVolume, "23000"},
-                     {keys::FermentationTemperature, 9},
-                     {keys::Profile, PlistDictionary{{keys::WaterGrainRatio, "2"}}}});
+  ZYMProfiles::sharedInstance().addItemsFromArray({R"({
+      "UUID": "profile", "WaterGrainRatio": "3.5", "MTThermalMass": "120", "FinalWortVolume": "1",
+      "PreferredSpargeMethod": "Fly Sparge",
+      "PreferredBaseWaterUUID": "", "PreferredTargetWaterUUID": ""})"_json});
+  addRecipe("Bock", R"({"FinalWortVolume": "23000", "FermentationTemperature": 9,
+                        "Profile": {"WaterGrainRatio": "2"}})"_json);
   EXPECT_FALSE(recipes().emptyBatchForRecipeWithUUID("unknown"));
   set(keys::HydrometerCalibrationTemp, 15.6);
   PlistDictionary batch = recipes().emptyBatchForRecipeWithUUID("Bock").value();
@@ -72,54 +62,29 @@ TEST_F(Batches, ANewOneIsMadeOfTheRecipeAndTheDefaultProfile) {
                 60);
     batch.remove(key);
   }
+  PlistDictionary expected = R"({
+      "BatchTitle": "Batch 1 of Bock", "BatchNotes": "", "BoilNotes": "", "FermentationNotes": "",
+      "PackagingNotes": "", "TastingNotes": "", "WaterGrainRatio": "3.500000",
+      "MTThermalMass": "120.000000", "SpargeMethod": "Fly Sparge", "RoomTemperature": "15.0",
+      "AdjustedInventory": "0",
+      "Actuals": {
+        "FinalWortVolume": "23000", "VolumeWaterAdded": "0.000000",
+        "FermentationTemperature": "9.000000", "PreBoilHydroReading": "1.000",
+        "OGHydroReading": "1.000", "FGHydroReading": "1.000", "PreBoilGrav": "1.000000",
+        "OG": "1.000000", "FG": "1.000000", "ApparentAttenuation": "0.000000",
+        "RealAttenuation": "0.000000", "ActualMashEfficiency": "0.0", "ABV": "0.000000",
+        "ABW": "0.000000", "Color": "0.000000", "IBU": "0.000000", "PreBoilTemp": "15.600000",
+        "OGTemp": "15.600000", "FGTemp": "15.600000", "HydrometerCalibratedAt": "15.600000"}})"_json;
+  expected.set(keys::OriginalRecipe, stored);
+  expected.set(keys::ModifiedRecipe, stored);
   // The figures are those of a recalculation, which also counts what the recipe costs.
-  PlistDictionary brewed = stored;
-  brewed.set(keys::Cost, "0.000000");
-  EXPECT_THAT(
-      testing::differences(
-          batch, PlistDictionary{{keys::BatchTitle, "Batch 1 of Bock"},
-                                 {keys::ModifiedRecipe, brewed},
-                                 {keys::OriginalRecipe, stored},
-                                 {keys::Actuals,
-                                  PlistDictionary{{keys::FinalWortVolume, "23000"},
-                                                  {keys::VolumeWaterAdded, "0.000000"},
-                                                  {keys::FermentationTemperature, "9.000000"},
-                                                  {keys::PreBoilHydroReading, "1.000"},
-                                                  {keys::OGHydroReading, "1.000"},
-                                                  {keys::FGHydroReading, "1.000"},
-                                                  {keys::PreBoilGrav, "1.000000"},
-                                                  {keys::OG, "1.000000"},
-                                                  {keys::FG, "1.000000"},
-                                                  {keys::ApparentAttenuation, "0.000000"},
-                                                  {keys::RealAttenuation, "0.000000"},
-                                                  {keys::ActualMashEfficiency, "0.0"},
-                                                  {keys::ABV, "0.000000"},
-                                                  {keys::ABW, "0.000000"},
-                                                  {keys::Color, "0.000000"},
-                                                  {keys::IBU, "0.000000"},
-                                                  {keys::PreBoilTemp, "15.600000"},
-                                                  {keys::OGTemp, "15.600000"},
-                                                  {keys::FGTemp, "15.600000"},
-                                                  {keys::HydrometerCalibratedAt, "15.600000"}}},
-                                 {keys::BatchNotes, ""},
-                                 {keys::BoilNotes, ""},
-                                 {keys::FermentationNotes, ""},
-                                 {keys::PackagingNotes, ""},
-                                 {keys::TastingNotes, ""},
-                                 {keys::WaterGrainRatio, "3.500000"},
-                                 {keys::MTThermalMass, "120.000000"},
-                                 {keys::SpargeMethod, "Fly Sparge"},
-                                 {keys::RoomTemperature, "15.0"},
-                                 {keys::AdjustedInventory, "0"}}),
-      IsEmpty());
-  EXPECT_THAT(uuids(recipes().allBatchSummariesNewestFirst()), IsEmpty());
+  expected.editDictionary(keys::ModifiedRecipe)->set(keys::Cost, "0.000000");
+  EXPECT_THAT(testing::differences(batch, expected), IsEmpty());
+  EXPECT_THAT(recipes().allBatchSummariesNewestFirst(), IsEmpty());
 
   defaults().removeObjectForKey(keys::HydrometerCalibrationTemp);
-  EXPECT_EQ(recipes()
-                .emptyBatchForRecipeWithUUID("Bock")
-                ->dictionary(keys::Actuals)
-                ->stringValue(keys::OGTemp),
-            "0.000000");
+  batch = recipes().emptyBatchForRecipeWithUUID("Bock").value();
+  EXPECT_EQ(batch.dictionary(keys::Actuals)->stringValue(keys::OGTemp), "0.000000");
 }
 
 TEST_F(Batches, TitlesCountTheBatchesOfTheMoment) {
@@ -299,9 +264,8 @@ TEST_F(Batches, TheYearBeginsByTheClockOfThePlace) {
 }
 
 TEST_F(Batches, PromotionMakesARecipeAndMovesTheBatchUnderIt) {
-  const PlistDictionary hop{
-      {keys::Amount, "1"}, {keys::IngredientDeducted, "1"}, {keys::Batches, PlistArray()}};
-  addRecipe("Bock", {{keys::HopIngredients, PlistArray{hop}}});
+  addRecipe("Bock", R"({"HopIngredients":
+                        [{"Amount": "1", "IngredientDeducted": "1", "Batches": []}]})"_json);
   const std::string groupUUID = recipes().createGroup().uuid.value();
   PlistDictionary batch = recipes().addBatchToRecipeWithUUID("Bock").value();
   const std::string uuid(batch.stringValue(keys::UUID));
@@ -314,17 +278,16 @@ TEST_F(Batches, PromotionMakesARecipeAndMovesTheBatchUnderIt) {
   endTurn();
   EXPECT_EQ(recipe.stringValue(keys::RecipeTitle), "Promoted from Batch 1 of Bock");
   EXPECT_EQ(recipe.stringValue(keys::Notes), "as brewed");
-  EXPECT_EQ(recipe.array(keys::HopIngredients)->begin()->dictionary()->size(), 1);
+  EXPECT_EQ(*recipe.array(keys::HopIngredients), PlistArray{R"({"Amount": "1"})"_json});
   const std::string recipeUUID(recipe.stringValue(keys::UUID));
   EXPECT_EQ(ZYMRecipeEntity::onlyObjectWithUUID(nullptr, recipeUUID)->dictionaryRepresentation(),
             recipe);
   EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Bock"), IsEmpty());
-  const std::string newUUID =
-      recipes().batchSummariesForRecipeWithUUID(recipeUUID)->at(0).uuid.value();
-  EXPECT_NE(newUUID, uuid);
-  const PlistDictionary moved = recipes().batchWithUUID(newUUID).value();
-  EXPECT_GT(*moved.date(keys::DateLastModified), *batch.date(keys::DateLastModified));
-  EXPECT_EQ(moved.dictionary(keys::ModifiedRecipe)
+  const auto moved = recipes().batchSummariesForRecipeWithUUID(recipeUUID)->at(0).uuid;
+  EXPECT_NE(moved, uuid);
+  const PlistDictionary stored = recipes().batchWithUUID(*moved).value();
+  EXPECT_GT(*stored.date(keys::DateLastModified), *batch.date(keys::DateLastModified));
+  EXPECT_EQ(stored.dictionary(keys::ModifiedRecipe)
                 ->array(keys::HopIngredients)
                 ->begin()
                 ->dictionary()

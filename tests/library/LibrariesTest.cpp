@@ -1,8 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "tests/support/Json.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/StockKeys.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMFermentables.h"
@@ -13,7 +11,9 @@
 #include "zymcore/library/ZYMSuppliers.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
+#include "zymcore/platform/host/NSBundle.h"
 #include "zymcore/platform/values/NSException.h"
+#include "zymcore/store/ZYMLibraryRegistry.h"
 #include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/ZYMInventoryEntity.h"
 #include "zymcore/store/entities/ZYMMashStepEntity.h"
@@ -23,17 +23,8 @@
 namespace zym {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
 class Libraries : public testing::WithStore {
  protected:
-  static PlistDictionary withoutIdentity(PlistDictionary record) {
-    record.remove(keys::UUID);
-    record.remove(keys::DateLastModified);
-    return record;
-  }
   static void add(ZYMCachingModel& library, std::initializer_list<const char*> names) {
     PlistArray items;
     for (const char* name : names) {
@@ -55,43 +46,86 @@ class Libraries : public testing::WithStore {
 };
 
 TEST_F(Libraries, NewRecordsHaveTheirDefaults) {
-  EXPECT_EQ(withoutIdentity(ZYMFermentables::sharedInstance().createItem()),
-            (PlistDictionary{{keys::Ingredient, "New Ingredient"},
-                             {keys::Extract, "75.000000"},
-                             {keys::Moisture, "0.000000"},
-                             {keys::Color, "0.000000"},
-                             {keys::IsGrain, "1"},
-                             {keys::MustBeMashed, "1"},
-                             {keys::Description, ""}}));
-  EXPECT_EQ(withoutIdentity(ZYMHops::sharedInstance().createItem()),
-            (PlistDictionary{
-                {keys::Variety, "New Hop"}, {keys::Alpha, "0.000000"}, {keys::Description, ""}}));
-  EXPECT_EQ(withoutIdentity(ZYMYeasts::sharedInstance().createItem()),
-            (PlistDictionary{{keys::Name, "New Yeast"},
-                             {keys::Attenuation, "75.000000"},
-                             {keys::BeerType, "Ale"},
-                             {keys::YeastType, "Liquid"},
-                             {keys::Description, ""}}));
-  EXPECT_EQ(withoutIdentity(ZYMOtherIngredients::sharedInstance().createItem()),
-            (PlistDictionary{{keys::Ingredient, "New Ingredient"}, {keys::Description, ""}}));
-  EXPECT_EQ(withoutIdentity(ZYMSuppliers::sharedInstance().createSupplier()),
-            (PlistDictionary{{keys::Name, "New Supplier"},
-                             {keys::Email, ""},
-                             {keys::Location, ""},
-                             {keys::Phone, ""},
-                             {keys::Homepage, ""}}));
-  const PlistDictionary water = ZYMWaters::sharedInstance().createItem();
-  EXPECT_FALSE(water.contains(keys::Notes));
-  EXPECT_EQ(
-      withoutIdentity(*ZYMWaters::sharedInstance().itemWithUUID(water.stringValue(keys::UUID))),
-      (PlistDictionary{{keys::Name, "New Water"},
-                       {keys::Calcium, "0.000000"},
-                       {keys::Carbonate, "0.000000"},
-                       {keys::Chloride, "0.000000"},
-                       {keys::Magnesium, "0.000000"},
-                       {keys::Sodium, "0.000000"},
-                       {keys::Sulfate, "0.000000"},
-                       {keys::Notes, ""}}));
+  (void)context();
+  std::string translations;
+  for (const std::string text :
+       {"Ingredient", "Hop", "Yeast", "Supplier", "Water", "Schedule", "Profile"}) {
+    translations += "<key>New " + text + "</key><string>neu</string>";
+  }
+  const TemporaryFolder german;
+  (void)german.file("de.lproj/Localizable.strings",
+                    "<plist><dict>" + translations + "</dict></plist>");
+  NSBundle::setMainBundle(NSBundle(german.path(), "org.zymcore.tests", "1"));
+  struct Case {
+    ZYMCachingModel& library;
+    PlistDictionary expected;
+  };
+  for (const Case& c : {
+           Case{ZYMFermentables::sharedInstance(), R"({
+               "Ingredient": "New Ingredient", "Extract": "75.000000", "Moisture": "0.000000",
+               "Color": "0.000000", "IsGrain": "1", "MustBeMashed": "1", "Description": ""})"_json},
+           Case{ZYMHops::sharedInstance(),
+                R"({"Variety": "New Hop", "Alpha": "0.000000", "Description": ""})"_json},
+           Case{ZYMYeasts::sharedInstance(), R"({
+               "Name": "New Yeast", "Attenuation": "75.000000", "BeerType": "Ale",
+               "YeastType": "Liquid", "Description": ""})"_json},
+           Case{ZYMOtherIngredients::sharedInstance(),
+                R"({"Ingredient": "New Ingredient", "Description": ""})"_json},
+           Case{ZYMSuppliers::sharedInstance(), R"({"Name": "New Supplier", "Email": "",
+               "Location": "", "Phone": "", "Homepage": ""})"_json},
+           Case{ZYMWaters::sharedInstance(), R"({
+               "Name": "New Water", "Calcium": "0.000000", "Carbonate": "0.000000",
+               "Chloride": "0.000000", "Magnesium": "0.000000", "Sodium": "0.000000",
+               "Sulfate": "0.000000"})"_json},
+           Case{ZYMMashSchedules::sharedInstance(),
+                R"({"ScheduleName": "New Schedule", "Version": "3", "Steps": []})"_json},
+           Case{ZYMProfiles::sharedInstance(), R"({
+               "ProfileName": "New Profile", "Version": "2", "PreBoilVolume": "24000",
+               "PostBoilVolume": "22000", "VolumeToFermenter": "20000", "VolumeWaterAdded": "0",
+               "VolumeAtPitching": "20000", "FinishedBatchVolume": "19000",
+               "PreferredRecipeType": "Full Mash", "PreferredSpargeMethod": "Fly Sparge",
+               "MTThermalMass": "1000", "WaterGrainRatio": "2", "ExtractEfficiency": "75",
+               "BoilDuration": "90", "PreferredMashSchedule": "", "PreferredBaseWaterUUID": "",
+               "PreferredTargetWaterUUID": ""})"_json},
+       }) {
+    for (const char* locale : {"en_US", "de_DE"}) {
+      useLocale(locale);
+      PlistDictionary expected = c.expected;
+      if (locale[0] == 'd') expected.set(c.library.nameKeyInRecords(), "neu");
+      PlistDictionary made;
+      c.library.prepareNewItem(made);
+      EXPECT_EQ(made, expected) << c.library.entityClass();
+    }
+  }
+}
+
+TEST_F(Libraries, AreRegisteredWithTheirSeedFiles) {
+  std::vector<std::string> rows;
+  for (const ZYMLibraryRegistry::Library& row : ZYMLibraryRegistry::sharedInstance().libraries()) {
+    rows.push_back(std::string(row.entity) + "/" + std::string(row.ingredientType) + "/" +
+                   std::string(row.seed) + "/" + std::string(row.installedVersion.text()));
+    EXPECT_EQ(row.sharedInstance().entityClass(), row.entity);
+  }
+  EXPECT_THAT(rows,
+              ElementsAre("ZYMFermentableEntity/Fermentable/Fermentables/FermentablesVersion",
+                          "ZYMHopEntity/Hop/Hops/HopsVersion",
+                          "ZYMOtherIngredientEntity/Other/OtherIngredients/OtherIngredientsVersion",
+                          "ZYMYeastEntity/Yeast/Yeasts/YeastsVersion",
+                          "ZYMMashScheduleEntity//Mash Schedules/MashSchedulesVersion",
+                          "ZYMProfileEntity//Profiles/ProfilesVersion",
+                          "ZYMWaterEntity//Waters/WatersVersion",
+                          "ZYMSupplierEntity//Retailers/RetailersVersion"));
+}
+
+TEST_F(Libraries, Suppliers) {
+  ZYMSuppliers& suppliers = ZYMSuppliers::sharedInstance();
+  PlistDictionary supplier = suppliers.createSupplier();
+  supplier.set(keys::Name, "Malt & Co");
+  suppliers.updateSupplier(supplier);
+  const std::string uuid(supplier.stringValue(keys::UUID));
+  EXPECT_THAT(suppliers.summariesForAllSuppliers(), ElementsAre(ZYMSummary{"Malt & Co", uuid}));
+  suppliers.removeSupplierWithUUID(uuid);
+  EXPECT_THAT(suppliers.summariesForAllSuppliers(), IsEmpty());
 }
 
 TEST_F(Libraries, TheFirstByNameStandsForNoChoice) {
@@ -109,41 +143,24 @@ TEST_F(Libraries, TheFirstByNameStandsForNoChoice) {
 
 TEST_F(Libraries, NamesAreLookedUpInTwoWays) {
   ZYMYeasts& yeasts = ZYMYeasts::sharedInstance();
-  yeasts.addItemsFromArray({PlistDictionary{{keys::UUID, "1"}, {keys::Name, "US-05"}},
-                            PlistDictionary{{keys::UUID, "2"}, {keys::Name, "US-05"}},
-                            PlistDictionary{{keys::UUID, "3"}, {keys::Name, "S-04"}}});
-  EXPECT_FALSE(yeasts.yeastForName("US-05"));
-  EXPECT_EQ(yeasts.yeastForName("S-04")->stringValue(keys::UUID), "3");
-  EXPECT_FALSE(yeasts.yeastForName("s-04"));
   ZYMWaters& waters = ZYMWaters::sharedInstance();
-  waters.addItemsFromArray({PlistDictionary{{keys::UUID, "1"}, {keys::Name, "Burton"}},
-                            PlistDictionary{{keys::UUID, "2"}, {keys::Name, "Burton"}}});
-  EXPECT_EQ(waters.waterWithName("Burton")->stringValue(keys::Name), "Burton");
-  EXPECT_FALSE(waters.waterWithName("burton"));
-}
+  for (const char* uuid : {"1", "2"}) {
+    const PlistArray one{PlistDictionary{{keys::UUID, uuid}, {keys::Name, "Twice"}}};
+    yeasts.addItemsFromArray(one);
+    waters.addItemsFromArray(one);
+  }
+  add(yeasts, {"S-04"});
+  EXPECT_FALSE(yeasts.yeastForName("Twice"));
+  EXPECT_EQ(yeasts.yeastForName("S-04")->stringValue(keys::UUID), "S-04");
+  EXPECT_FALSE(yeasts.yeastForName("s-04"));
+  EXPECT_EQ(waters.waterWithName("Twice")->stringValue(keys::Name), "Twice");
+  EXPECT_FALSE(waters.waterWithName("twice"));
 
-TEST_F(Libraries, AListOfWatersLeavesNamelessOnesAlone) {
-  add(ZYMWaters::sharedInstance(), {" None", "Burton"});
-  (void)ZYMWaterEntity::insertInContext(context());
+  (void)ZYMWaterEntity::insertInContext(context());  // one without a name, which it keeps
   model().save();
-  EXPECT_THAT(names(ZYMWaters::sharedInstance().summariesForAllItemsWithoutNoChosenWaterOption()),
-              ElementsAre(" None", "Burton"));
+  EXPECT_THAT(names(waters.summariesForAllItemsWithoutNoChosenWaterOption()),
+              ElementsAre("Twice", "Twice"));
   EXPECT_FALSE(context().hasChanges());
-}
-
-TEST_F(Libraries, StockHasTheNameThatTheLibraryGivesItNow) {
-  add(ZYMHops::sharedInstance(), {"Fuggle"});
-  PlistDictionary record{
-      {keys::UUID, "Fuggle"}, {keys::IngredientType, words::Hop}, {keys::Ingredient, "old name"}};
-  ZYMInventoryEntity& item = ZYMInventoryEntity::insertInContext(context());
-  item.updateWithDictionaryRepresentation(record);
-  EXPECT_EQ(item.dictionaryRepresentation()->stringValue(keys::Ingredient), "Fuggle");
-  PlistDictionary hop = *ZYMHops::sharedInstance().itemWithUUID("Fuggle");
-  hop.set(keys::Variety, "Styrian");
-  ZYMHops::sharedInstance().updateItem(hop);
-  EXPECT_EQ(item.dictionaryRepresentation()->stringValue(keys::Ingredient), "Styrian");
-  item.setValue_forKey(words::Yeast, attributes::ingredientType);
-  EXPECT_EQ(item.dictionaryRepresentation()->stringValue(keys::Ingredient), "");
 }
 
 // Stock shows the name that the library has now, and is looked for by that.
@@ -156,12 +173,15 @@ TEST_F(Libraries, StockIsFoundByTheNameThatItShows) {
     }
   } stock;
   add(ZYMHops::sharedInstance(), {"A", "B"});
-  for (const auto& [uuid, name] : {std::pair("A", "Saaz"), std::pair("B", "Fuggle")}) {
+  for (const auto& [uuid, before, after] :
+       {std::tuple("A", "Saaz", "Northern Brewer"), std::tuple("B", "Fuggle", "Tettnang")}) {
     stock.addItemsFromArray({PlistDictionary{
-        {keys::UUID, uuid}, {keys::IngredientType, words::Hop}, {keys::Ingredient, name}}});
+        {keys::UUID, uuid}, {keys::IngredientType, words::Hop}, {keys::Ingredient, before}}});
+    EXPECT_EQ(stock.itemWithUUID(uuid)->stringValue(keys::Ingredient), uuid);
     PlistDictionary hop = *ZYMHops::sharedInstance().itemWithUUID(uuid);
-    hop.set(keys::Variety, name == std::string("Saaz") ? "Northern Brewer" : "Tettnang");
+    hop.set(keys::Variety, after);
     ZYMHops::sharedInstance().updateItem(hop);
+    EXPECT_EQ(stock.itemWithUUID(uuid)->stringValue(keys::Ingredient), after);
   }
   EXPECT_EQ(stock.ingredientWithNameMostSimilarToString_matchingKeysAndValues("Northern", nullptr)
                 .stringValue(keys::UUID),
@@ -169,6 +189,9 @@ TEST_F(Libraries, StockIsFoundByTheNameThatItShows) {
   EXPECT_EQ(
       stock.ingredientsWithNamesMostSimilarToStrings({"Tettnanger"}).at(0).stringValue(keys::UUID),
       "B");
+  ZYMInventoryEntity::onlyObjectWithUUID(nullptr, "A")
+      ->setValue_forKey(words::Yeast, attributes::ingredientType);
+  EXPECT_EQ(stock.itemWithUUID("A")->stringValue(keys::Ingredient), "");
 }
 
 class MashSchedules : public Libraries {
@@ -203,16 +226,10 @@ TEST_F(MashSchedules, ANewStepComesLast) {
   EXPECT_FALSE(schedules.allStepsForMashScheduleWithUUID("unknown"));
 }
 
-TEST_F(MashSchedules, StepsAreReplacedAlwaysAsAnUndoStep) {
+TEST_F(MashSchedules, StepsAreReplaced) {
   const std::string uuid = made();
-  PlistArray steps = *schedules.allStepsForMashScheduleWithUUID(uuid);
+  const PlistArray steps = *schedules.allStepsForMashScheduleWithUUID(uuid);
   const std::vector<std::string> before = stepUUIDs(uuid);
-  undoManager().removeAllActions();
-  schedules.updateSteps_inMashScheduleWithUUID(nullptr, uuid);
-  schedules.updateSteps_inMashScheduleWithUUID(&steps, "unknown");
-  EXPECT_FALSE(undoManager().canUndo());
-  schedules.updateSteps_inMashScheduleWithUUID(&steps, uuid);
-
   const PlistArray reversed{*steps.find(2), *steps.find(1), *steps.find(0)};
   schedules.updateSteps_inMashScheduleWithUUID(&reversed, uuid);
   EXPECT_THAT(stepUUIDs(uuid), ElementsAre(before[2], before[1], before[0]));
@@ -243,12 +260,14 @@ TEST_F(MashSchedules, TheOptionOfNoChoice) {
 }
 
 TEST_F(MashSchedules, TypesOfStepHaveShortForms) {
+  std::vector<std::string> shortForms;
   for (const std::string_view type : words::stepTypes) {
-    EXPECT_EQ(ZYMMashSchedules::unabbreviateStepType(ZYMMashSchedules::abbreviateStepType(type)),
-              type);
+    shortForms.push_back(ZYMMashSchedules::abbreviateStepType(type));
+    EXPECT_EQ(ZYMMashSchedules::unabbreviateStepType(shortForms.back()), type);
   }
-  EXPECT_EQ(ZYMMashSchedules::abbreviateStepType("Raise to and Mash out at"),
-            "Raise and mash out at");
+  EXPECT_THAT(shortForms,
+              ElementsAre("Strike and dough in", "Rest at", "Raise by infusion to",
+                          "Decoct raise mash to", "Raise and mash out at", "Raise by heating to"));
   EXPECT_EQ(ZYMMashSchedules::abbreviateStepType("Sing"), "Sing");
   EXPECT_EQ(ZYMMashSchedules::unabbreviateStepType("Sing"), "Sing");
 }
@@ -278,41 +297,25 @@ TEST_F(Profiles, TheDefaultIsFoundOrMade) {
 }
 
 TEST_F(Profiles, NewOnesPreferWhatIsFirst) {
-  PlistDictionary bare = profiles.createItem();
-  EXPECT_EQ(*bare.string(keys::PreferredMashSchedule), "");
-  EXPECT_EQ(*bare.string(keys::PreferredBaseWaterUUID), "");
   add(ZYMWaters::sharedInstance(), {"Burton", "Aachen"});
   add(ZYMMashSchedules::sharedInstance(), {"Single"});
   const PlistDictionary temporary = ZYMProfiles::tempProfile();
-  EXPECT_EQ(temporary.stringValue(keys::PreferredTargetWaterUUID), "Aachen");
-  EXPECT_EQ(temporary.stringValue(keys::PreferredMashSchedule), "Single");
+  EXPECT_TRUE(profiles.allItems().empty());
+  for (const PlistDictionary& made : {temporary, profiles.createItem()}) {
+    EXPECT_EQ(made.stringValue(keys::PreferredTargetWaterUUID), "Aachen");
+    EXPECT_EQ(made.stringValue(keys::PreferredBaseWaterUUID), "Aachen");
+    EXPECT_EQ(made.stringValue(keys::PreferredMashSchedule), "Single");
+  }
   EXPECT_EQ(temporary.stringValue(keys::PreBoilVolume), "24000");
-  EXPECT_EQ(temporary.stringValue(keys::Version), "2");
-  EXPECT_EQ(profiles.allItems().size(), 1U);
-  EXPECT_EQ(profiles.createItem().stringValue(keys::PreferredBaseWaterUUID), "Aachen");
-}
-
-TEST_F(Profiles, ARecipeMayBeGivenItsOwnProfile) {
-  add(ZYMWaters::sharedInstance(), {"Burton"});
-  const PlistDictionary profile{{keys::ProfileName, std::string(100, 'p')},
-                                {keys::PreBoilVolume, std::string(100, '1')},
-                                {keys::PreferredBaseWaterUUID, std::string(100, 'b')}};
-  PlistDictionary recipe{{keys::Profile, profile}};
-  ZYMProfiles::updateRecipe_withProfile(recipe, *recipe.dictionary(keys::Profile));
-  EXPECT_EQ(*recipe.dictionary(keys::Profile), profile);
-  EXPECT_EQ(recipe.stringValue(keys::PreBoilWortVolume), std::string(100, '1'));
-  EXPECT_EQ(recipe.stringValue(keys::BaseWaterProfileUsedUUID), "Burton");
 }
 
 TEST_F(Profiles, ReadingRepairsWhatIsNoText) {
   add(ZYMWaters::sharedInstance(), {"Burton"});
-  PlistDictionary profile = profiles.createItem();
-  const std::string uuid(profile.stringValue(keys::UUID));
-  auto* object = static_cast<ZYMEntity*>(
-      ZYMEntityFetch::onlyObjectWithUUID(ZYMProfileEntity::entityName, nullptr, uuid));
-  object->setValue_forKey(std::nullopt, KeyName{"boilDuration"});
+  const std::string uuid(profiles.createItem().stringValue(keys::UUID));
+  ZYMProfileEntity& object = *ZYMProfileEntity::onlyObjectWithUUID(nullptr, uuid);
+  object.setValue_forKey(std::nullopt, KeyName{"boilDuration"});
   EXPECT_EQ(profiles.itemWithUUID(uuid)->stringValue(keys::BoilDuration), "0");
-  EXPECT_EQ(*object->stringForKey(KeyName{"boilDuration"}), "0");
+  EXPECT_EQ(*object.stringForKey(KeyName{"boilDuration"}), "0");
 }
 
 TEST_F(Profiles, ARecipeTakesWhatItsProfilePrefers) {
@@ -351,29 +354,23 @@ TEST_F(Profiles, ARecipeTakesWhatItsProfilePrefers) {
 }
 
 TEST_F(Profiles, OfTheWatersOfARecipeOnlyTheBaseGoesToAProfile) {
-  PlistDictionary profile{{keys::PreferredTargetWaterUUID, "own"},
-                          {keys::PreferredBaseWaterUUID, "own"}};
-  PlistDictionary recipe{{keys::PreBoilWortVolume, "1"},
-                         {keys::FinalWortVolume, "2"},
-                         {keys::FinalBatchVolume, "6"},
-                         {keys::MashEfficiency, "70"},
-                         {keys::MashSchedule, PlistDictionary{{keys::UUID, "S"}}},
-                         {keys::TargetWaterProfileUsedUUID, "t"},
-                         {keys::BaseWaterProfileUsedUUID, "b"}};
+  PlistDictionary profile =
+      R"({"PreferredTargetWaterUUID": "own", "PreferredBaseWaterUUID": "own"})"_json;
+  PlistDictionary recipe = R"({
+      "PreBoilWortVolume": "1", "FinalWortVolume": "2", "FinalBatchVolume": "6",
+      "MashEfficiency": "70", "MashSchedule": {"UUID": "S"}, "TargetWaterProfileUsedUUID": "t",
+      "BaseWaterProfileUsedUUID": "b"})"_json;
   ZYMProfiles::updateProfile_withRecipe(profile, recipe);
-  EXPECT_EQ(profile, (PlistDictionary{{keys::PreferredTargetWaterUUID, "own"},
-                                      {keys::PreferredBaseWaterUUID, "b"},
-                                      {keys::PreBoilVolume, "1"},
-                                      {keys::PostBoilVolume, "2"},
-                                      {keys::FinishedBatchVolume, "6"},
-                                      {keys::ExtractEfficiency, "70"},
-                                      {keys::PreferredMashSchedule, "S"}}));
+  PlistDictionary expected = R"({
+      "PreferredTargetWaterUUID": "own", "PreferredBaseWaterUUID": "b", "PreBoilVolume": "1",
+      "PostBoilVolume": "2", "FinishedBatchVolume": "6", "ExtractEfficiency": "70",
+      "PreferredMashSchedule": "S"})"_json;
+  EXPECT_EQ(profile, expected);
   recipe.set(keys::PreferredTargetWaterUUID, "any");
   recipe.remove(keys::BaseWaterProfileUsedUUID);
-  profile.set(keys::PreferredBaseWaterUUID, "own");
+  expected.set(keys::PreferredTargetWaterUUID, "t");
   ZYMProfiles::updateProfile_withRecipe(profile, recipe);
-  EXPECT_EQ(profile.stringValue(keys::PreferredTargetWaterUUID), "t");
-  EXPECT_EQ(profile.stringValue(keys::PreferredBaseWaterUUID), "own");
+  EXPECT_EQ(profile, expected);
 }
 
 TEST_F(Profiles, AreSimilarWithinFortyNineMillilitres) {

@@ -1,9 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <limits>
-
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
@@ -54,9 +50,14 @@ class RecipeRepairs : public testing::WithStore {
 
 TEST_F(RecipeRepairs, ACurrentDocumentStays) {
   addWaters();
-  PlistDictionary recipe = current();
-  EXPECT_TRUE(ZYMRecipes::ensureRecipeLatestVersion_inventoryAdjusted(recipe, true));
-  EXPECT_EQ(recipe, current());
+  const PlistDictionary before = current();
+  PlistDictionary withoutProfile = before;
+  withoutProfile.remove(keys::Profile);
+  for (const PlistDictionary& document : {before, withoutProfile}) {
+    PlistDictionary recipe = document;
+    EXPECT_TRUE(ZYMRecipes::ensureRecipeLatestVersion_inventoryAdjusted(recipe, true));
+    EXPECT_EQ(recipe, document);
+  }
 }
 
 TEST_F(RecipeRepairs, WhatIsMissingIsFilledIn) {
@@ -83,6 +84,8 @@ TEST_F(RecipeRepairs, WhatIsMissingIsFilledIn) {
       {keys::TargetWaterProfileUsedUUID, std::nullopt, "none"},
       {keys::BaseWaterProfileUsedUUID, std::nullopt, "none"},
       {keys::YeastIngredients, std::nullopt, PlistArray()},
+      {keys::YeastIngredients, PlistArray{PlistDictionary()},
+       PlistArray{PlistDictionary{{keys::IngredientDeducted, "0"}}}},
       {keys::Profile, PlistDictionary{{keys::BoilDuration, 90}},
        PlistDictionary{{keys::BoilDuration, "90"}, {keys::ExtractEfficiency, "0.000000"}}},
       {keys::Profile, PlistDictionary{{keys::BoilDuration, "90"}, {keys::ExtractEfficiency, 70}},

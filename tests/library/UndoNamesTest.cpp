@@ -1,10 +1,8 @@
 // What each change of the store is called in the menu of the host, and that it is one step, saved.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"

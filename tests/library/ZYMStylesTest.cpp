@@ -1,10 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <fstream>
-
 #include "tests/support/Defaults.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/library/ZYMStyles.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
@@ -14,9 +10,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class Styles : public testing::WithDefaults {
  protected:

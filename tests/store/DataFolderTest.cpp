@@ -1,11 +1,10 @@
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "tests/support/Child.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/entities/ZYMHopEntity.h"
@@ -146,7 +145,6 @@ TEST_F(OldFolder, IsTriedAgainAfterAFullDisk) {
 TEST_F(OldFolder, ALogWithoutItsStoreIsNotKept) {
   putFile(present + "/Wortmeister.sqlite-wal", bytesOf(old + "/Wortmeister.sqlite-wal"));
   fs::remove(old + "/Wortmeister.sqlite-wal");
-  fs::resize_file(present + "/Wortmeister.sqlite-wal", 100);
   open();
   EXPECT_EQ(ZYMHopEntity::findAllObjects()->size(), 0U);
 }

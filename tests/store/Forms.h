@@ -1,9 +1,8 @@
 #pragma once
 
-#include <string>
 #include <variant>
-#include <vector>
 
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {

@@ -1,22 +1,12 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <memory>
-#include <set>
-
 #include "tests/support/Child.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
 #include "zymcore/store/ZYMCachingModel.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 const KeyName HopsVersion{"HopsVersion"};
 

@@ -1,12 +1,8 @@
 // Every row of every record form: which attribute stands under which key, and what becomes of it.
 
-#include <gtest/gtest.h>
-
-#include <set>
-
 #include "tests/store/Forms.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
 #include "zymcore/store/entities/ZYMRecordEntity.h"
 #include "zymcore/store/entities/ZYMWaterEntity.h"

@@ -1,12 +1,8 @@
 // A store of each version of the object model that was ever in use must open for ever.
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "tests/store/Forms.h"
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/StockKeys.h"
 #include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/ZYMImageEntity.h"

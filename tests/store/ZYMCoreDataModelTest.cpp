@@ -1,14 +1,7 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
 #include <barrier>
-#include <set>
-#include <stdexcept>
-#include <thread>
 
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
@@ -17,10 +10,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 constexpr const char* saved = CoreDataModelDidSaveNotification;
 constexpr const char* saveFailed = CoreDataModelDidSaveFailedNotification;
@@ -59,10 +48,14 @@ TEST_F(CoreDataModel, AFirstRunIsToldOnce) {
   EXPECT_EQ(posts.names.size(), 2U);
 }
 
-TEST_F(CoreDataModel, SavingTellsWhatHappened) {
+TEST_F(CoreDataModel, SavingTellsWhatHappenedAndCancelsATimedSave) {
   (void)model().mainObjectContext();
+  const auto timer = NSTimer::scheduledTimerWithTimeInterval_repeats_block(
+      1000, false, [](NSTimer& t) { model().timedSave(t); });
+  model().setSaveTimer(timer);
   const testing::Posts posts{saved, saveFailed};
   model().save();
+  EXPECT_FALSE(timer->isValid() || model().saveTimer());
   EXPECT_THAT(posts.names, IsEmpty());
   addHop("Fuggle");
   model().save();
@@ -70,16 +63,6 @@ TEST_F(CoreDataModel, SavingTellsWhatHappened) {
   EXPECT_THAT(posts.names, ElementsAre(saved));
   reopen();
   EXPECT_EQ(hops(), 1U);
-}
-
-TEST_F(CoreDataModel, ASaveCancelsATimedOne) {
-  (void)model().mainObjectContext();
-  const auto timer = NSTimer::scheduledTimerWithTimeInterval_repeats_block(
-      1000, false, [](NSTimer& t) { model().timedSave(t); });
-  model().setSaveTimer(timer);
-  model().save();  // though nothing has changed
-  EXPECT_FALSE(timer->isValid());
-  EXPECT_FALSE(model().saveTimer());
 }
 
 TEST_F(CoreDataModel, ATimedSaveSaves) {
@@ -226,8 +209,11 @@ TEST_F(CoreDataModel, ARunOfTheLoopMayCloseAnUndoGroup) {
   {
     ZYMUndoGroup closed;
     closed.closeAndSave("", "");
+    EXPECT_EQ(undoManager().groupingLevel(), 1U);
     undoManager().beginUndoGrouping();  // somebody else's
   }
+  EXPECT_EQ(undoManager().groupingLevel(), 2U);
+  { const ZYMUndoGroup left; }
   EXPECT_EQ(undoManager().groupingLevel(), 2U);
   {
     const ZYMUndoGroup left;

@@ -5,6 +5,7 @@
 
 #include "tests/support/Defaults.h"
 #include "tests/support/TemporaryFolder.h"
+#include "zymcore/documents/RecordKeys.h"
 #include "zymcore/platform/events/NSNotificationCenter.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/events/NSUndoManager.h"

@@ -14,9 +14,6 @@ namespace zym {
 /// The user default that says which guidelines the user prefers.
 inline constexpr KeyName ZYMPreferredStyleGuidelinesKey{"PreferredStyleGuidelines"};
 
-/// The name of a style, with its leading blank, in a file that names none.
-inline constexpr std::string_view ZYMNoStyleMarker = " No Style Chosen";
-
 /// The styles of beer, from two sets of guidelines that are resources of the host: number 0 is BJCP
 /// 2008, any other BJCP 2015. A set that can't be read is as one without styles, and is tried again
 /// at the next call. Main thread.

@@ -1,10 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <vector>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/events/NSOperationQueue.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/values/NSException.h"
@@ -12,8 +6,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
 
 class Work final : public NSOperation {
  public:

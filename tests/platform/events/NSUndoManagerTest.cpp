@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-#include <string>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/events/NSNotificationCenter.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/events/NSUndoManager.h"

@@ -1,12 +1,6 @@
 #pragma once
 
-#include <gtest/gtest.h>
-#include <rapidcheck.h>
-#include <rapidcheck/gtest.h>
-
-#include <cmath>
-#include <string>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {

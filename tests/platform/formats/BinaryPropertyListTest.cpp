@@ -1,10 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <limits>
-#include <string>
-
 #include "tests/platform/formats/AnyPlistValue.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/formats/BinaryPropertyList.h"
 
 namespace zym {

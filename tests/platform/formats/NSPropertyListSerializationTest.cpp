@@ -1,11 +1,6 @@
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <limits>
-#include <utility>
-
 #include "tests/platform/formats/AnyPlistValue.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
 
 namespace zym {

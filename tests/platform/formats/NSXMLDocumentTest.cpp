@@ -1,9 +1,4 @@
-#include <gmock/gmock.h>
-#include <rapidcheck/gtest.h>
-
-#include <string>
-#include <vector>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/formats/NSXMLDocument.h"
 #include "zymcore/platform/values/NSException.h"
 

@@ -1,16 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-
 #include "tests/platform/formats/AnyPlistValue.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/formats/XMLPropertyList.h"
 
 namespace zym {
 namespace {
 
-using testing::HasSubstr;
 using namespace std::string_literals;
 
 constexpr std::string_view head =

@@ -1,10 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-#include <vector>
-
 #include "tests/support/Pictures.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/graphics/CGBitmapContext.h"
 
 namespace zym {

@@ -1,17 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <cstdint>
-#include <string>
-#include <string_view>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/graphics/NSImage.h"
 
 namespace zym {
 namespace {
-
-using testing::HasSubstr;
 
 std::string bigEndian(std::uint32_t number, int bytes) {
   std::string text;

@@ -1,7 +1,5 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/formats/XMLPropertyList.h"
 #include "zymcore/platform/host/NSBundle.h"
 #include "zymcore/platform/text/NSLocale.h"
@@ -10,8 +8,6 @@
 
 namespace zym {
 namespace {
-
-using testing::ElementsAre;
 
 void putTable(const std::string& path, const PlistDictionary& table) {
   putFile(path, XMLPropertyList::write(table).value());

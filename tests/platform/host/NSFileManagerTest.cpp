@@ -1,19 +1,13 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <thread>
-
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/host/NSSearchPath.h"
 
 namespace zym {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 TEST(NSFileManager, ReadsRegularFilesUpToABound) {
   const TemporaryFolder folder;

@@ -1,14 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <thread>
-#include <vector>
-
 #include "tests/support/Child.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
 #include "zymcore/platform/formats/XMLPropertyList.h"
 #include "zymcore/platform/host/NSBundle.h"
@@ -18,9 +13,6 @@
 
 namespace zym {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 constexpr KeyName Key{"Key"};
 constexpr KeyName Other{"Other"};

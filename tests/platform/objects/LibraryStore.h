@@ -1,13 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
+#include "tests/support/Json.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/objects/NSManagedObjectContext.h"
 
 namespace zym {
@@ -37,36 +32,27 @@ inline PlistDictionary relationship(const char* destination, const char* inverse
           {KeyName("deleteRule"), deleteRule}};
 }
 
-inline PlistDictionary entity(PlistDictionary attributes, PlistDictionary relationships) {
-  return {{KeyName("attributes"), std::move(attributes)},
-          {KeyName("relationships"), std::move(relationships)}};
-}
-
 inline PlistDictionary libraryDescription() {
-  return {{KeyName("version"), "1"},
-          {KeyName("entities"),
-           PlistDictionary{
-               {KeyName("Author"),
-                entity({{key::uuid, "string"},
-                        {key::name, "string"},
-                        {key::rank, "integer"},
-                        {key::price, "real"},
-                        {key::born, "date"},
-                        {key::stamp, "data"},
-                        {key::text, "document"}},
-                       {{key::books, relationship("Book", "author", true, "cascade")}})},
-               {KeyName("Book"),
-                entity({{key::uuid, "string"},
-                        {key::name, "string"},
-                        {key::rank, "integer"},
-                        {key::text, "document"}},
-                       {{key::author, relationship("Author", "books", false)},
-                        {key::tags, relationship("Tag", "books", true)},
-                        {key::cover, relationship("Cover", "book", false, "cascade")}})},
-               {KeyName("Tag"), entity({{key::uuid, "string"}, {key::name, "string"}},
-                                       {{key::books, relationship("Book", "tags", true)}})},
-               {KeyName("Cover"), entity({{key::uuid, "string"}, {key::name, "string"}},
-                                         {{key::book, relationship("Book", "cover", false)}})}}}};
+  return R"({"version": "1", "entities": {
+      "Author": {
+        "attributes": {"uuid": "string", "name": "string", "rank": "integer", "price": "real",
+                       "born": "date", "stamp": "data", "text": "document"},
+        "relationships": {"books": {"destination": "Book", "inverse": "author", "toMany": true,
+                                    "deleteRule": "cascade"}}},
+      "Book": {
+        "attributes": {"uuid": "string", "name": "string", "rank": "integer", "text": "document"},
+        "relationships": {
+          "author": {"destination": "Author", "inverse": "books", "toMany": false},
+          "tags": {"destination": "Tag", "inverse": "books", "toMany": true},
+          "cover": {"destination": "Cover", "inverse": "book", "toMany": false,
+                    "deleteRule": "cascade"}}},
+      "Tag": {
+        "attributes": {"uuid": "string", "name": "string"},
+        "relationships": {"books": {"destination": "Book", "inverse": "tags", "toMany": true}}},
+      "Cover": {
+        "attributes": {"uuid": "string", "name": "string"},
+        "relationships": {"book": {"destination": "Book", "inverse": "cover", "toMany": false}}}
+      }})"_json;
 }
 
 /// The description with one thing replaced by another or removed, at the end of a path of keys.

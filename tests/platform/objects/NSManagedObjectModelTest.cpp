@@ -1,6 +1,5 @@
-#include <gtest/gtest.h>
-
 #include "tests/platform/objects/LibraryStore.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
 #include "zymcore/platform/objects/NSManagedObjectModel.h"
 

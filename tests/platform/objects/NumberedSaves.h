@@ -1,12 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
 #include "tests/platform/objects/LibraryStore.h"
 #include "tests/support/Child.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/objects/internal/SQLiteDatabase.h"
 
 namespace zym {

@@ -1,9 +1,7 @@
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <random>
-
 #include "tests/platform/objects/NumberedSaves.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSCocoaErrors.h"
 
 namespace zym {

@@ -1,14 +1,5 @@
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <cstdlib>
-#include <functional>
-#include <map>
-#include <optional>
-#include <random>
-#include <set>
-
 #include "tests/platform/objects/LibraryStore.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 
 namespace zym {

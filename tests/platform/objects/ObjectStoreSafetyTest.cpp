@@ -1,12 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <chrono>
-#include <cstdlib>
-#include <random>
-#include <thread>
-
 #include "tests/platform/objects/NumberedSaves.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/values/NSCocoaErrors.h"
 

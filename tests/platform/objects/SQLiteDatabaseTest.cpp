@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/objects/internal/SQLiteDatabase.h"
 
 namespace zym {

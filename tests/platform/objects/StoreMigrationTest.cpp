@@ -1,37 +1,29 @@
-#include <gmock/gmock.h>
 #include <sys/resource.h>
-
-#include <cstdlib>
 
 #include "tests/platform/objects/LibraryStore.h"
 #include "tests/support/Child.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSCocoaErrors.h"
 
 namespace zym {
 namespace {
 
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
-
 /// The model of the store in `tests/platform/fixtures/library-1.sqlite`.
 PlistDictionary firstDescription() {
-  return {{KeyName("version"), "0"},
-          {KeyName("entities"),
-           PlistDictionary{
-               {KeyName("Author"),
-                entity({{key::uuid, "string"},
-                        {key::name, "string"},
-                        {key::rank, "integer"},
-                        {KeyName("nickname"), "string"},
-                        {key::text, "document"}},
-                       {{key::books, relationship("Book", "author", true, "cascade")}})},
-               {KeyName("Book"),
-                entity({{key::uuid, "string"}, {key::name, "string"}, {key::text, "document"}},
-                       {{key::author, relationship("Author", "books", false)},
-                        {key::tags, relationship("Tag", "books", false)}})},
-               {KeyName("Tag"), entity({{key::uuid, "string"}, {key::name, "string"}},
-                                       {{key::books, relationship("Book", "tags", true)}})},
-               {KeyName("Shelf"), entity({{key::name, "string"}}, {})}}}};
+  return R"({"version": "0", "entities": {
+      "Author": {
+        "attributes": {"uuid": "string", "name": "string", "rank": "integer",
+                       "nickname": "string", "text": "document"},
+        "relationships": {"books": {"destination": "Book", "inverse": "author", "toMany": true,
+                                    "deleteRule": "cascade"}}},
+      "Book": {
+        "attributes": {"uuid": "string", "name": "string", "text": "document"},
+        "relationships": {"author": {"destination": "Author", "inverse": "books", "toMany": false},
+                          "tags": {"destination": "Tag", "inverse": "books", "toMany": false}}},
+      "Tag": {
+        "attributes": {"uuid": "string", "name": "string"},
+        "relationships": {"books": {"destination": "Book", "inverse": "tags", "toMany": true}}},
+      "Shelf": {"attributes": {"name": "string"}, "relationships": {}}}})"_json;
 }
 
 void fillFirst(const std::string& path) {

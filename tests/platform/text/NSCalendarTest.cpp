@@ -1,5 +1,4 @@
-#include <gtest/gtest.h>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/text/NSCalendar.h"
 
 namespace zym {

@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
-
 #include <clocale>
-#include <cmath>
 
+#include "tests/support/Test.h"
 #include "zymcore/platform/text/NSNumberFormatter.h"
 #include "zymcore/platform/text/NSScanner.h"
 #include "zymcore/platform/values/NumberText.h"

@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <optional>
-#include <string>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/text/NSScanner.h"
 
 namespace zym {

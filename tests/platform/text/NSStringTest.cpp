@@ -1,6 +1,4 @@
-#include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/text/NSString.h"
 
 namespace zym {

@@ -1,11 +1,4 @@
-#include <gtest/gtest.h>
-#include <rapidcheck/gtest.h>
-
-#include <map>
-#include <string>
-#include <thread>
-#include <vector>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/PlistDictionary.h"
 #include "zymcore/platform/values/PlistValue.h"

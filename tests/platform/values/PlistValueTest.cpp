@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/PlistValue.h"
 

@@ -75,9 +75,12 @@ bool ZYMAvailabilitiesEngine::
   const std::string wanted(ingredient ? ingredient->stringValue(keys::UUID) : "");
   addIngredientsInArray_toWorkingCopyOfInventory(ingredients, inventory);
   if (ingredients.size() <= startIndex) return false;
+  // The elements stay where they are; the array itself may move when the recipe that holds it is
+  // recalculated and gains a figure.
+  std::vector<PlistValue>& elements = ingredients.editAll();
   bool changed = false;
-  for (std::size_t i = 0; i < ingredients.size(); ++i) {
-    PlistDictionary* element = ingredients.edit(i).editDictionary();
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    PlistDictionary* element = elements[i].editDictionary();
     if (!element || lots::isDeducted(*element)) continue;
     if (ingredient && element->stringValue(keys::UUID) != wanted) continue;
     const PlistDictionary before = duplicate(*element);

@@ -18,6 +18,7 @@
 #include "app/commands/UnitsCommand.h"
 #include "app/session/Store.h"
 #include "app/terminal/Faults.h"
+#include "app/terminal/Words.h"
 
 namespace zym::host {
 namespace {
@@ -65,7 +66,7 @@ int parse(std::vector<std::string> arguments, CalledFrom caller) {
   } catch (const CLI::ParseError& error) {
     throw UsageError(error.what());
   }
-  if (program.get_subcommands().empty()) throw UsageError("give a command");
+  if (program.get_subcommands().empty()) throw UsageError(label("give a command"));
   return exitCode;
 }
 
@@ -75,7 +76,8 @@ int runProgram(std::vector<std::string> arguments, CalledFrom caller) {
   try {
     return parse(std::move(arguments), caller);
   } catch (const UsageError& error) {
-    std::cerr << "zym: " << error.what() << "\nzym --help tells how it is called.\n";
+    std::cerr << "zym: " << error.what() << '\n'
+              << label("zym --help tells how it is called.") << '\n';
     return badUsage;
   } catch (const std::exception& error) {
     std::cerr << "zym: " << error.what() << '\n';

@@ -46,8 +46,8 @@ constexpr AdditionForm forms[] = {
 const AdditionForm& formOf(const LibraryKind& kind) {
   const auto found = std::ranges::find(forms, kind.singular, &AdditionForm::kind);
   if (found == std::end(forms)) {
-    throw UsageError("a recipe takes a fermentable, a hop, an other or a yeast, no " +
-                     std::string(kind.singular));
+    throw UsageError(label("a recipe takes a fermentable, a hop, an other or a yeast, no %1",
+                           {label(kind.singular)}));
   }
   return *found;
 }
@@ -99,7 +99,7 @@ void setYeastAmount(PlistDictionary& addition, const std::string& typed) {
 std::string inWords(const PlistDictionary& addition, const AdditionForm& form,
                     const LibraryKind& kind) {
   std::string words = form.amountOf(addition) + " " + textAt(addition, kind.nameKey());
-  const std::string when = textAt(addition, keys::When);
+  const std::string when = wordAt(addition, keys::When);
   return when.empty() ? words : words + ", " + when;
 }
 
@@ -121,7 +121,7 @@ std::string addIngredient(PlistDictionary& recipe, const LibraryKind& kind, cons
         given.form.empty() ? words::LooseWholeHops : take::wordOf(words::hopForms, given.form);
     if (!given.form.empty() || !addition.contains(keys::Form)) addition.set(keys::Form, hopForm);
   } else if (!given.form.empty()) {
-    throw UsageError("only hops have a form");
+    throw UsageError(label("only hops have a form"));
   }
   addition.set(keys::IngredientDeducted, "0");
 
@@ -148,8 +148,7 @@ std::string dropIngredient(PlistDictionary& recipe, const LibraryKind& kind,
     const PlistDictionary& addition = *additions->find(positions[i])->dictionary();
     candidates.push_back({addition.stringValue(kind.nameKey()), numbers[i]});
   }
-  const std::size_t position =
-      positions[positionMeant(name, candidates, std::string(kind.singular) + " of the recipe")];
+  const std::size_t position = positions[positionMeant(name, candidates, kind.singular)];
   const std::string dropped = inWords(*additions->find(position)->dictionary(), form, kind);
   additions->remove(position);
   ZYMRecipes::validateIngredientsInRecipe(recipe);

@@ -9,6 +9,7 @@
 #include "app/terminal/Faults.h"
 #include "app/terminal/Output.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "app/values/DocumentValues.h"
 #include "app/values/Items.h"
 #include "app/values/ValueForms.h"
@@ -45,7 +46,7 @@ void brew(const Options& options) {
   openStore();
   const Item recipe = recipeNamed(options.name);
   const auto batch = library().addBatchToRecipeWithUUID(recipe.uuid);
-  if (!batch) throw InputError("'" + printable(recipe.name) + "' shares its identity");
+  if (!batch) throw InputError(label("'%1' shares its identity", {printable(recipe.name)}));
   library().addBatchToHistory(*batch);
   printOne(*batch, keys::BatchTitle, options.asJSON);
 }
@@ -75,7 +76,7 @@ Rows rowsSince(const std::string& since) {
 
 void listBatches(const Options& options) {
   if (!options.since.empty() && !options.recipe.empty()) {
-    throw UsageError("give --since or --recipe, not both");
+    throw UsageError(label("give --since or --recipe, not both"));
   }
   openStore();
   const Rows rows = options.recipe.empty()
@@ -119,12 +120,12 @@ void listHistory(const Options& options) {
   openStore();
   const auto items = library().historyWithMaximumNumberOfItems(options.limit);
   PlistArray records;
-  Table table({{"Name", Table::Cells::Texts},
-               {"Kind", Table::Cells::Texts},
-               {"Opened", Table::Cells::Texts}});
+  Table table({{label("Name"), Table::Cells::Texts},
+               {label("Kind"), Table::Cells::Texts},
+               {label("Opened"), Table::Cells::Texts}});
   for (const ZYMHistoryItem& item : items) {
     records.append(item.historyItemAsDictionary());
-    table.addRow({printable(item.name().value_or("")), item.isBatch() ? "batch" : "recipe",
+    table.addRow({printable(item.name().value_or("")), label(item.isBatch() ? "batch" : "recipe"),
                   printable(dayOf(item))});
   }
   options.asJSON ? printJSON(records) : printTable(table);

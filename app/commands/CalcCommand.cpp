@@ -13,6 +13,7 @@
 #include "app/terminal/Faults.h"
 #include "app/terminal/Output.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/platform/values/PlistValue.h"
 
@@ -83,7 +84,7 @@ bool processFile(const std::string& file, Printer& printer) {
     }
     return true;
   } catch (const InputError& error) {
-    const std::string name = file == standardInput ? "standard input" : printable(file);
+    const std::string name = file == standardInput ? label("standard input") : printable(file);
     std::cerr << "zym: " << name << ": " << printable(error.what()) << '\n';
     return false;
   }
@@ -129,8 +130,8 @@ void addCalcCommand(CLI::App& program, int& exitCode) {
       "Exits with 1 when a file can't be used; the others are printed all the same.\n\n" +
       defaultsHelp() +
       "\nExamples:\n"
-      "  zym calc app/examples/burton-ale.wm2\n"
-      "  zym calc --default Units=US --default HopFormula=Rager burton-ale.wm2\n"
+      "  zym calc app/examples/strong-bitter.wm2\n"
+      "  zym calc --default Units=US --default HopFormula=Rager strong-bitter.wm2\n"
       "  zym calc --json - < recipe.wm2 > recalculated.wm2");
   command->callback([options, &exitCode] { exitCode = calc(*options); });
 }

@@ -10,6 +10,7 @@
 #include "app/terminal/Faults.h"
 #include "app/terminal/Output.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "app/values/Items.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
@@ -49,7 +50,7 @@ void requireFilesOfNewImages(const Item& item, const std::vector<std::string>& b
     const auto path = library().pathForLargeImageWithUUID(uuid);
     if (path && NSFileManager::fileExistsAtPath(*path)) continue;
     (void)library().removeImageWithUUID(uuid);
-    throw InputError(printable(path.value_or("the image")) + ": can't be written");
+    throw InputError(label("%1: can't be written", {printable(path.value_or(""))}));
   }
 }
 
@@ -73,7 +74,7 @@ void listImages(const Options& options) {
   PlistArray rows;
   Table table({{"", Table::Cells::Quantities},
                {"UUID", Table::Cells::Texts},
-               {"File", Table::Cells::Texts}});
+               {label("File"), Table::Cells::Texts}});
   for (std::size_t i = 0; i < uuids.size(); ++i) {
     const std::string path = library().pathForLargeImageWithUUID(uuids[i]).value_or("");
     rows.append(PlistDictionary{{keys::UUID, uuids[i]}, {KeyName("File"), path}});
@@ -96,7 +97,7 @@ void removeImage(const Options& options) {
           ? number > 0 && library().removeImageAtIndex_fromItemWithUUID(number - 1, item.uuid)
           : std::ranges::find(uuids, typed) != uuids.end() && library().removeImageWithUUID(typed);
   if (!isRemoved) {
-    throw InputError("'" + printable(item.name) + "' has no image '" + printable(typed) + "'");
+    throw InputError(label("'%1' has no image '%2'", {printable(item.name), printable(typed)}));
   }
 }
 

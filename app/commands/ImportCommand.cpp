@@ -187,8 +187,10 @@ int importAll(const Options& options) {
   if (options.asJSON) {
     printJSON(records);
   } else {
-    std::cout << files.size() - failed << (options.isDryRun ? " can be imported, " : " imported, ")
-              << failed << " failed\n";
+    std::cout << label(
+                     options.isDryRun ? "%1 can be imported, %2 failed" : "%1 imported, %2 failed",
+                     {std::to_string(files.size() - failed), std::to_string(failed)})
+              << '\n';
   }
   return failed == 0 && !files.empty() ? 0 : 1;
 }

@@ -10,6 +10,7 @@
 #include "app/terminal/Output.h"
 #include "app/terminal/Sheet.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "app/values/LibraryKind.h"
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/LocalizedNumbers.h"
@@ -37,10 +38,10 @@ std::string nameOf(const LibraryKind& kind, const PlistDictionary& record) {
 }
 
 void listAll(const LibraryKind& kind, const PlistArray& records) {
-  std::vector<Table::Column> columns{{"Name", Table::Cells::Texts}};
+  std::vector<Table::Column> columns{{label("Name"), Table::Cells::Texts}};
   for (const RecordValue& value : kind.values) {
     if (value.show != RecordValue::Show::InList) continue;
-    columns.push_back({std::string(value.label), Table::Cells::Quantities});
+    columns.push_back({label(value.label), Table::Cells::Quantities});
   }
   Table table(std::move(columns));
   for (const PlistDictionary& record : PlistRows(&records)) {
@@ -80,7 +81,7 @@ void list(const Options& options) {
     return;
   }
   PlistArray rows;
-  Table table({{"Score", Table::Cells::Quantities}, {"Name", Table::Cells::Texts}});
+  Table table({{label("Score"), Table::Cells::Quantities}, {label("Name"), Table::Cells::Texts}});
   for (const Scored& near : nearestTo(options.like, kind, records)) {
     PlistDictionary row = *near.record;
     row.set(KeyName("Score"), near.score);
@@ -92,13 +93,14 @@ void list(const Options& options) {
 }
 
 Table stepsOf(const PlistDictionary& schedule) {
-  Table table({{"Step", Table::Cells::Texts},
-               {"Temperature", Table::Cells::Quantities},
-               {"Duration", Table::Cells::Quantities}});
+  Table table({{label("Step"), Table::Cells::Texts},
+               {label("Temperature"), Table::Cells::Quantities},
+               {label("Duration"), Table::Cells::Quantities}});
   for (const PlistDictionary& step : schedule.rows(keys::Steps)) {
-    table.addRow({printable(step.stringValue(keys::StepType)),
+    table.addRow({printable(label(step.stringValue(keys::StepType))),
                   ZYMTemperatureValueTransformer::convertForDisplay(step.find(keys::Temperature)),
-                  localizedStringWithValue_decimalPlaces(step.find(keys::Duration), 0) + " min"});
+                  localizedStringWithValue_decimalPlaces(step.find(keys::Duration), 0) + " " +
+                      label("min")});
   }
   return table;
 }
@@ -117,7 +119,7 @@ void setDefaultProfile(const Options& options) {
 }
 
 const LibraryKind& editable(const LibraryKind& kind) {
-  if (!kind.library) throw UsageError(std::string(kind.plural) + " can't be changed");
+  if (!kind.library) throw UsageError(label("%1 can't be changed", {label(kind.plural)}));
   return kind;
 }
 
@@ -133,10 +135,10 @@ void showRecord(const LibraryKind& kind, const std::string& name, bool asJSON) {
   sheet.title(nameOf(kind, record));
   Table table({{"", Table::Cells::Texts}, {"", Table::Cells::Texts}});
   for (const RecordValue& value : kind.values) {
-    table.addRow({std::string(value.label), printable(value.toDisplay(record.find(value.key)))});
+    table.addRow({label(value.label), printable(value.toDisplay(record.find(value.key)))});
   }
-  sheet.section("Values", table);
-  sheet.section("Steps", stepsOf(record));
+  sheet.section(label("Values"), table);
+  sheet.section(label("Steps"), stepsOf(record));
 }
 
 PlistDictionary createRecord(const LibraryKind& kind, const std::string& name,
@@ -170,7 +172,8 @@ PlistDictionary editRecord(const LibraryKind& kind, const std::string& name,
 PlistDictionary copyRecord(const LibraryKind& kind, const std::string& name) {
   const PlistDictionary record = recordNamed(editable(kind), name);
   const auto made = kind.library().duplicateItemWithUUID(record.stringValue(keys::UUID));
-  if (!made) throw InputError("several records share the identity of '" + printable(name) + "'");
+  if (!made)
+    throw InputError(label("several records share the identity of '%1'", {printable(name)}));
   return *made;
 }
 
@@ -178,7 +181,7 @@ void removeRecord(const LibraryKind& kind, const std::string& name, bool isForce
   const PlistDictionary record = recordNamed(editable(kind), name);
   requireChosen(kind, record);
   const std::string question =
-      "Remove the " + std::string(kind.singular) + " '" + nameOf(kind, record) + "'?";
+      label("Remove this %1: '%2'?", {label(kind.singular), nameOf(kind, record)});
   if (!isForced && !isConfirmed(question)) return;
   kind.library().removeItemWithUUID(std::string(record.stringValue(keys::UUID)));
 }

@@ -10,6 +10,7 @@
 #include "app/terminal/Faults.h"
 #include "app/terminal/Output.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "app/values/Items.h"
 #include "app/values/LibraryKind.h"
 #include "zymcore/documents/BatchKeys.h"
@@ -39,7 +40,7 @@ void printRows(const std::vector<ZYMSummary>& rows, const char* children, bool a
     printJSON(recordsOf(rows));
     return;
   }
-  Table table({{"Name", Table::Cells::Texts}, {children, Table::Cells::Quantities}});
+  Table table({{label("Name"), Table::Cells::Texts}, {label(children), Table::Cells::Quantities}});
   for (const ZYMSummary& row : rows) {
     table.addRow({printable(row.name), std::to_string(row.numberOfChildren)});
   }
@@ -64,7 +65,7 @@ void change(const Options& options, std::string (*what)(PlistDictionary&, const 
   const PlistDictionary before = document;
   PlistDictionary* recipe =
       item.kind == Item::Kind::Recipe ? &document : document.editDictionary(keys::ModifiedRecipe);
-  if (!recipe) throw InputError("'" + printable(item.name) + "' has no recipe");
+  if (!recipe) throw InputError(label("'%1' has no recipe", {printable(item.name)}));
   const std::string words = what(*recipe, options);
   storeDocument(item, document);
   if (options.asJSON) {

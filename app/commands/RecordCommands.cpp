@@ -12,6 +12,7 @@
 #include "app/terminal/Faults.h"
 #include "app/terminal/Output.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "app/values/DocumentValues.h"
 #include "app/values/Items.h"
 #include "app/values/LibraryKind.h"
@@ -62,7 +63,7 @@ Target targetOf(std::vector<std::string> words) {
 Target targetWithoutValues(const Options& options) {
   const Target target = targetOf(options.words);
   if (!target.assignments.empty()) {
-    throw UsageError("'" + printable(target.assignments.front()) + "' is one word too many");
+    throw UsageError(label("'%1' is one word too many", {printable(target.assignments.front())}));
   }
   return target;
 }
@@ -104,11 +105,11 @@ PlistDictionary createRecipe(const Target& target) {
 }
 
 void create(const Options& options) {
-  if (options.words.size() < 2) throw UsageError("give a kind and a name");
+  if (options.words.size() < 2) throw UsageError(label("give a kind and a name"));
   const Target target = targetOf(options.words);
   if (!target.library && target.item != recipeNamed) {
-    throw UsageError("'" + printable(options.words.front()) + "' is no kind; choose recipe, " +
-                     libraryKindNames());
+    throw UsageError(label("'%1' is no kind; choose recipe, %2",
+                           {printable(options.words.front()), libraryKindNames()}));
   }
   openStore();
   const PlistDictionary made = target.library
@@ -119,7 +120,7 @@ void create(const Options& options) {
 
 void edit(const Options& options) {
   const Target target = targetOf(options.words);
-  if (target.assignments.empty()) throw UsageError("give a KEY=VALUE");
+  if (target.assignments.empty()) throw UsageError(label("give a KEY=VALUE"));
   openStore();
   PlistDictionary changed;
   if (target.library) {
@@ -147,7 +148,7 @@ void copy(const Options& options) {
     const Item item = target.item(target.name);
     const auto copied =
         ZYMRecipes::sharedInstance().duplicateItemWithUUID_addToGroupWithUUID(item.uuid, "");
-    if (!copied) throw InputError("'" + printable(item.name) + "' shares its identity");
+    if (!copied) throw InputError(label("'%1' shares its identity", {printable(item.name)}));
     made = *copied;
     nameKey = titleKeyOf(item);
   }
@@ -167,9 +168,9 @@ void remove(const Options& options) {
   }
   const Item item = target.item(target.name);
   const bool isRecipe = item.kind == Item::Kind::Recipe;
-  const std::string question = "Remove the " +
-                               std::string(isRecipe ? "recipe, with its batches, '" : "batch '") +
-                               printable(item.name) + "'?";
+  const std::string question =
+      label(isRecipe ? "Remove the recipe '%1' with its batches?" : "Remove the batch '%1'?",
+            {printable(item.name)});
   if (!options.isForced && !isConfirmed(question)) return;
   ZYMRecipes& recipes = ZYMRecipes::sharedInstance();
   isRecipe ? recipes.removeRecipeWithUUID(item.uuid) : recipes.removeBatchWithUUID(item.uuid);

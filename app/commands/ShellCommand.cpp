@@ -11,6 +11,7 @@
 #include "app/session/Store.h"
 #include "app/terminal/Faults.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/events/NSUndoManager.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
@@ -59,26 +60,26 @@ void endTurn() {
 bool undo() {
   NSUndoManager& manager = *model().mainObjectContext()->undoManager();
   if (!manager.canUndo()) {
-    std::cerr << "zym: there is nothing to undo\n";
+    std::cerr << "zym: " << label("there is nothing to undo") << '\n';
     return false;
   }
   const std::string name = manager.undoActionName();
   manager.undo();
   model().save();
-  std::cout << "Undone: " << printable(name) << '\n';
+  std::cout << label("Undone: %1", {printable(name)}) << '\n';
   return true;
 }
 
 bool redo() {
   NSUndoManager& manager = *model().mainObjectContext()->undoManager();
   if (!manager.canRedo()) {
-    std::cerr << "zym: there is nothing to redo\n";
+    std::cerr << "zym: " << label("there is nothing to redo") << '\n';
     return false;
   }
   const std::string name = manager.redoActionName();
   manager.redo();
   model().save();
-  std::cout << "Done again: " << printable(name) << '\n';
+  std::cout << label("Done again: %1", {printable(name)}) << '\n';
   return true;
 }
 
@@ -86,7 +87,7 @@ bool redo() {
 bool runLine(const std::string& line, const CommandRunner& run) {
   const auto words = wordsOf(line);
   if (!words) {
-    std::cerr << "zym: a quote is left open\n";
+    std::cerr << "zym: " << label("a quote is left open") << '\n';
     return false;
   }
   if (words->empty()) return true;
@@ -128,7 +129,7 @@ int shell(const std::string& file, const CommandRunner& run) {
   model().mainObjectContext()->undoManager()->removeAllActions();  // what filled the libraries
   if (file.empty()) return runLines(std::cin, isatty(STDIN_FILENO) != 0, run);
   std::ifstream lines(file);
-  if (!lines) throw InputError(printable(file) + ": can't be read");
+  if (!lines) throw InputError(label("%1: can't be read", {printable(file)}));
   return runLines(lines, false, run);
 }
 

@@ -40,8 +40,8 @@ using Change = void (*)(PlistArray& steps, const Options& options);
 
 std::size_t positionOf(std::size_t number, const PlistArray& steps) {
   if (number >= 1 && number <= steps.size()) return number - 1;
-  throw UsageError("there is no step " + std::to_string(number) + "; the schedule has " +
-                   std::to_string(steps.size()));
+  throw UsageError(label("there is no step %1; the schedule has %2",
+                         {std::to_string(number), std::to_string(steps.size())}));
 }
 
 void insertAt(PlistArray& steps, std::size_t position, const PlistValue& step) {

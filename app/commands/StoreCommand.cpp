@@ -8,6 +8,7 @@
 #include "app/terminal/Sheet.h"
 #include "app/terminal/Table.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "zymcore/platform/objects/NSFetchRequest.h"
 #include "zymcore/platform/objects/NSManagedObjectModel.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
@@ -34,24 +35,24 @@ bool storeInfo() {
   openStore();
   ZYMCoreDataModel& model = ZYMCoreDataModel::sharedInstance();
   Sheet sheet(std::cout, Sheet::Look::Plain);
-  sheet.title("Store");
+  sheet.title(label("Store"));
 
   const std::vector<std::string> problems = model.persistentStoreCoordinator()->integrityProblems();
   Table about({{"", Table::Cells::Texts}, {"", Table::Cells::Texts}});
-  about.addRow({"File", printable(storePath())});
-  about.addRow({"Model version", printable(model.objectModel()->versionIdentifier())});
-  about.addRow({"Size on disk", inKilobytes(sizeOnDisk(storePath()))});
-  about.addRow({"Integrity", problems.empty() ? "sound" : "damaged"});
+  about.addRow({label("File"), printable(storePath())});
+  about.addRow({label("Model version"), printable(model.objectModel()->versionIdentifier())});
+  about.addRow({label("Size on disk"), inKilobytes(sizeOnDisk(storePath()))});
+  about.addRow({label("Integrity"), label(problems.empty() ? "sound" : "damaged")});
   for (const std::string& problem : problems) about.addRow({"", printable(problem)});
-  sheet.section("About", about);
+  sheet.section(label("About"), about);
 
   Table counts({{"", Table::Cells::Texts}, {"", Table::Cells::Quantities}});
   for (const NSEntityDescription& entity : model.objectModel()->entities()) {
     const auto count = model.mainObjectContext()->countForFetchRequest(
         NSFetchRequest::fetchRequestWithEntityName(entity.name()));
-    counts.addRow({entity.name(), count ? std::to_string(*count) : "unreadable"});
+    counts.addRow({entity.name(), count ? std::to_string(*count) : label("unreadable")});
   }
-  sheet.section("Records", counts);
+  sheet.section(label("Records"), counts);
   return problems.empty();
 }
 

@@ -11,6 +11,7 @@
 #include "app/terminal/Faults.h"
 #include "app/terminal/Table.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "zymcore/platform/values/PlistValue.h"
 #include "zymcore/transformers/ZYMBeerColorValueTransformer.h"
 #include "zymcore/transformers/ZYMDistanceValueTransformer.h"
@@ -68,7 +69,7 @@ std::string kindNames() {
 void showUnits(const Options& options) {
   const auto found = std::ranges::find(kinds, options.kind, &Kind::name);
   if (found == std::end(kinds)) {
-    throw UsageError("unknown kind '" + printable(options.kind) + "'; choose " + kindNames());
+    throw UsageError(label("unknown kind '%1'; choose %2", {printable(options.kind), kindNames()}));
   }
   setDefaultsForThisRun(options.defaults);
   const PlistValue typed(options.text);
@@ -76,9 +77,9 @@ void showUnits(const Options& options) {
   const std::string shown = found->toDisplay(&stored);
 
   Table table({{"", Table::Cells::Texts}, {"", Table::Cells::Texts}});
-  table.addRow({"typed", printable(options.text)});
-  table.addRow({"stored", *stored.string() + " " + std::string(found->storedIn)});
-  table.addRow({"shown", printable(shown)});
+  table.addRow({label("typed"), printable(options.text)});
+  table.addRow({label("stored"), *stored.string() + " " + std::string(found->storedIn)});
+  table.addRow({label("shown"), printable(shown)});
   for (const std::string& line : table.lines()) std::cout << line << '\n';
 }
 

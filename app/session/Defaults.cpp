@@ -10,6 +10,7 @@
 
 #include "app/terminal/Faults.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/documents/Vocabularies.h"
@@ -110,7 +111,7 @@ const Default& defaultNamed(std::string_view key) {
   const auto found =
       std::ranges::find(defaults, key, [](const Default& d) { return d.key.text(); });
   if (found == std::end(defaults)) {
-    throw UsageError("unknown default '" + printable(key) + "'");
+    throw UsageError(label("unknown default '%1'", {printable(key)}));
   }
   return *found;
 }
@@ -127,16 +128,16 @@ std::string choices(Words words) {
 }
 
 std::string possible(const Default& known) {
-  if (!known.words.empty()) return "choose " + choices(known.words);
-  return "give a number from " + shortestNumberText(known.bounds.least) + " to " +
-         shortestNumberText(known.bounds.most);
+  if (!known.words.empty()) return label("choose %1", {choices(known.words)});
+  return label("give a number from %1 to %2",
+               {shortestNumberText(known.bounds.least), shortestNumberText(known.bounds.most)});
 }
 
 double valueOf(const Default& known, std::string_view text) {
   const std::optional<double> number = numberOf(text, known);
   if (!number) {
-    throw UsageError("'" + printable(text) + "' is no value for " + std::string(known.key.text()) +
-                     "; " + possible(known));
+    throw UsageError(label("'%1' is no value for %2; %3",
+                           {printable(text), std::string(known.key.text()), possible(known)}));
   }
   return *number;
 }
@@ -158,7 +159,7 @@ void setDefaultsForThisRun(const std::vector<std::string>& assignments) {
   for (const std::string& assignment : assignments) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string::npos) {
-      throw UsageError("'" + printable(assignment) + "' is not of the form KEY=VALUE");
+      throw UsageError(label("'%1' is not of the form KEY=VALUE", {printable(assignment)}));
     }
     const std::string_view key = std::string_view(assignment).substr(0, equals);
     const std::string_view value = std::string_view(assignment).substr(equals + 1);
@@ -180,7 +181,7 @@ void keepDefault(const std::string& key, const std::string& value) {
     const Default& known = defaultNamed(key);
     defaultsOfUser.setObject_forKey(valueOf(known, value), known.key);
   }
-  if (!defaultsOfUser.synchronize()) throw InputError("the settings can't be written");
+  if (!defaultsOfUser.synchronize()) throw InputError(label("the settings can't be written"));
 }
 
 void passOverImpossibleDefaults() {
@@ -190,8 +191,10 @@ void passOverImpossibleDefaults() {
     const double value = defaultsOfUser.doubleForKey(one.key);
     if (canBe(one, value)) continue;
     replacements.set(one.key, one.initial);
-    std::cerr << "zym: " << one.key.text() << " is set to " << shortestNumberText(value)
-              << ", which it can't be; " << possible(one) << '\n';
+    std::cerr << "zym: "
+              << label("%1 is set to %2, which it can't be; %3",
+                       {std::string(one.key.text()), shortestNumberText(value), possible(one)})
+              << '\n';
   }
   defaultsOfUser.setArguments(replacements);
 }

@@ -10,6 +10,7 @@
 #include "app/session/Import.h"
 #include "app/session/Store.h"
 #include "app/terminal/Faults.h"
+#include "app/terminal/Words.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/documents/SafeJSON.h"
@@ -35,7 +36,7 @@ bool hasAny(const PlistDictionary& document, const KeyName (&keys)[Count]) {
 }
 
 std::string tooLarge() {
-  return "is larger than " + std::to_string(mostBytes >> 20U) + " MB";
+  return label("is larger than %1 MB", {std::to_string(mostBytes >> 20U)});
 }
 
 std::string readStandardInput() {
@@ -71,7 +72,8 @@ PlistDictionary readBeerXML(const std::string& file) {
 void addDocument(const PlistValue& value, const std::string& what,
                  std::vector<PlistDictionary>& documents) {
   const PlistDictionary* document = value.dictionary();
-  if (!document || !kindOf(*document)) throw InputError(what + " is neither a recipe nor a batch");
+  if (!document || !kindOf(*document))
+    throw InputError(label("%1 is neither a recipe nor a batch", {what}));
   documents.push_back(*document);
 }
 
@@ -86,20 +88,20 @@ std::optional<DocumentKind> kindOf(const PlistDictionary& document) {
 std::vector<PlistDictionary> readDocuments(const std::string& file) {
   if (file.ends_with(".xml")) return {readBeerXML(file)};
   const std::string bytes = file == standardInput ? readStandardInput() : readFile(file);
-  if (bytes.empty()) throw InputError("is empty");
+  if (bytes.empty()) throw InputError(label("is empty"));
 
   NSError error;
   const std::optional<PlistValue> tree = safeJSONObjectWithData_options(bytes, 0, &error);
-  if (!tree) throw InputError("is no native JSON: " + error.localizedDescription);
+  if (!tree) throw InputError(label("is no native JSON: %1", {error.localizedDescription}));
 
   std::vector<PlistDictionary> documents;
   if (const PlistArray* array = tree->array()) {
-    if (array->empty()) throw InputError("holds no recipe and no batch");
+    if (array->empty()) throw InputError(label("holds no recipe and no batch"));
     for (const PlistValue& value : *array) {
-      addDocument(value, "item " + std::to_string(documents.size() + 1), documents);
+      addDocument(value, label("item %1", {std::to_string(documents.size() + 1)}), documents);
     }
   } else {
-    addDocument(*tree, "the document", documents);
+    addDocument(*tree, label("the document"), documents);
   }
   return documents;
 }

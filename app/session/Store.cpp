@@ -8,6 +8,7 @@
 
 #include "app/session/Defaults.h"
 #include "app/terminal/Faults.h"
+#include "app/terminal/Words.h"
 #include "app/values/LibraryKind.h"
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/host/NSUserDefaults.h"
@@ -25,16 +26,6 @@ ZYMCoreDataModel& model() {
   return ZYMCoreDataModel::sharedInstance();
 }
 
-// The library ends the process over a store that it can't read. The program says so instead.
-void requireReadableStore() {
-  NSError error;
-  const auto metadata = NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
-      NSSQLiteStoreType, storePath(), &error);
-  if (!metadata && NSFileManager::fileExistsAtPath(storePath())) {
-    throw InputError(storePath() + ": " + error.localizedDescription);
-  }
-}
-
 bool isOpen = false;
 
 /// A folder that goes with the process.
@@ -42,7 +33,8 @@ class TemporaryFolder {
  public:
   TemporaryFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "zymXXXXXX").string();
-    if (!mkdtemp(name.data())) throw InputError(name + ": no temporary folder can be made");
+    if (!mkdtemp(name.data()))
+      throw InputError(label("%1: no temporary folder can be made", {name}));
     path_ = name;
   }
   ~TemporaryFolder() {
@@ -80,8 +72,12 @@ std::string storePath() {
 
 void openStore() {
   if (std::exchange(isOpen, true)) return;
+  // The library ends the process over a store that it can't read. The program says so instead.
+  model().setFailureHandler([](const NSError& error) {
+    isOpen = false;
+    throw InputError(storePath() + ": " + error.localizedDescription);
+  });
   const ZYMCoreDataModel::Lock lock = model().lockDataFolder();
-  requireReadableStore();
   (void)model().mainObjectContext();
   if (!model().firstRun()) {
     model().checkVersionsAndUpdateIfNecessary();
@@ -92,7 +88,9 @@ void openStore() {
   for (const LibraryKind& kind : libraryKinds()) {
     if (kind.library) records += kind.library().allItems().size();
   }
-  std::cerr << "zym: made a new store with " << records << " records in " << model().newV2Path()
+  std::cerr << "zym: "
+            << label("made a new store with %1 records in %2",
+                     {std::to_string(records), model().newV2Path()})
             << '\n';
 }
 

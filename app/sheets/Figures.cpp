@@ -4,7 +4,6 @@
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/documents/Vocabularies.h"
-#include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/platform/values/NSDate.h"
 #include "zymcore/platform/values/PlistValue.h"
 #include "zymcore/transformers/ZYMBeerColorValueTransformer.h"
@@ -107,10 +106,6 @@ std::string textAt(const PlistDictionary& document, KeyName key) {
 }
 std::string wordAt(const PlistDictionary& document, KeyName key) {
   return shortened(printable(label(document.stringValue(key))), nameWidth);
-}
-
-std::string label(std::string_view english) {
-  return Localized_String(english, "zym sheet");
 }
 
 }  // namespace zym::host

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/terminal/Words.h"
 #include "zymcore/platform/values/PlistDictionary.h"
 
 namespace zym::host {
@@ -37,8 +38,5 @@ namespace zym::host {
 [[nodiscard]] std::string textAt(const PlistDictionary& document, KeyName key);
 /// A word of a vocabulary, in the user's language.
 [[nodiscard]] std::string wordAt(const PlistDictionary& document, KeyName key);
-
-/// A word of the sheet, in the user's language.
-[[nodiscard]] std::string label(std::string_view english);
 
 }  // namespace zym::host

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "app/terminal/Faults.h"
+#include "app/terminal/Words.h"
 #include "zymcore/documents/SafeJSON.h"
 #include "zymcore/platform/formats/NSJSONSerialization.h"
 
@@ -24,7 +25,7 @@ bool isTerminal() {
 void printJSON(const PlistValue& tree) {
   NSError error;
   const auto json = safeDataWithJSONObject_options(tree, NSJSONWritingPrettyPrinted, &error);
-  if (!json) throw InputError("can't be written as JSON: " + error.localizedDescription);
+  if (!json) throw InputError(label("can't be written as JSON: %1", {error.localizedDescription}));
   std::cout << *json << '\n';
 }
 
@@ -38,9 +39,11 @@ Sheet sheetOnOutput() {
 
 bool isConfirmed(const std::string& question) {
   if (!isatty(STDIN_FILENO)) return true;
-  std::cerr << question << " [y/N] ";
+  std::cerr << question << label(" [y/N] ");
   std::string answer;
-  return std::getline(std::cin, answer) && (answer == "y" || answer == "Y" || answer == "yes");
+  const std::string yes = label("yes");
+  return std::getline(std::cin, answer) && !answer.empty() &&
+         (yes.starts_with(answer) || answer == "y" || answer == "Y" || answer == "yes");
 }
 
 }  // namespace zym::host

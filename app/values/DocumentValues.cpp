@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/terminal/Words.h"
 #include "app/values/LibraryKind.h"
 #include "app/values/RecordValue.h"
 #include "app/values/ValueForms.h"
@@ -135,7 +136,8 @@ using Values = std::span<const DocumentValue>;
 const DocumentValue* valueNamed(Values values, const std::string& key) {
   const std::string upper = uppercaseString(key);
   const auto found = std::ranges::find_if(values, [&](const DocumentValue& value) {
-    return uppercaseString(value.key.text()) == upper || uppercaseString(value.label) == upper;
+    return uppercaseString(value.key.text()) == upper || uppercaseString(value.label) == upper ||
+           uppercaseString(label(value.label)) == upper;
   });
   return found == values.end() ? nullptr : &*found;
 }

@@ -2,6 +2,7 @@
 
 #include "app/sheets/RecipeSheet.h"
 #include "app/terminal/Faults.h"
+#include "app/terminal/Words.h"
 #include "app/values/Names.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
 #include "zymcore/documents/BatchKeys.h"
@@ -91,7 +92,8 @@ PlistDictionary documentOf(const Item& item) {
   } catch (const NSException& exception) {
     throw InputError(exception.what());
   }
-  throw InputError("'" + item.name + "' has no document that can be read, or shares its identity");
+  throw InputError(
+      label("'%1' has no document that can be read, or shares its identity", {item.name}));
 }
 
 void storeDocument(const Item& item, PlistDictionary& document) {

@@ -5,6 +5,7 @@
 
 #include "app/terminal/Faults.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "app/values/Names.h"
 #include "app/values/ValueForms.h"
 #include "zymcore/documents/RecordKeys.h"
@@ -127,7 +128,7 @@ const LibraryKind& libraryKindNamed(std::string_view name) {
   const auto found = std::ranges::find_if(
       kinds, [=](const LibraryKind& kind) { return kind.plural == name || kind.singular == name; });
   if (found == std::end(kinds)) {
-    throw UsageError("unknown kind '" + printable(name) + "'; choose " + libraryKindNames());
+    throw UsageError(label("unknown kind '%1'; choose %2", {printable(name), libraryKindNames()}));
   }
   return *found;
 }
@@ -172,17 +173,17 @@ std::optional<PlistDictionary> recordOfNoChoice(const LibraryKind& kind) {
 void requireChosen(const LibraryKind& kind, const PlistDictionary& record) {
   const auto none = recordOfNoChoice(kind);
   if (!none || none->stringValue(keys::UUID) != record.stringValue(keys::UUID)) return;
-  throw InputError("'" + printable(none->stringValue(kind.nameKey())) + "' stands for no " +
-                   std::string(kind.singular) + " chosen; it keeps its name and is not removed");
+  throw InputError(label("'%1' stands for no choice; it keeps its name and is not removed",
+                         {printable(none->stringValue(kind.nameKey()))}));
 }
 
 void requirePlaceForName(const LibraryKind& kind, const std::string& name) {
   const auto none = recordOfNoChoice(kind);
   if (!none || none->stringValue(kind.nameKey()) < name) return;
   throw InputError(
-      "'" + printable(name) + "' would come before '" +
-      printable(none->stringValue(kind.nameKey())) +
-      "', which stands for no choice by being the first; begin the name with a letter");
+      label("'%1' would come before '%2', which stands for no choice by being the first; begin the "
+            "name with a letter",
+            {printable(name), printable(none->stringValue(kind.nameKey()))}));
 }
 
 void setValues(const LibraryKind& kind, PlistDictionary& record,

@@ -8,6 +8,7 @@
 
 #include "app/terminal/Faults.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/platform/text/NSString.h"
 
@@ -86,7 +87,7 @@ std::string hintFor(const std::string& typed, std::span<const Named> candidates)
   const std::string bare = withoutSigns(typed);
   for (const Named& one : candidates) {
     if (!bare.empty() && withoutSigns(one.name) == bare) {
-      return "; '" + printable(one.name) + "' differs in its blanks and signs alone";
+      return label("; '%1' differs in its blanks and signs alone", {printable(one.name)});
     }
   }
   std::vector<std::pair<double, std::string_view>> scored;
@@ -97,11 +98,11 @@ std::string hintFor(const std::string& typed, std::span<const Named> candidates)
   const std::size_t count = std::min(scored.size(), mostHints);
   std::ranges::partial_sort(scored, scored.begin() + static_cast<std::ptrdiff_t>(count),
                             std::greater(), &std::pair<double, std::string_view>::first);
-  std::string hint;
+  std::string names;
   for (std::size_t i = 0; i < count; ++i) {
-    hint += (i == 0 ? "; the nearest names are '" : ", '") + printable(scored[i].second) + "'";
+    names += (i == 0 ? "'" : ", '") + printable(scored[i].second) + "'";
   }
-  return hint;
+  return names.empty() ? "" : label("; the nearest names are %1", {names});
 }
 
 }  // namespace
@@ -130,16 +131,16 @@ std::size_t positionMeant(const std::string& typed, std::span<const Named> candi
   const std::vector<std::size_t> found = positionsNamed(typed, candidates);
   if (found.size() == 1) return found.front();
   if (found.empty()) {
-    throw InputError("no " + std::string(what) + " is named '" + printable(typed) + "'" +
+    throw InputError(label("no %1 is named '%2'", {label(what), printable(typed)}) +
                      hintFor(typed, candidates));
   }
-  std::string message = "'" + printable(typed) + "' may be any of these:";
+  std::string message = label("'%1' may be any of these:", {printable(typed)});
   for (std::size_t i = 0; i < found.size() && i < mostNamed; ++i) {
     const Named& one = candidates[found[i]];
     message += "\n  " + printable(one.name) + "  " + printable(one.uuid);
   }
   if (found.size() > mostNamed) {
-    message += "\n  and " + std::to_string(found.size() - mostNamed) + " more";
+    message += "\n  " + label("and %1 more", {std::to_string(found.size() - mostNamed)});
   }
   throw InputError(message);
 }

@@ -4,6 +4,7 @@
 
 #include "app/terminal/Faults.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "zymcore/platform/text/NSString.h"
 
 namespace zym::host {
@@ -11,7 +12,7 @@ namespace zym::host {
 Assignment assignmentOf(const std::string& text) {
   const std::size_t equals = text.find('=');
   if (equals == std::string::npos) {
-    throw UsageError("'" + printable(text) + "' is not of the form KEY=VALUE");
+    throw UsageError(label("'%1' is not of the form KEY=VALUE", {printable(text)}));
   }
   return {text.substr(0, equals), text.substr(equals + 1)};
 }
@@ -20,7 +21,8 @@ const RecordValue* valueNamed(std::span<const RecordValue> values, std::string_v
   const std::string upper = uppercaseString(key);
   const auto found = std::ranges::find_if(values, [&](const RecordValue& value) {
     return value.toStorage &&
-           (uppercaseString(value.key.text()) == upper || uppercaseString(value.label) == upper);
+           (uppercaseString(value.key.text()) == upper || uppercaseString(value.label) == upper ||
+            uppercaseString(label(value.label)) == upper);
   });
   return found == values.end() ? nullptr : &*found;
 }
@@ -29,8 +31,8 @@ void refuseKey(std::string_view what, const std::string& key,
                std::span<const std::string_view> choices) {
   std::string names;
   for (const std::string_view choice : choices) names.append(names.empty() ? "" : ", ") += choice;
-  throw UsageError("a " + std::string(what) + " has no '" + printable(key) + "' to set; choose " +
-                   names);
+  throw UsageError(
+      label("'%2' is nothing to set of this: %1; choose %3", {label(what), printable(key), names}));
 }
 
 }  // namespace zym::host

@@ -7,6 +7,7 @@
 
 #include "app/terminal/Faults.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "app/values/LibraryKind.h"
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/documents/RecordKeys.h"
@@ -35,11 +36,11 @@ std::string shown(const PlistValue* stored) {
 }
 
 [[noreturn]] void refuse(const std::string& typed, const std::string& instead) {
-  throw UsageError("'" + printable(typed) + "' is no value here; give " + instead);
+  throw UsageError(label("'%1' is no value here; give %2", {printable(typed), instead}));
 }
 
 void requireNumber(const std::string& typed) {
-  if (delocalizeValue(typed).empty()) refuse(typed, "a number");
+  if (delocalizeValue(typed).empty()) refuse(typed, label("a number"));
 }
 
 template <class Transformer>
@@ -111,7 +112,7 @@ std::string grammes(const PlistValue* stored) {
   return localizedStringWithValue_decimalPlaces(stored, 0) + " g";
 }
 std::string flag(const PlistValue* stored) {
-  return stored && stored->boolValue() ? "yes" : "no";
+  return label(stored && stored->boolValue() ? "yes" : "no");
 }
 std::string water(const PlistValue* stored) {
   return nameIn(ZYMWaters::sharedInstance(), stored);
@@ -161,22 +162,22 @@ PlistValue number(const std::string& typed) {
 PlistValue minutes(const std::string& typed) {
   requireNumber(typed);
   const double minutes = std::round(floatValueWithLocalizedValue(typed));
-  if (!(minutes >= 0 && minutes < 1e6)) refuse(typed, "a number of minutes");
+  if (!(minutes >= 0 && minutes < 1e6)) refuse(typed, label("a number of minutes"));
   return std::to_string(static_cast<long>(minutes));
 }
 
 PlistValue flag(const std::string& typed) {
   const std::string word = lowercaseString(typed);
-  if (word == "yes" || word == "true" || word == "1") return "1";
-  if (word == "no" || word == "false" || word == "0") return "0";
-  refuse(typed, "yes or no");
+  if (word == label("yes") || word == "yes" || word == "true" || word == "1") return "1";
+  if (word == label("no") || word == "no" || word == "false" || word == "0") return "0";
+  refuse(typed, label("yes or no"));
 }
 
 PlistValue day(const std::string& typed) {
   if (const auto day = dayOf(typed)) return *day;
   const auto inLocale = NSDateFormatter(NSLocale::currentLocale()).dateFromString(typed);
   if (inLocale) return *inLocale;
-  refuse(typed, "a day such as 2026-03-01");
+  refuse(typed, label("a day such as 2026-03-01"));
 }
 
 PlistValue water(const std::string& typed) {
@@ -197,7 +198,7 @@ std::string_view wordOf(words::Vocabulary vocabulary, const std::string& typed) 
     choices.append(choices.empty() ? "" : ", ").append(word);
   }
   if (found.size() == 1) return found.front();
-  refuse(typed, "one of " + choices);
+  refuse(typed, label("one of %1", {choices}));
 }
 
 }  // namespace take

@@ -60,14 +60,16 @@ TEST(Units, AreReadAndShownAsTheUserChose) {
     }
     const test::Outcome outcome = test::run(arguments);
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-    EXPECT_EQ(outcome.out, "typed   " + std::string(one.typed) + "\nstored  " + one.stored +
-                               "\nshown   " + one.shown + "\n");
+    const bool isGerman = std::string_view(one.defaults).find("de_DE") != std::string_view::npos;
+    EXPECT_EQ(outcome.out, (isGerman ? "getippt      " : "typed   ") + std::string(one.typed) +
+                               (isGerman ? "\ngespeichert  " : "\nstored  ") + one.stored +
+                               (isGerman ? "\ngezeigt      " : "\nshown   ") + one.shown + "\n");
   }
 }
 
 TEST(Units, FollowTheLocaleOfTheEnvironment) {
   EXPECT_EQ(test::run({"units", "volume", "4,5 l"}, "", "de_DE.UTF-8").out,
-            "typed   4,5 l\nstored  4500.000000 ml\nshown   4,50 l\n");
+            "getippt      4,5 l\ngespeichert  4500.000000 ml\ngezeigt      4,50 l\n");
 }
 
 }  // namespace

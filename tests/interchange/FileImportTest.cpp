@@ -433,6 +433,15 @@ TEST_F(FileImportTest, AnImportThatFailsHalfWayLeavesNothing) {
   EXPECT_TRUE(import(most)->uuidOfRecipe());
 }
 
+TEST_F(FileImportTest, APictureThatCannotBeWrittenStoresNothing) {
+  fs::remove_all(model().imagesFolderPath());
+  putFile(folder / "data/Images", "in the way");
+  const auto operation = import(file("own.wm2", ownFile()));
+  EXPECT_THAT(operation->failureReason().value_or("none"), HasSubstr("picture can't be written"));
+  EXPECT_FALSE(context().hasChanges());
+  EXPECT_THAT(recipes().summariesForAllRecipes(), IsEmpty());
+}
+
 TEST_F(FileImportTest, ASaveThatFailsIsNoSuccess) {
   const std::string path = file("own.wm2", ownFile());
   // Another context saves first what is changed here as well.

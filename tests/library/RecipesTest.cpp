@@ -323,8 +323,8 @@ TEST_F(Recipes, WhatWasInsertedCanBeWithdrawnWithItsFiles) {
   ZYMDocumentEntity& object = storedRecipes.insert(recipe);
   ZYMDocumentEntity& batchObject = storedBatches.insert(batch);
   batchObject.setObject_forKey(&object, relationships::recipe);
-  StoredDocuments::addImage(&object, image, image);
-  StoredDocuments::addImage(&batchObject, image, image);
+  (void)StoredDocuments::addImage(&object, image, image);
+  (void)StoredDocuments::addImage(&batchObject, image, image);
   EXPECT_EQ(files(), 4);
   EXPECT_EQ(documentWithUUID("r"), &object);
   EXPECT_EQ(documentWithUUID("b"), &batchObject);

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "zymcore/documents/internal/LetterPairs.h"
 #include "zymcore/platform/text/CommonDigest.h"
 #include "zymcore/platform/text/NSString.h"
 #include "zymcore/platform/text/NSUUID.h"
@@ -34,37 +35,6 @@ constexpr char uppercaseASCII(char c) noexcept {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-// Two UTF-16 units side by side in a word.
-using LetterPair = std::uint32_t;
-
-void takeLetterPairs(std::string_view text, std::u16string& units, std::vector<LetterPair>& pairs) {
-  uppercaseUTF16(text, units);
-  pairs.clear();
-  for (std::size_t i = 1; i < units.size(); ++i) {
-    if (units[i - 1] == u' ' || units[i] == u' ') continue;
-    pairs.push_back(static_cast<LetterPair>(units[i - 1]) << 16U | units[i]);
-  }
-}
-
-// Takes the pair out wherever it stands, passing over the place behind each one taken out. Answers
-// how often it stood there.
-std::size_t takeOut(LetterPair pair, std::vector<LetterPair>& pairs) {
-  const auto first = std::find(pairs.begin(), pairs.end(), pair);
-  if (first == pairs.end()) return 0;
-
-  std::size_t matches = 0;
-  auto kept = first;
-  for (auto at = first; at != pairs.end(); ++at) {
-    if (*at == pair) {
-      ++matches;
-      if (++at == pairs.end()) break;
-    }
-    *kept++ = *at;
-  }
-  pairs.erase(kept, pairs.end());
-  return matches;
-}
-
 }  // namespace
 
 std::string uuid() {
@@ -85,18 +55,14 @@ bool containsSubstring(std::string_view text, std::optional<std::string_view> ot
 }
 
 double similarityWithString(std::string_view text, std::string_view other) {
-  // A name is compared with a whole library in one go; the buffers stay warm for it.
-  thread_local std::u16string units;
-  thread_local std::vector<LetterPair> pairs;
-  thread_local std::vector<LetterPair> otherPairs;
-  takeLetterPairs(text, units, pairs);
-  takeLetterPairs(other, units, otherPairs);
-
-  const std::size_t total = pairs.size() + otherPairs.size();
-  if (total == 0) return std::numeric_limits<double>::quiet_NaN();
-  std::size_t matches = 0;
-  for (const LetterPair pair : pairs) matches += takeOut(pair, otherPairs);
-  return 2.0 * static_cast<double>(matches) / static_cast<double>(total);
+  // The buffers stay warm from one call to the next.
+  thread_local std::vector<letterpairs::LetterPair> pairs;
+  thread_local std::vector<letterpairs::LetterPair> otherPairs;
+  pairs.clear();
+  otherPairs.clear();
+  letterpairs::append(text, pairs);
+  letterpairs::append(other, otherPairs);
+  return letterpairs::score(pairs, otherPairs);
 }
 
 std::string trimWhiteSpace(std::string_view text) {

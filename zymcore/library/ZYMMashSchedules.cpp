@@ -105,9 +105,9 @@ void ZYMMashSchedules::updateSteps_inMashScheduleWithUUID(const PlistArray* step
 }
 
 std::optional<PlistDictionary> ZYMMashSchedules::noChosenSchedule() {
-  const PlistArray items = allItems();
-  if (items.empty()) return std::nullopt;
-  return *items.find(0)->dictionary();
+  const Objects schedules = objectsSortedOnName();
+  if (schedules.empty()) return std::nullopt;
+  return static_cast<ZYMMashScheduleEntity&>(*schedules.front()).dictionaryRepresentation();
 }
 
 PlistArray ZYMMashSchedules::allItemsWithoutNoChosenScheduleOption() {

@@ -11,6 +11,7 @@
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSNotFound.h"
 #include "zymcore/platform/values/NumberText.h"
+#include "zymcore/platform/values/ProcessTearDown.h"
 #include "zymcore/store/Resources.h"
 #include "zymcore/store/ZYMCachingModel.h"
 
@@ -70,11 +71,16 @@ std::unique_ptr<ZYMStyles>& instance() {
   return *instance;
 }
 
+TearDownPlace placeAmongServices(&ZYMStyles::tearDown);
+
 }  // namespace
 
 ZYMStyles& ZYMStyles::sharedInstance() {
   std::unique_ptr<ZYMStyles>& styles = instance();
-  if (!styles) styles.reset(new ZYMStyles());
+  if (!styles) {
+    styles.reset(new ZYMStyles());
+    placeAmongServices.take();
+  }
   return *styles;
 }
 

@@ -6,6 +6,7 @@
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/SimilarNames.h"
 #include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/platform/objects/NSManagedObjectContext.h"
 #include "zymcore/platform/values/NSException.h"
@@ -34,60 +35,32 @@ std::optional<std::string> uuidOf(const ZYMCachingModel::ItemReference& item) {
   return uuid ? std::optional(*uuid) : std::nullopt;
 }
 
-bool holdsAll(const PlistDictionary& record, const PlistDictionary& keysAndValues) {
-  return std::all_of(keysAndValues.begin(), keysAndValues.end(), [&](const PlistEntry& entry) {
-    const PlistValue* value = record.find(entry.key);
-    return value && *value == entry.value;
-  });
-}
-
 PlistDictionary recordOf(NSManagedObject& object) {
   return static_cast<ZYMRecordEntity&>(object).dictionaryRepresentation().value_or(
       PlistDictionary());
 }
 
-template <class TextAt>
-std::int64_t indexOfMostSimilar(std::string_view text, std::size_t count, TextAt textAt) {
-  double best = -1.0;
-  std::int64_t bestIndex = -1;
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::string_view other = textAt(i);
-    double score = similarityWithString(text, other);
-    if (score > 0.99 && isEqualTo(text, other)) score = 1.1;
-    if (score > best) {
-      best = score;
-      bestIndex = static_cast<std::int64_t>(i);
-    }
-  }
-  return bestIndex;
+/// Whether the record of the object has those values.
+bool holdsAll(ZYMRecordEntity& object, const PlistDictionary& keysAndValues) {
+  return std::all_of(keysAndValues.begin(), keysAndValues.end(), [&](const PlistEntry& entry) {
+    const auto value = object.valueInRecord(KeyName(entry.key.text()));
+    if (value) return *value == entry.value;
+    const PlistDictionary record = recordOf(object);  // its children stand in no field
+    const PlistValue* child = record.find(entry.key);
+    return child && *child == entry.value;
+  });
 }
 
-/// Objects by the names that their records show.
-class Candidates {
- public:
-  Candidates(std::vector<NSManagedObject*> objects, KeyName nameKey)
-      : objects_(std::move(objects)) {
-    names_.reserve(objects_.size());
-    for (NSManagedObject* object : objects_) {
-      const auto name = static_cast<ZYMRecordEntity*>(object)->valueInRecord(nameKey);
-      names_.push_back(name && name->string() ? *name->string() : "");
-    }
+/// The names that the records of the objects show.
+SimilarNames namesOf(const std::vector<NSManagedObject*>& objects, KeyName nameKey) {
+  std::vector<std::string> names;
+  names.reserve(objects.size());
+  for (NSManagedObject* object : objects) {
+    const auto name = static_cast<ZYMRecordEntity*>(object)->valueInRecord(nameKey);
+    names.push_back(name && name->string() ? *name->string() : "");
   }
-  /// Only the record that is found is made.
-  [[nodiscard]] PlistDictionary mostSimilarTo(std::string_view text) const {
-    const std::int64_t index = indexOfMostSimilar(
-        text, names_.size(), [&](std::size_t i) { return std::string_view(names_[i]); });
-    if (index < 0) {
-      throw NSException(NSRangeException,
-                        "index -1 beyond bounds for array of " + std::to_string(names_.size()));
-    }
-    return recordOf(*objects_[static_cast<std::size_t>(index)]);
-  }
-
- private:
-  std::vector<NSManagedObject*> objects_;
-  std::vector<std::string> names_;
-};
+  return SimilarNames(std::move(names));
+}
 
 std::string_view textOf(const PlistValue& element, const std::optional<KeyName>& key) {
   const PlistDictionary* record = element.dictionary();
@@ -109,10 +82,67 @@ bool ZYMCachingModel::isIngredient() const {
   return ZYMLibraryRegistry::sharedInstance().isIngredient(entityClass());
 }
 
+/// The records by name, as they are until one of them changes, and their names where these were
+/// asked for.
+struct ZYMCachingModel::Sorted {
+  Objects objects;
+  std::uint64_t changeCount = 0;
+  std::optional<SimilarNames> names;
+  /// Those that have some values; the last few that were asked for.
+  std::vector<std::pair<PlistDictionary, Sorted>> having;
+
+  [[nodiscard]] const SimilarNames& namesUnder(KeyName nameKey) {
+    if (!names) names = namesOf(objects, nameKey);
+    return *names;
+  }
+  /// Only the record that is found is made.
+  [[nodiscard]] PlistDictionary mostSimilarTo(std::string_view text, KeyName nameKey) {
+    const std::int64_t index = namesUnder(nameKey).indexOfMostSimilarTo(text);
+    if (index < 0) {
+      throw NSException(NSRangeException,
+                        "index -1 beyond bounds for array of " + std::to_string(objects.size()));
+    }
+    return recordOf(*objects[static_cast<std::size_t>(index)]);
+  }
+  [[nodiscard]] Sorted& thoseHaving(const PlistDictionary& keysAndValues) {
+    for (auto& [values, found] : having) {
+      if (values == keysAndValues) return found;
+    }
+    Sorted found;
+    std::ranges::copy_if(objects, std::back_inserter(found.objects), [&](NSManagedObject* object) {
+      return holdsAll(static_cast<ZYMRecordEntity&>(*object), keysAndValues);
+    });
+    constexpr std::size_t mostKept = 16;
+    if (having.size() == mostKept) having.clear();
+    return having.emplace_back(keysAndValues, std::move(found)).second;
+  }
+};
+
+ZYMCachingModel::ZYMCachingModel(KeyName nameKeyInRecords) : nameKeyInRecords_(nameKeyInRecords) {}
+
+ZYMCachingModel::~ZYMCachingModel() = default;
+
+ZYMCachingModel::Sorted& ZYMCachingModel::sorted() const {
+  // What is no library itself shows the names of those that are.
+  std::vector<std::string_view> entities{entityClass()};
+  const ZYMLibraryRegistry& registry = ZYMLibraryRegistry::sharedInstance();
+  if (!registry.libraryOfEntity(entityClass())) {
+    for (const auto& library : registry.libraries()) entities.push_back(library.entity);
+  }
+  const std::uint64_t count = mainContext().changeCountForEntitiesNamed(entities);
+  if (!sorted_ || count == 0 || sorted_->changeCount != count) {
+    sorted_ = std::make_unique<Sorted>();
+    sorted_->objects =
+        ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
+            entityClass(), nullptr, std::nullopt, NSSortDescriptor(attributes::name, true))
+            .value_or(Objects());
+    sorted_->changeCount = mainContext().changeCountForEntitiesNamed(entities);
+  }
+  return *sorted_;
+}
+
 ZYMCachingModel::Objects ZYMCachingModel::objectsSortedOnName() const {
-  return ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
-             entityClass(), nullptr, std::nullopt, NSSortDescriptor(attributes::name, true))
-      .value_or(Objects());
+  return sorted().objects;
 }
 
 ZYMRecordEntity* ZYMCachingModel::onlyObjectWithUUID(std::optional<std::string_view> uuid) const {
@@ -232,35 +262,32 @@ PlistDictionary ZYMCachingModel::firstIngredient() {
 std::int64_t ZYMCachingModel::indexOfMostSimilarObjectToString_inArray_forKey(
     std::string_view text, const PlistArray* array, const std::optional<KeyName>& key) {
   if (!array) return NSNotFound;
-  return indexOfMostSimilar(text, array->size(),
-                            [&](std::size_t i) { return textOf(*array->find(i), key); });
+  std::vector<std::string> names;
+  names.reserve(array->size());
+  for (const PlistValue& element : *array) names.emplace_back(textOf(element, key));
+  return SimilarNames(std::move(names)).indexOfMostSimilarTo(text);
 }
 
 PlistDictionary ZYMCachingModel::ingredientWithNameMostSimilarToString_matchingKeysAndValues(
     std::string_view text, const PlistDictionary* keysAndValues) {
-  Objects candidates = objectsSortedOnName();
-  if (keysAndValues) {
-    Objects matching;
-    std::ranges::copy_if(candidates, std::back_inserter(matching), [&](NSManagedObject* object) {
-      return holdsAll(recordOf(*object), *keysAndValues);
-    });
-    if (!matching.empty()) candidates = matching;
-  }
-  return Candidates(std::move(candidates), nameKeyInRecords_).mostSimilarTo(text);
+  Sorted& all = sorted();
+  Sorted& matching = keysAndValues ? all.thoseHaving(*keysAndValues) : all;
+  return (matching.objects.empty() ? all : matching).mostSimilarTo(text, nameKeyInRecords_);
 }
 
 std::vector<PlistDictionary> ZYMCachingModel::ingredientsWithNamesMostSimilarToStrings(
     const std::vector<std::string>& texts) {
   std::vector<PlistDictionary> records;
   if (texts.empty()) return records;
-  const Candidates candidates(objectsSortedOnName(), nameKeyInRecords_);
-  for (const std::string& text : texts) records.push_back(candidates.mostSimilarTo(text));
+  Sorted& all = sorted();
+  for (const std::string& text : texts) {
+    records.push_back(all.mostSimilarTo(text, nameKeyInRecords_));
+  }
   return records;
 }
 
-std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> ZYMCachingModel::objectsByUUID()
-    const {
-  std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> result;
+std::map<std::string, std::vector<ZYMRecordEntity*>> ZYMCachingModel::objectsByUUID() const {
+  std::map<std::string, std::vector<ZYMRecordEntity*>> result;
   for (NSManagedObject* object : ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
                                      entityClass(), nullptr, std::nullopt, std::nullopt)
                                      .value_or(Objects())) {

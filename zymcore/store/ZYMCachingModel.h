@@ -2,10 +2,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -17,16 +18,17 @@ namespace zym {
 
 class NSManagedObjectContext;
 
-/// Base of every library of flat records. It hides the store and keeps nothing itself: each call
-/// goes to the main context, and each record that comes out is the caller's own. Nothing here
-/// reports a failure; what isn't found is absent or left alone. Lists are in the store's order of
-/// names: by code point, so "Zatec" stands before "abbey". Main thread.
+/// Base of every library of flat records. It hides the store and keeps nothing itself but which
+/// records there are by name, until one changes: each call goes to the main context, and
+/// each record that comes out is the caller's own. Nothing here reports a failure; what isn't found
+/// is absent or left alone. Lists are in the store's order of names: by code point, so "Zatec"
+/// stands before "abbey". Main thread.
 class ZYMCachingModel {
  public:
   /// An element of a list of things to remove: a record or a uuid, or a row of a list.
   using ItemReference = std::variant<PlistValue, ZYMSummary>;
 
-  virtual ~ZYMCachingModel() = default;
+  virtual ~ZYMCachingModel();
   ZYMCachingModel(const ZYMCachingModel&) = delete;
   ZYMCachingModel& operator=(const ZYMCachingModel&) = delete;
 
@@ -90,7 +92,7 @@ class ZYMCachingModel {
   void addItemsFromDictionary(const PlistDictionary& items);
 
  protected:
-  explicit ZYMCachingModel(KeyName nameKeyInRecords) : nameKeyInRecords_(nameKeyInRecords) {}
+  explicit ZYMCachingModel(KeyName nameKeyInRecords);
 
   using Objects = std::vector<NSManagedObject*>;
   [[nodiscard]] Objects objectsSortedOnName() const;
@@ -104,10 +106,13 @@ class ZYMCachingModel {
  private:
   [[nodiscard]] bool isIngredient() const;
   [[nodiscard]] ZYMRecordEntity& insertObject() const;
-  [[nodiscard]] std::unordered_map<std::string, std::vector<ZYMRecordEntity*>> objectsByUUID()
-      const;
+  [[nodiscard]] std::map<std::string, std::vector<ZYMRecordEntity*>> objectsByUUID() const;
+
+  struct Sorted;
+  [[nodiscard]] Sorted& sorted() const;
 
   KeyName nameKeyInRecords_;
+  mutable std::unique_ptr<Sorted> sorted_;
 };
 
 }  // namespace zym

@@ -35,28 +35,21 @@ constexpr double secondsToWaitForLock = 120;
 
 TearDownPlace placeAmongServices(&ZYMCoreDataModel::tearDown);
 
-[[noreturn]] void abortWithoutStore(const std::string& reason) {
-  NSLog("The data store can't be opened: " + reason);
-  std::abort();
-}
-
 // Stands the store's external data aside while the store is migrated. It is looked for in
 // Documents, wherever the store is.
 class ExternalDataAside {
  public:
-  explicit ExternalDataAside(bool isNeeded) : isNeeded_(isNeeded) {
-    if (isNeeded_ && NSFileManager::fileExistsAtPath(external_)) {
+  ExternalDataAside() {
+    if (NSFileManager::fileExistsAtPath(external_)) {
       NSFileManager::moveItemAtPath_toPath(external_, holding_);
     }
   }
   void putBack() {
-    if (!isNeeded_) return;
     NSFileManager::removeItemAtPath(external_);
     NSFileManager::moveItemAtPath_toPath(holding_, external_);
   }
 
  private:
-  bool isNeeded_;
   std::string external_ = documentsFolder() + "/.Wortmeister_SUPPORT/_EXTERNAL_DATA";
   std::string holding_ = documentsFolder() + "/tmpPathToReplacementData";
 };
@@ -146,10 +139,14 @@ const std::shared_ptr<NSManagedObjectModel>& ZYMCoreDataModel::objectModel() {
   if (objectModel_) return objectModel_;
   const std::optional<std::string> url =
       NSBundle::mainBundle().pathForResource_ofType("WortmeisterCoreDataModel", "momd");
-  if (!url) abortWithoutStore("there is no resource WortmeisterCoreDataModel.momd");
   NSError error;
+  if (!url) {
+    fail(&error, NSCocoaErrorDomain, NSFileNoSuchFileError,
+         "there is no resource WortmeisterCoreDataModel.momd");
+    endWithoutStore(error);
+  }
   objectModel_ = NSManagedObjectModel::initWithContentsOfURL(*url, &error);
-  if (!objectModel_) abortWithoutStore(error.localizedDescription);
+  if (!objectModel_) endWithoutStore(error);
   setEntityClasses(*objectModel_);
   return objectModel_;
 }
@@ -185,25 +182,35 @@ void ZYMCoreDataModel::copyOldFolderIfNeeded(const std::string& storePath) {
     return;
   }
   NSError error;
-  if (!copyDataFolder(from, newV2Path(), &error)) abortWithoutStore(error.localizedDescription);
+  if (!copyDataFolder(from, newV2Path(), &error)) endWithoutStore(error);
 }
 
+// The store is opened as it is; only one of an older model is opened a second time, to migrate it.
 void ZYMCoreDataModel::openStore(const std::string& storePath) {
-  const bool isCompatible = objectModel()->isConfiguration_compatibleWithStoreMetadata(
-      std::nullopt, NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
-                        NSSQLiteStoreType, storePath));
-  ExternalDataAside externalData(!isCompatible);
   auto coordinator = std::make_shared<NSPersistentStoreCoordinator>(objectModel());
   NSError error;
-  if (!coordinator->addPersistentStoreWithType_configuration_URL_options(
-          NSSQLiteStoreType, std::nullopt, storePath,
-          {{NSMigratePersistentStoresAutomaticallyOption, true},
-           {NSInferMappingModelAutomaticallyOption, true}},
-          &error)) {
-    std::abort();  // without a message, which is the host's
+  const auto isOpened = [&](bool migrates) {
+    return coordinator->addPersistentStoreWithType_configuration_URL_options(
+        NSSQLiteStoreType, std::nullopt, storePath,
+        {{NSMigratePersistentStoresAutomaticallyOption, migrates},
+         {NSInferMappingModelAutomaticallyOption, migrates}},
+        &error);
+  };
+  if (!isOpened(false)) {
+    if (error.code != NSPersistentStoreIncompatibleVersionHashError) endWithoutStore(error);
+    ExternalDataAside externalData;
+    if (!isOpened(true)) endWithoutStore(error);
+    externalData.putBack();
   }
-  externalData.putBack();
   coordinator_ = std::move(coordinator);
+}
+
+void ZYMCoreDataModel::endWithoutStore(const NSError& error) const {
+  if (failureHandler_) failureHandler_(error);
+  // Of its own accord the library says nothing of a store: that is the host's. Of a program that
+  // lacks its resources nobody else could tell.
+  if (!objectModel_) NSLog("The data store can't be opened: " + error.localizedDescription);
+  std::abort();
 }
 
 NSManagedObjectContext* ZYMCoreDataModel::mainObjectContext() {

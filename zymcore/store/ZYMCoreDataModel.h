@@ -73,7 +73,11 @@ class ZYMCoreDataModel {
 
   // Made on first use. A store that can't be opened ends the process: a library that can't read its
   // data must not go on beside it. So does an old folder whose store can't be copied; the next
-  // start tries again.
+  // start tries again. A host that wants to say more and end in its own way throws from the
+  // handler.
+
+  using FailureHandler = std::function<void(const NSError& error)>;
+  void setFailureHandler(FailureHandler handler) { failureHandler_ = std::move(handler); }
 
   /// The resource "WortmeisterCoreDataModel.momd" of the main bundle.
   [[nodiscard]] const std::shared_ptr<NSManagedObjectModel>& objectModel();
@@ -117,10 +121,12 @@ class ZYMCoreDataModel {
   }
   void copyOldFolderIfNeeded(const std::string& storePath);
   void openStore(const std::string& storePath);
+  [[noreturn]] void endWithoutStore(const NSError& error) const;
 
   std::uint64_t dataStorage_ = 0;
   std::string dataFolder_;
   bool firstRun_ = false;
+  FailureHandler failureHandler_;
   std::shared_ptr<NSManagedObjectModel> objectModel_;
   std::shared_ptr<NSPersistentStoreCoordinator> coordinator_;
   std::unique_ptr<NSManagedObjectContext> mainContext_;

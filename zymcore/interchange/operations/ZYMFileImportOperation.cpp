@@ -92,8 +92,10 @@ void addImages(const PlistArray& images, ZYMDocumentEntity& owner, PictureBudget
     const auto image = element.data() ? NSImage::imageWithData(*element.data()) : std::nullopt;
     if (!image) continue;
     budget.spendPixels(image->size());
-    StoredDocuments::addImage(&owner, ZYMRecipes::thumbnailFromImage(*image),
-                              ZYMRecipes::sizedLargeImageFromImage(*image));
+    if (!StoredDocuments::addImage(&owner, ZYMRecipes::thumbnailFromImage(*image),
+                                   ZYMRecipes::sizedLargeImageFromImage(*image))) {
+      throw NSException(NSInternalInconsistencyException, "a picture can't be written");
+    }
   }
 }
 

@@ -15,9 +15,9 @@
 namespace zym {
 namespace {
 
-void write(const NSImage& image, const std::optional<std::string>& path) {
+bool write(const NSImage& image, const std::optional<std::string>& path) {
   const std::optional<NSData> data = ZYMRecipes::dataFromImage(image);
-  if (data && path) NSFileManager::writeData_toPath(data->view(), *path);
+  return data && path && NSFileManager::writeData_toPath(data->view(), *path);
 }
 
 void removeFilesOfImages(const NSManagedObject& owner) {
@@ -74,20 +74,20 @@ void StoredDocuments::update(PlistDictionary& document, bool preservingDLM) cons
   group.closeAndSave(actionName, comment);
 }
 
-ZYMImageEntity& StoredDocuments::addImage(ZYMDocumentEntity* owner, const NSImage& thumbnail,
-                                          const NSImage& large) {
+bool StoredDocuments::addImage(ZYMDocumentEntity* owner, const NSImage& thumbnail,
+                               const NSImage& large) {
   ZYMImageEntity& image = ZYMImageEntity::insertInContext(mainContext());
   const std::string uuid = zym::uuid();
   image.setUuid(uuid);
   image.setDateLastModified(NSDate::date());
   const ZYMRecipes& recipes = ZYMRecipes::sharedInstance();
-  write(large, recipes.pathForLargeImageWithUUID(uuid));
-  write(thumbnail, recipes.pathForThumbnailImageWithUUID(uuid));
+  const bool isLargeWritten = write(large, recipes.pathForLargeImageWithUUID(uuid));
+  const bool isThumbnailWritten = write(thumbnail, recipes.pathForThumbnailImageWithUUID(uuid));
   if (owner) {
     owner->addImagesObject(image);
     owner->setDateLastModified(NSDate::date());
   }
-  return image;
+  return isLargeWritten && isThumbnailWritten;
 }
 
 void StoredDocuments::withdraw(ZYMDocumentEntity& object) {

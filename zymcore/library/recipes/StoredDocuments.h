@@ -38,9 +38,10 @@ struct StoredDocuments {
   void update(PlistDictionary& document, bool preservingDLM) const;
 
   /// A new image, its two files written, as the last of its owner, whose date moves; of nobody
-  /// without an owner.
-  static ZYMImageEntity& addImage(ZYMDocumentEntity* owner, const NSImage& thumbnail,
-                                  const NSImage& large);
+  /// without an owner. Answers whether both files could be written; the record is made all the
+  /// same.
+  [[nodiscard]] static bool addImage(ZYMDocumentEntity* owner, const NSImage& thumbnail,
+                                     const NSImage& large);
 
   /// Deletes an object with its batches and images, and the files of those: for what was inserted
   /// and then turned out not to be whole.

@@ -170,7 +170,7 @@ std::optional<NSImage> ZYMRecipes::largeImageAtIndex_forItemWithUUID(std::size_t
 bool ZYMRecipes::addThumbnailImage_withLargeImage_toItemWithUUID(const NSImage& thumbnail,
                                                                  const NSImage& large, UUID uuid) {
   ZYMUndoGroup group;
-  StoredDocuments::addImage(documentWithUUID(uuid), thumbnail, large);
+  (void)StoredDocuments::addImage(documentWithUUID(uuid), thumbnail, large);
   group.closeAndSave("Add Image",
                      "ZYMRecipes+Images.addThumbnailImage.withLargeImage.toItemWithUUID");
   return true;

@@ -88,6 +88,12 @@ std::optional<std::size_t> NSManagedObjectContext::countForFetchRequest(
   return orAbsent(error, [&] { return graph_->count(request); });
 }
 
+std::uint64_t NSManagedObjectContext::changeCountForEntitiesNamed(
+    std::span<const std::string_view> names) {
+  // A store that can't be read may have changed.
+  return orAbsent(nullptr, [&] { return graph_->changeCount(names); }).value_or(0);
+}
+
 NSManagedObject* NSManagedObjectContext::objectWithID(const NSManagedObjectID& objectID) {
   return orAbsent(nullptr, [&] { return graph_->objectWithID(objectID); }).value_or(nullptr);
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -82,6 +84,11 @@ class NSManagedObjectContext {
                                                                 NSError* error = nullptr);
   /// The object with that identity, or null when there is none.
   [[nodiscard]] NSManagedObject* objectWithID(const NSManagedObjectID& objectID);
+
+  /// A number that is another one, in no other context either, after any object of these entities
+  /// may have been inserted, changed or deleted, here, by an undo or by another process; 0 when the
+  /// store can't be read. For what is kept of objects from one call to the next.
+  [[nodiscard]] std::uint64_t changeCountForEntitiesNamed(std::span<const std::string_view> names);
 
   [[nodiscard]] bool hasChanges() const noexcept;
   /// Writes all changes in one transaction and posts `NSManagedObjectContextDidSaveNotification`.

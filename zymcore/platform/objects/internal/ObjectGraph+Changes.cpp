@@ -205,6 +205,7 @@ void ObjectGraph::stepLife(NSManagedObject& object, bool alive) {
 }
 
 void ObjectGraph::markDirty(NSManagedObject& object) {
+  ++changeCounts_[object.entity().position()];
   if (object.dirty_) return;
   object.dirty_ = true;
   changed_[object.entity().position()].add(object);

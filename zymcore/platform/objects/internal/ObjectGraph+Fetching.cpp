@@ -81,6 +81,16 @@ bool ObjectGraph::hasDirty(const NSEntityDescription& entity) const noexcept {
   return !changed_[entity.position()].empty();
 }
 
+std::uint64_t ObjectGraph::changeCount(std::span<const std::string_view> entityNames) {
+  const std::lock_guard lock(database().mutex);
+  noticeOthers();
+  std::uint64_t count = changeCountOfAll_;
+  for (const std::string_view name : entityNames) {
+    count += changeCounts_[entityNamed(name).position()];
+  }
+  return count;
+}
+
 std::vector<NSManagedObject*> ObjectGraph::fetch(const NSFetchRequest& request) {
   const NSEntityDescription& entity = entityNamed(request.entityName());
   const StoreSchema::EntityTable& table = store().schema().table(entity);

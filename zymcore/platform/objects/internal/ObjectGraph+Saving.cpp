@@ -16,7 +16,8 @@ constexpr std::int64_t mostKey = std::numeric_limits<std::int64_t>::max() / 2;
   throw StoreFailure{{NSCocoaErrorDomain,
                       NSManagedObjectMergeError,
                       "Somebody else changed " + name + " since it was read.",
-                      {{KeyName("conflictList"), PlistArray{name}}}, {}}};
+                      {{KeyName("conflictList"), PlistArray{name}}},
+                      {}}};
 }
 
 PlistArray namesOf(const std::vector<NSManagedObject*>& objects) {
@@ -111,8 +112,11 @@ void ObjectGraph::assignKeys(Saving& saving) const {
       last[position] = query.step() ? query.integer(0) : 0;
     }
     if (last[position] < 0 || last[position] > mostKey) {
-      throw StoreFailure{
-          {NSCocoaErrorDomain, NSFileReadCorruptFileError, "The store's keys are damaged.", {}, {}}};
+      throw StoreFailure{{NSCocoaErrorDomain,
+                          NSFileReadCorruptFileError,
+                          "The store's keys are damaged.",
+                          {},
+                          {}}};
     }
     SQLiteStatement update = saving.database.statement(
         "INSERT INTO _keys(entity, last) VALUES(?, ?) "
@@ -283,6 +287,8 @@ void ObjectGraph::finish(const Saving& saving) {
 
 // From now on the store has the documents; what is deleted keeps its own for undo.
 void ObjectGraph::becomeClean() {
+  // Rows that have their keys now may stand elsewhere among equals.
+  for (std::size_t i = 0; i < changed_.size(); ++i) changeCounts_[i] += !changed_[i].empty();
   forEachDirty([](NSManagedObject& object) {
     object.dirty_ = false;
     if (!object.values_) return;
@@ -306,6 +312,7 @@ void ObjectGraph::rollback() {
     object.alive_ = object.stored_;
   });
   for (ChangedObjects& changed : changed_) changed.clear();
+  ++changeCountOfAll_;
   pairs_.clear();
   journal_.reset();
   for (const Objects& objects : objects_) {

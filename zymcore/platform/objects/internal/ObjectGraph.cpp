@@ -1,6 +1,7 @@
 #include "zymcore/platform/objects/internal/ObjectGraph.h"
 
 #include <algorithm>
+#include <atomic>
 #include <random>
 #include <utility>
 
@@ -16,9 +17,22 @@ std::size_t ObjectGraph::KeyHash::operator()(std::int64_t key) const noexcept {
   return hash ^ hash >> 32U;
 }
 
+namespace {
+
+/// Each context counts from a number of its own, far from those of others.
+std::uint64_t firstChangeCount() {
+  static std::atomic<std::uint64_t> contexts{0};
+  return ++contexts << 40U;
+}
+
+}  // namespace
+
 ObjectGraph::ObjectGraph(NSManagedObjectContext& context,
                          NSManagedObjectContextConcurrencyType type)
-    : context_(context), type_(type), self_(std::make_shared<ObjectGraph*>(this)) {
+    : context_(context),
+      type_(type),
+      changeCountOfAll_(firstChangeCount()),
+      self_(std::make_shared<ObjectGraph*>(this)) {
   if (type == NSMainQueueConcurrencyType) undoManager_ = std::make_shared<NSUndoManager>();
 }
 
@@ -34,6 +48,7 @@ void ObjectGraph::setCoordinator(std::shared_ptr<NSPersistentStoreCoordinator> c
   coordinator_ = std::move(coordinator);
   objects_.resize(model().entities().size());
   changed_.resize(model().entities().size());
+  changeCounts_.resize(model().entities().size());
   if (type_ != NSPrivateQueueConcurrencyType) return;
   try {
     reader_ = store().newReader();
@@ -160,6 +175,7 @@ void ObjectGraph::noticeOthers() {
 }
 
 void ObjectGraph::forgetToMany() {
+  ++changeCountOfAll_;
   for (const Objects& objects : objects_) {
     for (const auto& [key, object] : objects) {
       if (!object->values_) continue;

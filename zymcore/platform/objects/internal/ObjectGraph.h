@@ -95,6 +95,8 @@ class ObjectGraph {
                                                     const std::vector<KeyName>& keys);
   [[nodiscard]] std::size_t count(const NSFetchRequest& request);
 
+  [[nodiscard]] std::uint64_t changeCount(std::span<const std::string_view> entityNames);
+
   // Saving.
 
   [[nodiscard]] bool hasChanges() const noexcept;
@@ -202,7 +204,9 @@ class ObjectGraph {
   std::vector<Objects> objects_;  // By the position of their entity.
   std::int64_t lastTemporaryKey_ = 0;
   std::int64_t dataVersion_ = 0;
-  std::vector<ChangedObjects> changed_;  // By the position of their entity.
+  std::vector<ChangedObjects> changed_;      // By the position of their entity.
+  std::vector<std::uint64_t> changeCounts_;  // By the position of their entity.
+  std::uint64_t changeCountOfAll_;
   /// Pairs that differ from the store: true where they are together now.
   std::map<PairsID, std::map<Pair, bool>> pairs_;
 

@@ -146,6 +146,15 @@ inline constexpr std::string_view Hop = "Hop";
 inline constexpr std::string_view Yeast = "Yeast";
 inline constexpr std::string_view Other = "Other";
 
+// Forms of the hops of a lot or an order. A lot is of pellets when its form holds the word "Pellet".
+inline constexpr std::string_view Whole = "Whole";
+inline constexpr std::string_view Pellet = "Pellet";
+inline constexpr std::string_view stockForms[] = {Whole, "Pellets"};
+
+// States of a line of an order.
+inline constexpr std::string_view OnOrder = "OnOrder";
+inline constexpr std::string_view Delivered = "Delivered";
+
 // The formulas that the user defaults choose from; the position is the code.
 inline constexpr std::string_view hopFormulas[] = {"Tinseth", "Daniels", "Rager", "Garetz"};
 inline constexpr std::string_view beerColorFormulas[] = {"Morey", "Daniels", "Mosher", "Viggiano"};

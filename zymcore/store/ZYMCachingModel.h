@@ -46,7 +46,7 @@ class ZYMCachingModel {
       std::string_view uuid, NSManagedObjectContext& context);
 
   /// Makes, stores and answers a new record.
-  PlistDictionary createItem();
+  virtual PlistDictionary createItem();
   /// The same as a copy of another one, with "-copy" after its name.
   virtual std::optional<PlistDictionary> duplicateItemWithUUID(std::string_view uuid);
 

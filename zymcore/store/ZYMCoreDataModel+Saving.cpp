@@ -3,6 +3,7 @@
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
+#include "zymcore/store/ZYMOneChange.h"
 
 namespace zym {
 namespace {
@@ -28,6 +29,7 @@ void logFailure(const NSError& error) {
 }  // namespace
 
 void ZYMCoreDataModel::saveNow() {
+  if (ZYMOneChange::isOpen()) return;
   if (const std::shared_ptr<NSTimer> timer = saveTimer_.lock()) timer->invalidate();
   saveTimer_.reset();
   NSManagedObjectContext* context = contextIfMade();

@@ -99,7 +99,7 @@ class ZYMCoreDataModel {
   [[nodiscard]] std::shared_ptr<NSTimer> saveTimer() const { return saveTimer_.lock(); }
 
   /// Saves what has changed and posts whether it worked. What couldn't be saved stays in the
-  /// context.
+  /// context. Nothing while a `ZYMOneChange` is open, which saves at its end.
   void saveNow();
   void save();
   /// For a timer of the host's.

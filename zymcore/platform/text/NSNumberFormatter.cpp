@@ -1,9 +1,11 @@
 #include "zymcore/platform/text/NSNumberFormatter.h"
 
 #include <unicode/numberformatter.h>
+#include <unicode/ucurr.h>
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <utility>
 
 namespace zym {
@@ -15,9 +17,11 @@ struct NSNumberFormatter::Formats {
   NSLocale locale;
   int minimum = 0;
   int maximum = 3;
+  std::optional<icu::number::LocalizedNumberFormatter> money;  // while the style is that
   std::map<std::pair<int, int>, icu::number::LocalizedNumberFormatter> settled;
 
   const icu::number::LocalizedNumberFormatter& current() {
+    if (money) return *money;
     const std::pair digits(minimum, maximum);
     const auto found = settled.find(digits);
     if (found != settled.end()) return found->second;
@@ -40,6 +44,24 @@ NSNumberFormatter& NSNumberFormatter::operator=(NSNumberFormatter&&) noexcept = 
 
 const NSLocale& NSNumberFormatter::locale() const noexcept {
   return formats_->locale;
+}
+
+void NSNumberFormatter::setNumberStyle(Style style) {
+  formats_->money.reset();
+  if (style == Style::Decimal) return;
+  const icu::Locale locale(formats_->locale.localeIdentifier().c_str());
+  using icu::number::NumberFormatter;
+  using icu::number::Precision;
+  const auto sum = NumberFormatter::withLocale(locale)
+                       .grouping(UNUM_GROUPING_OFF)
+                       .roundingMode(UNUM_ROUND_HALFUP);
+  UErrorCode status = U_ZERO_ERROR;
+  char16_t code[4] = {};
+  ucurr_forLocale(locale.getName(), code, 4, &status);
+  const icu::CurrencyUnit unit(code, status);
+  formats_->money = U_SUCCESS(status)
+                        ? sum.unit(unit).precision(Precision::currency(UCURR_USAGE_STANDARD))
+                        : sum.precision(Precision::fixedFraction(2));
 }
 
 void NSNumberFormatter::setMinimumFractionDigits(int digits) {

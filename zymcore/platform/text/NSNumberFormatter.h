@@ -8,15 +8,21 @@
 namespace zym {
 
 /// Numbers as the people of a locale write them: decimal, rounded half up (away from zero), no
-/// grouping. One thread at a time.
+/// grouping; or as sums of the money of their country. One thread at a time.
 class NSNumberFormatter {
  public:
+  enum class Style { Decimal, Currency };
+
   explicit NSNumberFormatter(const NSLocale& locale);
   ~NSNumberFormatter();
   NSNumberFormatter(NSNumberFormatter&&) noexcept;
   NSNumberFormatter& operator=(NSNumberFormatter&&) noexcept;
 
   [[nodiscard]] const NSLocale& locale() const noexcept;
+
+  /// A locale without a country has no money: its sums are plain numbers. Sums have the decimals
+  /// that the money has, whatever is set below.
+  void setNumberStyle(Style style);
 
   // From 0 to 100; at first 0 and 3. Each pulls the other along where they would cross.
   void setMinimumFractionDigits(int digits);

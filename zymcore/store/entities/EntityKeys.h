@@ -16,6 +16,10 @@ inline constexpr KeyName ingredientType{"ingredientType"};
 inline constexpr KeyName amountInStock{"amountInStock"};
 inline constexpr KeyName amountOnOrder{"amountOnOrder"};
 inline constexpr KeyName expiresOn{"expiresOn"};
+inline constexpr KeyName supplierUuid{"supplierUuid"};
+inline constexpr KeyName ingredientUuid{"ingredientUuid"};
+inline constexpr KeyName status{"status"};
+inline constexpr KeyName amount{"amount"};
 
 }  // namespace zym::attributes
 

@@ -1,0 +1,268 @@
+// A brew writes the stock down: what it leaves, that it is one change, whole or not at all.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+
+#include "tests/stock/Shelf.h"
+#include "tests/support/Child.h"
+#include "zymcore/documents/BatchKeys.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/stock/ZYMAvailabilitiesEngine.h"
+#include "zymcore/store/ZYMOneChange.h"
+
+namespace zym {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr KeyName malts = keys::FermentableIngredients;
+
+class Brewing : public testing::WithShelf {
+ protected:
+  ~Brewing() override { engine().setBatch({}); }
+
+  static ZYMAvailabilitiesEngine& engine() { return ZYMAvailabilitiesEngine::sharedInstance(); }
+  static PlistDictionary addition(std::string_view uuid, std::string_view amount) {
+    return {{keys::UUID, uuid}, {keys::Amount, amount}};
+  }
+  /// A stored batch with those malts; answers its uuid.
+  static std::string newBatch(PlistArray additions) {
+    ZYMRecipes& recipes = ZYMRecipes::sharedInstance();
+    PlistDictionary recipe = recipes.createRecipe();
+    recipe.set(malts, std::move(additions));
+    recipes.updateRecipe(recipe);
+    return std::string(
+        recipes.addBatchToRecipeWithUUID(recipe.stringValue(keys::UUID))->stringValue(keys::UUID));
+  }
+  static PlistDictionary storedBatch(const std::string& uuid) {
+    return ZYMRecipes::sharedInstance().batchWithUUID(uuid).value_or(PlistDictionary());
+  }
+  static void open(const std::string& uuid) { engine().setBatch(SharedBatch(storedBatch(uuid))); }
+  static void brew(const std::string& uuid) {
+    open(uuid);
+    engine().adjustInventoryForBatchAndSave();
+  }
+  static std::vector<std::string> inStock(std::string_view uuid) {
+    return texts(item(uuid).array(keys::Batches), keys::AmountInStock);
+  }
+  static double sumOfLots(std::string_view uuid) {
+    double sum = 0;
+    const PlistDictionary record = item(uuid);
+    for (const PlistDictionary& lot : record.rows(keys::Batches)) {
+      sum += lot.doubleValue(keys::AmountInStock);
+    }
+    return sum;
+  }
+};
+
+TEST_F(Brewing, WritesTheStockDown) {
+  stock("malt", "Fermentable", {lot("late", "5", 2), lot("soon", "3", 1)});
+  stock("gone", "Fermentable", {lot("x", "2", 1)});
+  stock("coming", "Fermentable", {lot("y", "2", 2), lot("z", "1", 1)});
+  stock("short", "Fermentable", {lot("s", "1", 1)});
+  (void)orders().createOrderForSupplierWithUUID_withIngredients(
+      "shop",
+      {PlistDictionary{
+          {keys::UUID, "coming"}, {keys::IngredientType, "Fermentable"}, {keys::Amount, "9"}}});
+  const std::string batch =
+      newBatch({addition("malt", "4"), addition("gone", "2"), addition("coming", "2.5"),
+                addition("short", "7"), addition("none", "1")});
+  brew(batch);
+  EXPECT_THAT(inStock("malt"), ElementsAre("4.000000")) << "what is empty goes";
+  EXPECT_THAT(inStock("gone"), ElementsAre("0.000000")) << "but not the last of it";
+  EXPECT_THAT(inStock("coming"), ElementsAre("0.500000"));
+  EXPECT_THAT(inStock("short"), ElementsAre("1")) << "of too little nothing is taken";
+  EXPECT_EQ(item("malt").stringValue(keys::AmountInStock), "4.000000");
+
+  const PlistDictionary stored = storedBatch(batch);
+  EXPECT_EQ(stored.stringValue(keys::AdjustedInventory), "1");
+  for (const PlistDictionary& row : stored.dictionary(keys::ModifiedRecipe)->rows(malts)) {
+    EXPECT_EQ(row.stringValue(keys::IngredientDeducted), "1");
+  }
+  for (const std::size_t index : {0U, 4U, 99U}) {
+    EXPECT_EQ(engine().availabilityOfIngredientInRecipeAtIndex_ofArrayForKey(index, malts), 3);
+  }
+}
+
+TEST_F(Brewing, WhatIsOnOrderDecidesWhetherTheLastLotStays) {
+  struct Row {
+    const char *left, *onOrder;
+    std::vector<std::string> lots;
+  };
+  // A lot of less than 0.001 goes, unless nothing else is there and nothing will come.
+  for (const Row& row :
+       {Row{"0", "0", {"0.000000"}}, Row{"0", "0.0009", {"0.000000"}}, Row{"0", "0.001", {}},
+        Row{"0.0009", "0", {"0.000900"}}, Row{"0.0009", "1", {}}, Row{"0.001", "1", {"0.001000"}},
+        Row{"0.001", "0", {"0.001000"}}}) {
+    inventory().removeItemWithUUID("malt");
+    const std::string full = std::to_string(2 + std::stod(row.left));
+    stock("malt", "Fermentable", {lot("a", full, 1)});
+    orders().removeOrderItemsForIngredientWithUUID("malt");
+    (void)orders().createOrderForSupplierWithUUID_withIngredients(
+        "shop", {PlistDictionary{{keys::UUID, "malt"},
+                                 {keys::IngredientType, "Fermentable"},
+                                 {keys::Amount, row.onOrder}}});
+    brew(newBatch({addition("malt", "2")}));
+    EXPECT_EQ(inStock("malt"), row.lots) << row.left << " left, " << row.onOrder << " on order";
+  }
+}
+
+TEST_F(Brewing, IsOneChange) {
+  stock("malt", "Fermentable", {lot("a", "5", 1)});
+  stock("wheat", "Fermentable", {lot("b", "5", 1)});
+  const std::string batch = newBatch({addition("malt", "4"), addition("wheat", "2")});
+  const PlistDictionary before = storedBatch(batch);
+  endTurn();
+  const PlistArray shelf = inventory().allItems();
+  testing::Posts posts{CoreDataModelDidSaveNotification, CoreDataModelDidSaveFailedNotification};
+  brew(batch);
+  EXPECT_THAT(posts.names, ElementsAre(CoreDataModelDidSaveNotification));
+  EXPECT_EQ(undoName(), "Update Batch");
+  EXPECT_NE(inventory().allItems(), shelf);
+  undoManager().undo();
+  EXPECT_EQ(inventory().allItems(), shelf);
+  EXPECT_EQ(storedBatch(batch), before);
+  undoManager().redo();
+  EXPECT_THAT(inStock("wheat"), ElementsAre("3.000000"));
+}
+
+TEST_F(Brewing, PlanningChangesNothingInTheStore) {
+  stock("malt", "Fermentable", {lot("a", "5", 1)});
+  const std::string batch = newBatch({addition("malt", "4")});
+  const PlistArray shelf = inventory().allItems();
+  endTurn();
+  testing::Posts posts{CoreDataModelDidSaveNotification};
+  open(batch);
+  (void)engine().recalculateAvailabilitiesWithAdvisories(nullptr);
+  const PlistDictionary planned = *engine().batch();
+  (void)engine().recalculateAvailabilitiesWithAdvisories(nullptr);
+  EXPECT_EQ(*engine().batch(), planned);
+  EXPECT_EQ(inventory().allItems(), shelf);
+  EXPECT_FALSE(context().hasChanges());
+  EXPECT_THAT(posts.names, IsEmpty());
+
+  // What was planned is what is brewed, and undone it is planned again.
+  engine().adjustInventoryForBatchAndSave();
+  EXPECT_EQ(texts(engine()
+                      .batch()
+                      ->dictionary(keys::ModifiedRecipe)
+                      ->rows(malts)
+                      .begin()
+                      ->array(keys::Batches),
+                  keys::Amount),
+            (std::vector<std::string>{"4.000000"}));
+  endTurn();
+  undoManager().undo();
+  open(batch);
+  (void)engine().recalculateAvailabilitiesWithAdvisories(nullptr);
+  EXPECT_EQ(*engine().batch(), planned);
+}
+
+TEST_F(Brewing, TakesWhatAdditionsTakeAndNothingTwice) {
+  std::mt19937 random(12);
+  const auto amount = [&](int most) { return std::to_string(random() % (most * 1000) / 1000.0); };
+  for (int round = 0; round < 20; ++round) {
+    PlistArray lots;
+    for (int i = 0; i < 4; ++i) {
+      lots.append(lot(std::to_string(round) + "." + std::to_string(i), amount(9), i % 3));
+    }
+    inventory().removeItemWithUUID("malt");
+    stock("malt", "Fermentable", lots);
+    const double before = sumOfLots("malt");
+    const std::string batch = newBatch({addition("malt", amount(20))});
+    brew(batch);
+    const PlistDictionary brewed = *engine().batch();
+    double taken = 0;
+    for (const PlistDictionary& part :
+         brewed.dictionary(keys::ModifiedRecipe)->rows(malts).begin()->rows(keys::Batches)) {
+      taken += part.doubleValue(keys::Amount);
+    }
+    EXPECT_NEAR(before - sumOfLots("malt"), taken, 1e-9);
+    for (const std::string& left : inStock("malt")) EXPECT_GE(std::stod(left), 0);
+    const PlistArray shelf = inventory().allItems();
+    brew(batch);
+    EXPECT_EQ(inventory().allItems(), shelf);
+  }
+}
+
+TEST_F(Brewing, ALotThatWentMeanwhileIsNotTaken) {
+  stock("malt", "Fermentable", {lot("late", "5", 2), lot("soon", "3", 1)});
+  const std::string batch = newBatch({addition("malt", "4")});
+  open(batch);
+  (void)engine().recalculateAvailabilitiesWithAdvisories(nullptr);
+  inventory().updateBatches_inItemWithUUID({lot("late", "5", 2)}, "malt");
+  engine().adjustInventoryForBatchAndSave();
+  EXPECT_THAT(inStock("malt"), ElementsAre("1.000000"));
+}
+
+TEST_F(Brewing, AChangeThatFailsLeavesNothing) {
+  stock("malt", "Fermentable", {lot("a", "5", 1)});
+  const PlistArray shelf = inventory().allItems();
+  endTurn();
+  try {
+    ZYMOneChange change;
+    stock("malt", "Fermentable", {lot("a", "1", 1)});
+    ZYMOneChange inner;
+    inventory().removeItemWithUUID("malt");
+    inner.save();
+    EXPECT_FALSE(inventory().itemWithUUID("malt"));
+    throw std::runtime_error("in between");
+  } catch (const std::runtime_error&) {
+  }
+  EXPECT_EQ(inventory().allItems(), shelf);
+  EXPECT_FALSE(context().hasChanges());
+  stock("malt", "Fermentable", {lot("a", "2", 1)});
+  reopen();
+  EXPECT_THAT(inStock("malt"), ElementsAre("2"));
+}
+
+TEST_F(Brewing, KilledAtAnyMomentIsWholeOrNotAtAll) {
+  const int kills = std::getenv("ZYM_LONG_TESTS") ? 200 : 15;
+  constexpr int items = 12;
+  ZYMCoreDataModel::tearDown();
+  int brewed = 0;
+  for (int i = 0; i < kills; ++i) {
+    const std::string data = folder / ("data" + std::to_string(i));
+    const auto openStore = [&] { model().setDataFolder(data); };
+    openStore();
+    PlistArray additions;
+    for (int k = 0; k < items; ++k) {
+      stock("m" + std::to_string(k), "Fermentable",
+            {lot("a" + std::to_string(k), "5", 2), lot("b" + std::to_string(k), "3", 1)});
+      additions.append(addition("m" + std::to_string(k), "4"));
+    }
+    const std::string batch = newBatch(std::move(additions));
+    ZYMCoreDataModel::tearDown();
+    Child child([&](int pipe) {
+      openStore();
+      open(batch);
+      (void)engine().recalculateAvailabilitiesWithAdvisories(nullptr);
+      Child::tell(pipe, 1);
+      engine().adjustInventoryForBatchAndSave();
+      Child::tell(pipe, 2);
+      ::pause();
+    });
+    ASSERT_EQ(child.hear(30000), 1);
+    // Somewhere from its first step to behind its last.
+    (void)child.hear(i % 16);
+    child.kill();
+
+    openStore();
+    const bool isDeducted = storedBatch(batch).boolValue(keys::AdjustedInventory);
+    brewed += isDeducted ? 1 : 0;
+    for (int k = 0; k < items; ++k) {
+      EXPECT_EQ(inStock("m" + std::to_string(k)), isDeducted
+                                                      ? (std::vector<std::string>{"4.000000"})
+                                                      : (std::vector<std::string>{"5", "3"}));
+    }
+    ZYMCoreDataModel::tearDown();
+  }
+  RecordProperty("brewed", brewed);
+}
+
+}  // namespace
+}  // namespace zym

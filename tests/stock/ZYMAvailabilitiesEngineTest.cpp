@@ -1,0 +1,418 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/stock/Shelf.h"
+#include "zymcore/documents/BatchKeys.h"
+#include "zymcore/platform/host/NSAlert.h"
+#include "zymcore/platform/values/NSLog.h"
+#include "zymcore/stock/ZYMAvailabilitiesEngine.h"
+
+namespace zym {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class Engine : public testing::WithShelf {
+ protected:
+  ~Engine() override { engine().setBatch({}); }
+
+  static ZYMAvailabilitiesEngine& engine() { return ZYMAvailabilitiesEngine::sharedInstance(); }
+  static PlistDictionary addition(std::string_view uuid, std::string_view amount) {
+    return {{keys::UUID, uuid}, {keys::Amount, amount}};
+  }
+  static PlistDictionary hop(std::string_view amount, std::string_view alpha, std::string_view form,
+                             std::string_view ibu) {
+    PlistDictionary result = addition("hop", amount);
+    result.set(keys::Alpha, alpha);
+    result.set(keys::Form, form);
+    result.set(keys::IBUForAddition, ibu);
+    return result;
+  }
+  static PlistDictionary hopLot(std::string_view uuid, std::string_view amount,
+                                std::string_view alpha, std::string_view form, double expires) {
+    PlistDictionary result = lot(uuid, amount, expires);
+    result.set(keys::Alpha, alpha);
+    result.set(keys::Form, form);
+    return result;
+  }
+  /// Opens a batch with those additions; ExpectedIBU is 50, so that 10 is just no bittering.
+  static void open(KeyName key, PlistArray additions) {
+    PlistDictionary recipe{{keys::ExpectedIBU, "50"}};
+    recipe.set(key, std::move(additions));
+    engine().setBatch(SharedBatch({{keys::ModifiedRecipe, std::move(recipe)}}));
+  }
+  static void plan() { (void)engine().recalculateAvailabilitiesWithAdvisories(nullptr); }
+  static const PlistDictionary& at(KeyName key, std::size_t index) {
+    return *engine()
+                .batch()
+                ->dictionary(keys::ModifiedRecipe)
+                ->array(key)
+                ->find(index)
+                ->dictionary();
+  }
+  static std::int64_t state(KeyName key, std::size_t index) {
+    return engine().availabilityOfIngredientInRecipeAtIndex_ofArrayForKey(index, key);
+  }
+  /// What an addition takes of each lot; "-" for none.
+  static std::vector<std::string> taken(KeyName key, std::size_t index) {
+    const PlistDictionary& row = at(key, index);
+    return row.contains(keys::Batches) ? texts(row.array(keys::Batches), keys::Amount)
+                                       : std::vector<std::string>{"-"};
+  }
+};
+
+constexpr KeyName malts = keys::FermentableIngredients;
+constexpr KeyName hops = keys::HopIngredients;
+constexpr KeyName yeasts = keys::YeastIngredients;
+
+TEST_F(Engine, TakesWhatExpiresFirst) {
+  stock("malt", "Fermentable", {lot("june", "5.0", 6), lot("march", "3.0", 3)});
+  open(malts, {addition("malt", "4.0")});
+  plan();
+  EXPECT_THAT(taken(malts, 0), ElementsAre("1.000000", "3.000000"));
+  EXPECT_EQ(state(malts, 0), 2);
+  EXPECT_EQ(state(malts, 1), 0);
+  EXPECT_EQ(state(KeyName("Nothing"), 0), 0);
+}
+
+TEST_F(Engine, HalfAGramMayBeMissing) {
+  PlistDictionary sack = lot("sack", "5.0", 1);
+  sack.set(keys::Extract, "81");
+  sack.set(keys::Color, "5.4");
+  stock("malt", "Fermentable", {sack});
+  struct Row {
+    const char *wanted, *given, *extract, *color;
+    std::int64_t state;
+  };
+  // The means are by what was wanted: 81 * 5 / 5.4 and 5.4 * 5 / 5.4.
+  for (const Row& row : {Row{"5.4", "5.000000", "75.000000", "5.000000", 2},
+                         Row{"5.5", "5.000000", "73.636364", "4.909091", 2},
+                         Row{"5.6", "-", "", "", 0}, Row{"0", "0.0", "0.000000", "0.000000", 2}}) {
+    open(malts, {addition("malt", row.wanted)});
+    plan();
+    EXPECT_THAT(taken(malts, 0), ElementsAre(row.given)) << row.wanted;
+    EXPECT_EQ(at(malts, 0).stringValue(keys::Extract), row.extract) << row.wanted;
+    EXPECT_EQ(at(malts, 0).stringValue(keys::Color), row.color) << row.wanted;
+    EXPECT_EQ(state(malts, 0), row.state) << row.wanted;
+  }
+}
+
+TEST_F(Engine, OnlyPacksOfYeastAreCounted) {
+  stock("yeast", "Yeast", {lot("pack", "2", 1)});
+  struct Row {
+    const char *type, *amount, *given;
+    std::int64_t state;
+  };
+  for (const Row& row : {Row{"Commercial Pack", "1", "1.000000", 2},
+                         Row{"Commercial Pack", "3", "-", 0}, Row{"Slurry", "2", "0.0", 2},
+                         Row{"Slurry", "500", "-", 2}, Row{"Starter", "1", "1.000000", 2}}) {
+    PlistDictionary yeast = addition("yeast", row.amount);
+    yeast.set(keys::YeastAmountType, row.type);
+    open(yeasts, {yeast});
+    plan();
+    EXPECT_THAT(taken(yeasts, 0), ElementsAre(row.given)) << row.type << row.amount;
+    EXPECT_EQ(state(yeasts, 0), row.state) << row.type << row.amount;
+    // The walk after an edit passes yeasts over.
+    open(yeasts, {yeast});
+    engine().autoAdjustAllIngredientsInRecipeForcingRefresh(true);
+    EXPECT_THAT(taken(yeasts, 0), ElementsAre("-"));
+  }
+}
+
+TEST_F(Engine, ReblendsHops) {
+  set(keys::PelletHopAdjustment, 1.25);
+  set(keys::BaggedHopAdjustment, 0.8);
+  set(keys::BaggedPelletHopAdjustment, 0.9);
+  struct Row {
+    const char* what;
+    PlistArray lots;
+    const char *amount, *alpha, *form, *ibu;
+    std::vector<std::string> given;
+    const char *newAmount, *newAlpha, *newForm;
+  };
+  const auto whole = [](const char* amount, const char* alpha, double expires) {
+    return PlistValue(hopLot(std::string("w") + amount, amount, alpha, "Whole", expires));
+  };
+  const auto pellets = [](const char* amount, const char* alpha, double expires) {
+    return PlistValue(hopLot("p", amount, alpha, "Pellets", expires));
+  };
+  const auto plug = [](const char* amount, const char* alpha) {
+    return PlistValue(hopLot("o", amount, alpha, "Plugs", 0));
+  };
+  // clang-format off
+  const Row rows[] = {
+      {"bittering keeps its alpha mass", {whole("100", "5", 1)}, "30", "10", "Loose Whole Hops", "10.1",
+       {"60.000000"}, "60.000000", "5.000000", "Loose Whole Hops"},
+      {"exactly a fifth is flavour", {whole("100", "5", 1)}, "30", "10", "Loose Whole Hops", "10",
+       {"30.000000"}, "30", "5.000000", "Loose Whole Hops"},
+      {"too little alpha", {whole("50", "5", 1)}, "30", "10", "Loose Whole Hops", "20",
+       {"-"}, "30", "10", "Loose Whole Hops"},
+      {"just enough alpha", {whole("60", "5", 1)}, "30", "10", "Loose Whole Hops", "20",
+       {"60.000000"}, "60.000000", "5.000000", "Loose Whole Hops"},
+      {"too little weight", {whole("29", "50", 1)}, "30", "10", "Loose Whole Hops", "1",
+       {"-"}, "30", "10", "Loose Whole Hops"},
+      // 300 / 1.25 = 240
+      {"pellets for whole", {pellets("100", "10", 1)}, "30", "10", "Loose Whole Hops", "20",
+       {"24.000000"}, "24.000000", "10.000000", "Loose Pellet Hops"},
+      // 300 * 1.25 = 375
+      {"whole for pellets", {whole("100", "10", 1)}, "30", "10", "Loose Pellet Hops", "20",
+       {"37.500000"}, "37.500000", "10.000000", "Loose Whole Hops"},
+      // 270 * 0.8 / 0.9 = 240, and back
+      {"bagged pellets for whole", {pellets("100", "10", 1)}, "27", "10", "Bagged Whole Hops", "20",
+       {"24.000000"}, "24.000000", "10.000000", "Bagged Pellet Hops"},
+      {"bagged whole for pellets", {whole("100", "10", 1)}, "24", "10", "Bagged Pellet Hops", "20",
+       {"27.000000"}, "27.000000", "10.000000", "Bagged Whole Hops"},
+      // Unconverted: 300 are 250 of the pellets and 50 of the whole ones.
+      {"either, mostly pellets", {whole("20", "10", 2), pellets("25", "10", 1)}, "30", "10", "Loose Pellet Hops", "20",
+       {"5.000000", "25.000000"}, "30.000000", "10.000000", "Loose Pellet Hops"},
+      {"either, becoming pellets", {whole("20", "10", 2), pellets("25", "6", 1)}, "30", "10", "Loose Whole Hops", "20",
+       {"15.000000", "25.000000"}, "40.000000", "7.500000", "Loose Pellet Hops"},
+      {"either, equal sums are whole", {whole("20", "10", 2), pellets("10", "10", 1)}, "20", "10", "Loose Pellet Hops", "20",
+       {"10.000000", "10.000000"}, "20.000000", "10.000000", "Loose Whole Hops"},
+      {"another form counts as whole and is not taken as whole", {whole("20", "10", 2), plug("20", "10")}, "30", "10", "Loose Whole Hops", "20",
+       {"20.000000", "0.0"}, "20.000000", "15.000000", "Loose Whole Hops"},
+      {"flavour of the other form", {whole("10", "4", 2), pellets("40", "8", 1)}, "30", "10", "Loose Whole Hops", "1",
+       {"0.0", "30.000000"}, "30", "8.000000", "Loose Pellet Hops"},
+      {"flavour of either", {whole("20", "4", 2), pellets("10", "8", 1)}, "25", "10", "Bagged Pellet Hops", "1",
+       {"15.000000", "10.000000"}, "25", "5.600000", "Bagged Whole Hops"},
+      {"flavour goes through all lots", {whole("20", "4", 2), whole("40", "8", 1)}, "30", "10", "Loose Whole Hops", "1",
+       {"0.000000", "30.000000"}, "30", "8.000000", "Loose Whole Hops"},
+      {"hardly any flavour keeps its alpha", {whole("20", "4", 2)}, "0.01", "10", "Loose Whole Hops", "1",
+       {"0.010000"}, "0.01", "10", "Loose Whole Hops"},
+      {"no bitterness of nothing", {whole("20", "4", 2)}, "0", "10", "Loose Whole Hops", "20",
+       {"0.0"}, "0.000000", "0.000000", "Loose Whole Hops"},
+  };
+  // clang-format on
+  for (const Row& row : rows) {
+    stock("hop", "Hop", row.lots);
+    open(hops, {hop(row.amount, row.alpha, row.form, row.ibu)});
+    plan();
+    EXPECT_EQ(taken(hops, 0), row.given) << row.what;
+    EXPECT_EQ(at(hops, 0).stringValue(keys::Amount), row.newAmount) << row.what;
+    EXPECT_EQ(at(hops, 0).stringValue(keys::Alpha), row.newAlpha) << row.what;
+    EXPECT_EQ(at(hops, 0).stringValue(keys::Form), row.newForm) << row.what;
+    EXPECT_EQ(engine().messages().size(), std::string(row.form) == row.newForm ? 0U : 1U)
+        << row.what;
+    inventory().removeItemWithUUID("hop");
+  }
+}
+
+TEST_F(Engine, TellsWhereAHopChangesItsForm) {
+  stock("hop", "Hop", {hopLot("p", "100", "10", "Pellet", 1)});
+  set(keys::BaggedHopAdjustment, 1.0);
+  set(keys::BaggedPelletHopAdjustment, 1.0);
+  open(hops, {hop("1", "10", "Loose Whole Hops", "1"), hop("1", "10", "Bagged Whole Hops", "20")});
+  EXPECT_FALSE(engine().recalculateAvailabilitiesWithAdvisories(nullptr)) << "nobody to tell";
+  open(hops, {hop("1", "10", "Loose Whole Hops", "1"), hop("1", "10", "Bagged Whole Hops", "20")});
+  ZYMAvailabilitiesEngine::Advisories told;
+  EXPECT_TRUE(engine().recalculateAvailabilitiesWithAdvisories(&told));
+  const auto advisory = ZYMAvailabilitiesAdvisory::advisoryWithTitle_message;
+  EXPECT_THAT(
+      told,
+      ElementsAre(advisory("Hop Form Changed",
+                           "The form of Fuggle hops has changed to Loose Pellet Hops as there was "
+                           "insufficient of the preferred form in stock."),
+                  advisory("Hop Form Changed",
+                           "The hop form for an addition of Fuggle hops has changed as there was "
+                           "insufficient of the preferred form in stock. It has been changed to "
+                           "Bagged Pellet Hops")));
+
+  std::vector<std::string> shown;
+  NSAlert::setPresenter([&](const NSAlert& alert) {
+    EXPECT_EQ(alert.alertStyle(), NSAlert::Style::Informational);
+    EXPECT_THAT(alert.buttons(), ElementsAre("OK"));
+    shown.push_back(alert.messageText() + ": " + alert.informativeText());
+    return 0;
+  });
+  ZYMAvailabilitiesEngine::presentAdvisories({});
+  ZYMAvailabilitiesEngine::presentAdvisories_immediately({advisory("A", "a"), advisory("B", "b")},
+                                                         false);
+  EXPECT_THAT(shown, IsEmpty()) << "with the next turn";
+  ZYMAvailabilitiesEngine::presentAdvisories_immediately({advisory("C", "c")}, true);
+  EXPECT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return shown.size() == 2; }, 10));
+  EXPECT_THAT(shown, ElementsAre("C: c", "A: a\n\nb"));
+  NSAlert::setPresenter(nullptr);
+  std::vector<std::string> logged;
+  setNSLogSink([&](std::string_view line) { logged.emplace_back(line); });
+  ZYMAvailabilitiesEngine::presentAdvisories({advisory("D", "d")});
+  setNSLogSink(nullptr);
+  EXPECT_THAT(logged, ElementsAre("D", "d"));
+  EXPECT_FALSE(engine().recalculateAvailabilitiesWithAdvisories(&told)) << "nothing new";
+  EXPECT_EQ(told.size(), 2U);
+}
+
+TEST_F(Engine, TheBatchIsShared) {
+  stock("malt", "Fermentable", {lot("a", "9", 1)});
+  const SharedBatch mine(
+      {{keys::ModifiedRecipe, PlistDictionary{{malts, PlistArray{addition("malt", "2")}}}}});
+  const PlistDictionary before = *mine;
+  engine().setBatch(mine);
+  plan();
+  EXPECT_EQ(taken(malts, 0), std::vector<std::string>{"2.000000"});
+  EXPECT_NE(*mine, before);
+  mine->set(keys::AdjustedInventory, "1");
+  EXPECT_EQ(state(malts, 99), 3);
+  engine().setBatch({});
+  plan();
+  engine().adjustInventoryForBatchAndSave();
+  EXPECT_EQ(item("malt").doubleValue(keys::AmountInStock), 9);
+}
+
+TEST_F(Engine, AnEarlierAllotmentIsCheckedAgainstTheShelf) {
+  const auto shelve = [](std::initializer_list<PlistValue> lots) {
+    stock("malt", "Fermentable", PlistArray(lots));
+  };
+  shelve({lot("a", "5", 2), lot("b", "5", 1)});
+  open(malts, {addition("malt", "4"), addition("malt", "4")});
+  plan();
+  // Both take of the same: what the first was given anew isn't counted against the second.
+  EXPECT_THAT(taken(malts, 0), ElementsAre("0.0", "4.000000"));
+  EXPECT_THAT(taken(malts, 1), ElementsAre("0.0", "4.000000"));
+  EXPECT_EQ(state(malts, 1), 2);
+  PlistDictionary dear = lot("a", "1", 2);
+  dear.set(keys::Cost, "2.5");
+  PlistDictionary dearToo = lot("b", "1", 1);
+  dearToo.set(keys::Cost, "0.5");
+  shelve({dear, dearToo});
+  plan();
+  EXPECT_THAT(taken(malts, 0), ElementsAre("0.0", "4.000000")) << "the same lots, so it stands";
+  EXPECT_EQ(state(malts, 0), 0) << "though there is less by now";
+  EXPECT_EQ(engine().batch()->stringValue(keys::Cost), "4.000000") << "at the new cost";
+  shelve({lot("c", "9", 2), lot("b", "9", 1)});
+  plan();
+  EXPECT_THAT(taken(malts, 0), ElementsAre("0.0", "4.000000"));
+  EXPECT_THAT(texts(at(malts, 0).array(keys::Batches), keys::UUID), ElementsAre("c", "b"));
+  inventory().removeItemWithUUID("malt");
+  plan();
+  EXPECT_THAT(taken(malts, 0), ElementsAre("-"));
+  stock("malt", "Fermentable", {});
+  plan();
+  EXPECT_EQ(state(malts, 0), 0);
+  // An empty allotment of an item without lots stands as well.
+  engine()
+      .batch()
+      ->editDictionary(keys::ModifiedRecipe)
+      ->editArray(malts)
+      ->edit(0)
+      .editDictionary()
+      ->set(keys::Batches, PlistArray());
+  PlistDictionary working;
+  engine().validateInventoryBatchesInRecipeWithIngredientKey_inventory(malts, working);
+  EXPECT_TRUE(at(malts, 0).contains(keys::Batches));
+  EXPECT_EQ(working.size(), 1U);
+}
+
+TEST_F(Engine, ValidationWorksOnACopy) {
+  stock("malt", "Fermentable", {lot("a", "5", 1)});
+  open(malts, {addition("malt", "4")});
+  plan();
+  PlistDictionary working;
+  engine().validateInventoryBatchesInRecipeWithIngredientKey_inventory(malts, working);
+  EXPECT_EQ(*working.dictionary(KeyName("malt")), item("malt"));
+  engine().setAvailabilitiesForRecipeIngredientKey_inventory(malts, working);
+  // A number there, where every other amount is text.
+  EXPECT_EQ(*working.dictionary(KeyName("malt"))->find(keys::AmountInStock)->real(), 1.0);
+  EXPECT_EQ(working.dictionary(KeyName("malt"))
+                ->rows(keys::Batches)
+                .begin()
+                ->stringValue(keys::AmountInStock),
+            "1.000000");
+}
+
+TEST_F(Engine, AWalkTakesOneAfterTheOther) {
+  stock("malt", "Fermentable", {lot("late", "5", 2), lot("soon", "5", 1)});
+  open(malts, {addition("malt", "4"), addition("malt", "4"), addition("other", "1"),
+               addition("malt", "4")});
+  engine().autoAdjustAllIngredientsInRecipeForcingRefresh(false);
+  EXPECT_THAT(taken(malts, 0), ElementsAre("0.0", "4.000000"));
+  EXPECT_THAT(taken(malts, 1), ElementsAre("3.000000", "1.000000"));
+  EXPECT_THAT(taken(malts, 2), ElementsAre("-"));
+  EXPECT_THAT(taken(malts, 3), ElementsAre("-")) << "2 are left, and 4 are wanted";
+}
+
+TEST_F(Engine, AWalkLeavesWhatStandsBeforeTheEdit) {
+  stock("malt", "Fermentable", {lot("late", "5", 2), lot("soon", "5", 1)});
+  PlistArray additions{addition("malt", "4"), addition("malt", "3"), addition("malt", "2")};
+  PlistDictionary working;
+  const auto walk = [&](const PlistDictionary* filter, std::size_t start, bool force) {
+    working.clear();
+    return engine()
+        .autoAdjustAllInstancesOfIngredient_fromStartIndex_inArray_inventoryContents_forcingRefresh(
+            filter, start, additions, working, force);
+  };
+  const auto takenOf = [&](std::size_t i) {
+    return texts(additions.find(i)->dictionary()->array(keys::Batches), keys::Amount);
+  };
+  EXPECT_FALSE(walk(nullptr, 3, true)) << "past the end";
+  EXPECT_EQ(working.size(), 1U);
+  const PlistDictionary other = addition("other", "1");
+  EXPECT_FALSE(walk(&other, 0, true));
+  EXPECT_TRUE(walk(nullptr, 0, false));
+  EXPECT_THAT(takenOf(0), ElementsAre("0.0", "4.000000"));
+  EXPECT_THAT(takenOf(1), ElementsAre("2.000000", "1.000000"));
+  EXPECT_THAT(takenOf(2), ElementsAre("2.000000", "0.000000"));
+
+  // The brewer changes the second: the first keeps its figures, whatever they are.
+  additions.edit(0)
+      .editDictionary()
+      ->editArray(keys::Batches)
+      ->edit(1)
+      .editDictionary()
+      ->set(keys::Amount, "1.5");
+  additions.edit(0).editDictionary()->set(keys::Extract, "77");
+  EXPECT_TRUE(walk(nullptr, 1, true));
+  EXPECT_THAT(takenOf(0), ElementsAre("0.0", "1.5"));
+  EXPECT_EQ(additions.find(0)->dictionary()->stringValue(keys::Extract), "77");
+  EXPECT_THAT(takenOf(1), ElementsAre("0.0", "3.000000"));
+  EXPECT_EQ(working.dictionary(KeyName("malt"))->stringValue(keys::AmountInStock), "1.000000");
+  // Without force the whole of an addition is held against each lot: 2 against the half left of
+  // one, so it is allotted anew, and that it was is a change.
+  EXPECT_TRUE(walk(nullptr, 2, false));
+  const PlistArray one{addition("malt", "4")};
+  additions = one;
+  EXPECT_TRUE(walk(nullptr, 0, false));
+  EXPECT_FALSE(walk(nullptr, 0, false)) << "each lot has the whole of it";
+  EXPECT_TRUE(walk(nullptr, 0, true));
+}
+
+TEST_F(Engine, WhatIsDeductedIsNeverTouched) {
+  stock("malt", "Fermentable", {lot("a", "5", 1)});
+  PlistDictionary done = addition("malt", "3");
+  done.set(keys::IngredientDeducted, "1");
+  open(malts, {done, addition("malt", "2")});
+  plan();
+  EXPECT_EQ(at(malts, 0), done);
+  EXPECT_THAT(taken(malts, 1), ElementsAre("2.000000"));
+  EXPECT_EQ(engine().availabilities().array(malts)->size(), 1U) << "it has no entry";
+  EXPECT_EQ(state(malts, 0), 2);
+  engine().autoAdjustAllIngredientsInRecipeForcingRefresh(true);
+  EXPECT_EQ(at(malts, 0), done);
+  PlistDictionary copy = done;
+  engine().createNewBatchesKeyForIngredient_withInventoryEntry(copy, item("malt"));
+  EXPECT_FALSE(engine().autoAdjustIngredientBatchesForIngredient_withInventoryEntry_forceUpdate(
+      copy, nullptr, true));
+  EXPECT_EQ(copy, done);
+}
+
+TEST_F(Engine, LivesOnBadDocuments) {
+  stock("malt", "Fermentable", {lot("a", "5", 1)});
+  PlistDictionary odd = addition("malt", "1");
+  odd.set(keys::Batches, "no lots");
+  PlistDictionary odder = addition("malt", "1");
+  odder.set(keys::Batches, PlistArray{7});
+  PlistDictionary nameless = addition("malt", "1");
+  nameless.remove(keys::UUID);
+  open(malts, {1, "text", odd, odder, nameless});
+  plan();
+  engine().autoAdjustAllIngredientsInRecipeForcingRefresh(false);
+  EXPECT_THAT(taken(malts, 2), ElementsAre("1.000000"));
+  EXPECT_THAT(taken(malts, 4), ElementsAre("-"));
+  engine().setBatch(SharedBatch({{keys::ModifiedRecipe, "none"}}));
+  plan();
+  engine().markAllIngredientsAsDeducted();
+  EXPECT_EQ(engine().availabilities().size(), 4U);
+}
+
+}  // namespace
+}  // namespace zym

@@ -1,0 +1,238 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/stock/Shelf.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/stock/ZYMInventory.h"
+#include "zymcore/store/ZYMLibraryRegistry.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMInventoryBatchEntity.h"
+#include "zymcore/store/entities/ZYMInventoryEntity.h"
+
+namespace zym {
+namespace {
+
+using ::testing::ElementsAre;
+
+using Inventory = testing::WithShelf;
+
+TEST_F(Inventory, AnItemStandsForAnIngredient) {
+  try {
+    inventory().createItem();
+    ADD_FAILURE() << "an item of nothing";
+  } catch (const NSException& e) {
+    EXPECT_EQ(e.name(), NSInternalInconsistencyException);
+    EXPECT_EQ(e.reason(),
+              "DO NOT USE createItem for ZYMInventory use createItemForIngredient: instead!");
+  }
+  EXPECT_THROW((void)inventory().firstIngredient(), NSException);
+  EXPECT_FALSE(inventory().duplicateItemWithUUID("hop"));
+
+  endTurn();
+  const PlistDictionary malt = inventory().createItemForIngredient({"as given", "malt", 0});
+  EXPECT_EQ(undoName(), "Add Item");
+  EXPECT_EQ(malt.stringValue(keys::UUID), "malt");
+  EXPECT_EQ(malt.stringValue(keys::IngredientType), "Fermentable");
+  EXPECT_EQ(malt.stringValue(keys::Ingredient), "Pale Malt");
+  EXPECT_EQ(malt.stringValue(keys::Version), "5");
+  EXPECT_TRUE(malt.array(keys::Batches)->empty());
+  EXPECT_EQ(item("malt").stringValue(keys::AmountInStock), "0.000000");
+
+  const PlistDictionary nobodys =
+      inventory().createItemForIngredient_ofType({"Secret", std::nullopt, 0}, "Hop");
+  EXPECT_EQ(nobodys.stringValue(keys::UUID).size(), 36U);
+  EXPECT_EQ(nobodys.stringValue(keys::Ingredient), "Secret");
+}
+
+TEST_F(Inventory, OtherIngredientsAreLookedUpByTheNameOfTheirAdditions) {
+  ZYMCachingModel& others = *ZYMLibraryRegistry::sharedInstance().libraryOfIngredientType("Other");
+  others.addItemsFromArray(
+      {PlistDictionary{{keys::UUID, "moss"}, {keys::Ingredient, "Irish Moss"}}});
+  const auto nameOf = [](const char* type) {
+    return std::string(inventory()
+                           .createItemForIngredientWithoutUndo_ofType({"as given", "moss", 0}, type)
+                           .stringValue(keys::Ingredient));
+  };
+  EXPECT_EQ(nameOf("OtherIngredients"), "Irish Moss");
+  EXPECT_EQ(nameOf("Other"), "as given");
+}
+
+TEST_F(Inventory, ANewLotHasTheQualitiesOfTheLibrary) {
+  EXPECT_FALSE(inventory().addBatchToItemWithUUID("malt"));
+  struct Row {
+    const char *uuid, *type, *extract, *alpha, *form;
+  };
+  for (const Row& row : {Row{"malt", "Fermentable", "80.000000", nullptr, nullptr},
+                         Row{"other malt", "Fermentable", "0.0", nullptr, nullptr},
+                         Row{"hop", "Hop", nullptr, "4.500000", "Whole"},
+                         Row{"other hop", "Hop", nullptr, "0.0", "Whole"},
+                         Row{"yeast", "Yeast", nullptr, nullptr, nullptr}}) {
+    stock(row.uuid, row.type, {});
+    const PlistDictionary lot = *inventory().addBatchToItemWithUUID(row.uuid);
+    const auto text = [&](KeyName key) { return lot.string(key) ? *lot.string(key) : "-"; };
+    EXPECT_EQ(text(keys::BatchName), "New Batch");
+    EXPECT_EQ(text(keys::AmountInStock), "0.0");
+    EXPECT_EQ(text(keys::IngredientType), row.type);
+    EXPECT_EQ(text(keys::Extract), row.extract ? row.extract : "-") << row.uuid;
+    EXPECT_EQ(text(keys::Alpha), row.alpha ? row.alpha : "-") << row.uuid;
+    EXPECT_EQ(text(keys::Form), row.form ? row.form : "-");
+    EXPECT_NEAR(lot.date(keys::ExpiresOn)->timeIntervalSinceReferenceDate() -
+                    lot.date(keys::DeliveredOn)->timeIntervalSinceReferenceDate(),
+                31536000, 10);
+  }
+}
+
+TEST_F(Inventory, NewLotsComeFirst) {
+  stock("hop", "Hop", {lot("a", "1", 3), lot("b", "1", 2)});
+  endTurn();
+  const NSDate before = *item("hop").date(keys::DateLastModified);
+  const std::string added{inventory().addBatchToItemWithUUID("hop")->stringValue(keys::UUID)};
+  EXPECT_EQ(undoName(), "Add Batch");
+  EXPECT_GT(*item("hop").date(keys::DateLastModified), before);
+  std::map<std::string, std::int64_t> indexes;
+  const auto lots = *ZYMInventoryBatchEntity::findAllObjects();
+  for (const auto* lot : lots) {
+    indexes[*lot->uuid()] = lot->valueForKey(attributes::index)->integerValue();
+  }
+  EXPECT_EQ(indexes, (std::map<std::string, std::int64_t>{{added, 0}, {"a", 1}, {"b", 2}}));
+  EXPECT_THAT(texts(inventory().allBatchesForItemWithUUID("hop"), keys::UUID),
+              ElementsAre(added, "a", "b"));
+  EXPECT_FALSE(inventory().allBatchesForItemWithUUID("malt"));
+}
+
+TEST_F(Inventory, LotsStandByExpiryAndOtherwiseAsTheyCame) {
+  PlistDictionary undated = lot("undated", "1", 0);
+  undated.remove(keys::ExpiresOn);
+  stock("hop", "Hop", {lot("x", "1", 5), undated, lot("early", "1", 1), lot("y", "1", 5)});
+  const auto order = texts(item("hop").array(keys::Batches), keys::UUID);
+  EXPECT_THAT(order, ElementsAre("x", "y", "early", "undated"));
+  EXPECT_EQ(texts(inventory().allBatchesForItemWithUUID("hop"), keys::UUID), order);
+}
+
+TEST_F(Inventory, TheTotalIsThatOfTheLots) {
+  struct Row {
+    const char *type, *one, *other, *total;
+  };
+  for (const Row& row :
+       {Row{"Yeast", "1.0", "2.4", "3.000000"}, Row{"Yeast", "1", "1.5", "3.000000"},
+        Row{"Hop", "1.0", "2.4", "3.400000"}, Row{"Hop", "0.1", "16777217", "16777216.100000"},
+        Row{"Hop", "-2", "1", "-1.000000"}}) {
+    stock(row.type, row.type, {lot("a", row.one, 2), lot("b", row.other, 1)});
+    PlistDictionary changed = item(row.type);
+    EXPECT_EQ(changed.stringValue(keys::AmountInStock), row.total);
+    changed.set(keys::AmountInStock, "77");
+    inventory().updateItem(changed);
+    EXPECT_EQ(changed.stringValue(keys::AmountInStock), row.total) << "in the record given as well";
+  }
+}
+
+TEST_F(Inventory, LotsAreReplacedWhereTheyDiffer) {
+  stock("hop", "Hop", {lot("a", "1", 3), lot("b", "2", 2)});
+  const PlistArray same = *item("hop").array(keys::Batches);
+  endTurn();
+  const bool couldUndo = undoManager().canUndo();
+  inventory().updateBatches_inItemWithUUID(same, "hop");
+  EXPECT_EQ(undoManager().canUndo(), couldUndo);
+  inventory().updateBatches_inItemWithUUID({}, "unknown");
+
+  // In another order they do differ, and are written as they come.
+  const PlistArray reversed{*same.find(1), *same.find(0)};
+  testing::Posts posts{CoreDataModelDidSaveNotification};
+  inventory().updateBatches_inItemWithUUID(reversed, "hop");
+  EXPECT_EQ(posts.names.size(), 1U);
+  EXPECT_EQ(undoName(), "Edit Batch");
+  const auto lots = *ZYMInventoryBatchEntity::findAllObjects();
+  for (const auto* lot : lots) {
+    EXPECT_EQ(lot->valueForKey(attributes::index)->integerValue(), *lot->uuid() == "a" ? 1 : 0);
+  }
+  inventory().updateBatches_inItemWithUUID({*same.find(1), lot("c", "5", 1)}, "hop");
+  EXPECT_THAT(texts(item("hop").array(keys::Batches), keys::UUID), ElementsAre("b", "c"));
+  EXPECT_EQ(item("hop").stringValue(keys::AmountInStock), "7.000000");
+  EXPECT_EQ(ZYMInventoryBatchEntity::findAllObjects()->size(), 2U);
+}
+
+TEST_F(Inventory, TheSweepRemovesWhatIsEmpty) {
+  stock("full", "Hop", {lot("a", "1.234", 3), lot("b", "0.009", 2)});
+  stock("empty", "Hop", {lot("c", "0.0099", 1)});
+  stock("kept", "Hop", {lot("d", "0.01", 1)});
+  endTurn();
+  testing::Posts posts{CoreDataModelDidSaveNotification};
+  inventory().removeItemsWithNoBatches();
+  EXPECT_EQ(posts.names.size(), 1U);
+  EXPECT_THAT(texts(item("full").array(keys::Batches), keys::UUID), ElementsAre("a"));
+  EXPECT_EQ(item("full").stringValue(keys::AmountInStock), "1.23");
+  EXPECT_EQ(item("kept").stringValue(keys::AmountInStock), "0.01");
+  EXPECT_FALSE(inventory().itemWithUUID("empty"));
+  // Totals written with other decimals alone are no reason to save.
+  stock("full", "Hop", {lot("a", "2", 3)});
+  posts.names.clear();
+  inventory().removeItemsWithNoBatches();
+  EXPECT_EQ(item("full").stringValue(keys::AmountInStock), "2.00");
+  EXPECT_TRUE(posts.names.empty());
+}
+
+TEST_F(Inventory, WhatIsOnOrderIsNotKeptWithTheItem) {
+  stock("hop", "Hop", {});
+  auto* object = ZYMInventoryEntity::onlyObjectWithUUID(nullptr, "hop");
+  object->setValue_forKey("5.0", attributes::amountOnOrder);
+  inventory().removeItemsWithNoBatches();
+  EXPECT_TRUE(inventory().itemWithUUID("hop")) << "something is said to be on order";
+  stock("hop", "Hop", {});
+  EXPECT_EQ(*object->stringForKey(attributes::amountOnOrder), "0.0");
+}
+
+TEST_F(Inventory, IsListedByType) {
+  stock("hop", "Hop", {lot("a", "1", 1), lot("b", "1", 2)});
+  stock("malt", "Fermentable", {});
+  stock("stray", "Hop", {});
+  const auto rows = inventory().summariesforAllItemsOfIngredientType("Hop");
+  ASSERT_EQ(rows.size(), 2U);
+  EXPECT_EQ(rows[0], (ZYMSummary{"", "hop", 2}));
+  const PlistArray hops = inventory().allItemsOfIngredientType("Hop");
+  EXPECT_THAT(texts(hops, keys::UUID), ElementsAre("hop", "stray"));
+  EXPECT_THAT(texts(hops, keys::Ingredient), ElementsAre("Fuggle", ""));
+  EXPECT_EQ(*hops.find(0)->dictionary(), item("hop"));
+  EXPECT_EQ(inventory().allItemsOfIngredientType("OtherIngredients").size(), 0U);
+}
+
+TEST_F(Inventory, AnOrderComesIn) {
+  stock("hop", "Hop", {lot("old", "1.1", 1)});
+  const PlistDictionary hop{{keys::IngredientUUID, "hop"},
+                            {keys::IngredientType, "Hop"},
+                            {keys::Amount, "2.2"},
+                            {keys::Cost, "0.05"},
+                            {keys::Alpha, "6"},
+                            {keys::Form, "Pellets"},
+                            {keys::Status, "Delivered"}};
+  const PlistDictionary malt{{keys::IngredientUUID, "malt"},
+                             {keys::IngredientType, "Fermentable"},
+                             {keys::Amount, "5000"},
+                             {keys::Extract, "79"},
+                             {keys::Color, "4"},
+                             {keys::Alpha, "1"}};
+  testing::Posts posts{CoreDataModelDidSaveNotification};
+  inventory().addOrderToInventory(
+      PlistDictionary{{keys::Name, "May"}, {keys::OrderItems, PlistArray{hop, malt, malt}}});
+  EXPECT_EQ(posts.names.size(), 1U);
+
+  const PlistDictionary hops = item("hop");
+  EXPECT_EQ(hops.stringValue(keys::AmountInStock), "3.300000");
+  const PlistDictionary& lot = *hops.rows(keys::Batches).begin();
+  EXPECT_EQ(lot.stringValue(keys::BatchName), "New Batch: May");
+  EXPECT_EQ(lot.stringValue(keys::AmountInStock), "2.2");
+  EXPECT_EQ(lot.stringValue(keys::Cost), "0.05");
+  EXPECT_EQ(lot.stringValue(keys::Alpha), "6");
+  EXPECT_EQ(lot.stringValue(keys::Form), "Pellets");
+  const PlistDictionary malts = item("malt");
+  EXPECT_EQ(malts.stringValue(keys::Ingredient), "Pale Malt");
+  EXPECT_EQ(malts.stringValue(keys::AmountInStock), "10000.000000");
+  ASSERT_EQ(malts.array(keys::Batches)->size(), 2U);
+  const PlistDictionary& sack = *malts.rows(keys::Batches).begin();
+  EXPECT_EQ(sack.stringValue(keys::Extract), "79");
+  EXPECT_EQ(sack.stringValue(keys::Cost), "0.0");
+  EXPECT_FALSE(sack.contains(keys::Alpha));
+  EXPECT_FALSE(inventory().addOrderItem_orderName_toItemWithUUID(hop, "May", "unknown"));
+}
+
+}  // namespace
+}  // namespace zym

@@ -54,7 +54,7 @@ constexpr RecordValue waterValues[] = {
     {keys::Sodium, "Na mg/l", Show::InList, show::number, take::number},
     {keys::Sulfate, "SO4 mg/l", Show::InList, show::number, take::number},
     {keys::Chloride, "Cl mg/l", Show::InList, show::number, take::number},
-    {keys::Carbonate, "HCO3 mg/l", Show::InList, show::number, take::number},
+    {keys::Carbonate, "HCO3", Show::InList, show::number, take::number},
     {keys::Notes,     "Notes",       Show::InRecord, show::text, take::text},
 };
 constexpr RecordValue supplierValues[] = {
@@ -78,7 +78,7 @@ constexpr RecordValue profileValues[] = {
     {keys::MTThermalMass,            "Heat of mash tun",  Show::InRecord, show::grammes, take::number},
     {keys::WaterGrainRatio,          "Mash thickness",    Show::InRecord, show::waterGrain, take::waterGrain},
     {keys::ExtractEfficiency,        "Efficiency",        Show::InList,   show::percent, take::percent},
-    {keys::BoilDuration,             "Boil",              Show::InList,   show::minutes, take::minutes},
+    {keys::BoilDuration,             "Boil",              Show::InRecord, show::minutes, take::minutes},
 };
 constexpr RecordValue styleValues[] = {
     {keys::Category,          "Category",    Show::InList,   show::text, nullptr},

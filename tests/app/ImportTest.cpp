@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <regex>
+
 #include "tests/app/Program.h"
 
 namespace zym {
@@ -19,6 +21,10 @@ constexpr const char* ale =
     "<FERMENTABLES><FERMENTABLE><NAME>Maris Otter</NAME><TYPE>Grain</TYPE><AMOUNT>5 kg</AMOUNT>"
     "<YIELD>80</YIELD><COLOR>3</COLOR><ORIGIN>England</ORIGIN></FERMENTABLE></FERMENTABLES>"
     "</RECIPE></RECIPES>";
+
+std::string withColour(const std::string& degrees) {
+  return std::regex_replace(std::string(ale), std::regex("<COLOR>3<"), "<COLOR>" + degrees + "<");
+}
 
 class Import : public ::testing::Test {
  protected:
@@ -57,6 +63,8 @@ TEST_F(Import, ADryRunShowsTheMatchesAndStoresNothing) {
   EXPECT_THAT(outcome.out, AllOf(HasSubstr("UK Pale Malt"), HasSubstr("-> "),
                                  HasSubstr("1 can be imported, 0 failed")));
   EXPECT_EQ(zym({"recipes", "--json"}).out, "[]\n");
+  const Outcome odd = zym({"import", "--dry-run", folder.file("odd.xml", withColour("350"))});
+  EXPECT_THAT(odd.out, HasSubstr("350.0 ˚L -> 3.0 ˚L  POOR"));
   const Outcome sheet = zym({"calc", file});
   EXPECT_THAT(sheet.out, HasSubstr("Kölsch & Co")) << sheet.err;
 }

@@ -5,8 +5,10 @@
 #include "tests/support/Test.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/SafeJSON.h"
+#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
+#include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/events/NSOperationQueue.h"
@@ -156,6 +158,77 @@ TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
     EXPECT_EQ(malt.stringValue(keys::Amount), "4500.000000");
     EXPECT_EQ(malt.stringValue(keys::Extract), "70");
     EXPECT_EQ(malt.stringValue(keys::Moisture), "4.0");
+  }
+}
+
+// Beside the figure of the file stands the library's own, not what the file laid over it.
+TEST_F(FileImportTest, TellsTheFiguresOfItsMatches) {
+  const auto named = [](const char* name, KeyName key, const char* figure) {
+    return PlistDictionary{{parsedKeys::NAME, name}, {key, figure}};
+  };
+  const auto yeast = PlistDictionary{{parsedKeys::YEAST_NAME, "WLP001 California Ale"}};
+  const PlistDictionary parsed{
+      {parsedKeys::FERMENTABLES, PlistArray{named("US Caramel 60", parsedKeys::COLOR, "20")}},
+      {parsedKeys::HOPS, PlistArray{named("Cascade", parsedKeys::ALPHA, "6.8"),
+                                    PlistDictionary{{parsedKeys::NAME, "Cascade"}}}},
+      {parsedKeys::MISCS, PlistArray{PlistDictionary{{parsedKeys::NAME, "Irish Moss"}}}},
+      {keys::YeastIngredients, PlistArray{yeast}},
+      {keys::Attenuation, "72.5"}};
+  ZYMFileImportOperation operation;
+  const PlistDictionary recipe = operation.processParsedRecipe(parsed);
+  const std::vector<ImportMatch>& matches = operation.matches();
+  ASSERT_THAT(matches, SizeIs(6));  // the first is the style
+  EXPECT_EQ(matches[1].figureInFile, 20);
+  EXPECT_EQ(matches[1].figureMatched, 60);
+  EXPECT_TRUE(isPoor(matches[1]));
+  EXPECT_EQ(
+      recipe.array(keys::FermentableIngredients)->find(0)->dictionary()->stringValue(keys::Color),
+      "20");
+  const auto alpha =
+      ZYMHops::sharedInstance()
+          .ingredientWithNameMostSimilarToString_matchingKeysAndValues("Cascade", nullptr)
+          .doubleValue(keys::Alpha);
+  EXPECT_EQ(matches[2].figureInFile, 6.8);
+  EXPECT_EQ(matches[2].figureMatched, alpha);
+  EXPECT_FALSE(isPoor(matches[2]));
+  EXPECT_EQ(matches[3].figureInFile, std::nullopt);
+  EXPECT_EQ(matches[4].figureMatched, std::nullopt);
+  EXPECT_EQ(matches[5].figureInFile, 72.5);
+  EXPECT_EQ(matches[5].figureMatched, 76.5);  // 73 to 80 says the maker
+
+  PlistDictionary withTwo = parsed;
+  withTwo.set(keys::YeastIngredients, PlistArray{yeast, yeast});
+  ZYMFileImportOperation other;
+  (void)other.processParsedRecipe(withTwo);
+  EXPECT_EQ(other.matches().back().figureInFile, std::nullopt);
+}
+
+TEST(ImportMatch, IsPoorWhereNameOrFigureIsFarOff) {
+  const struct {
+    std::string_view kind;
+    double similarity;
+    std::optional<double> inFile;
+    std::optional<double> matched;
+    bool isPoor;
+  } cases[] = {
+      {words::Fermentable, 0.39, std::nullopt, std::nullopt, true},
+      {words::Fermentable, 0.4, std::nullopt, std::nullopt, false},
+      {words::Fermentable, 0.3, 10, 10, true},
+      {words::Fermentable, 1, 2, 3.5, false},
+      {words::Fermentable, 1, 2, 3.75, true},
+      {words::Fermentable, 1, 40, 54, false},
+      {words::Fermentable, 1, 40, 54.5, true},
+      {words::Fermentable, 1, 60, 20, true},
+      {words::Fermentable, 1, 60, std::nullopt, false},
+      {words::Hop, 1, 10, 13.5, false},
+      {words::Hop, 1, 10, 6, true},
+      {words::Yeast, 1, 75, 80, false},
+      {words::Yeast, 1, 75, 80.5, true},
+  };
+  for (const auto& c : cases) {
+    ImportMatch match{c.kind, "", "", "", c.inFile, c.matched, c.similarity};
+    EXPECT_EQ(isPoor(match), c.isPoor)
+        << c.kind << ' ' << c.similarity << ' ' << c.inFile.value_or(-1);
   }
 }
 

@@ -145,17 +145,14 @@ TEST_F(Batches, ADocumentThatCannotBeStoredLeavesNothingBehind) {
 
 TEST_F(Batches, AreRepairedWhenTheyAreRead) {
   addRecipe("Bock");
-  const PlistDictionary recipe{
-      {keys::Notes, std::string(20000, 'n')},
-      {keys::HopIngredients,
-       PlistArray{PlistDictionary{{keys::Description, ""}, {keys::IngredientDeducted, ""}}}},
-      {keys::YeastIngredients, PlistArray{PlistDictionary{{keys::Description, ""}}}}};
-  PlistDictionary batch{{keys::UUID, "a"},
-                        {keys::BatchTitle, ""},
-                        {keys::OriginalRecipe, recipe},
-                        {keys::ModifiedRecipe, recipe},
-                        {keys::RecipeAtCreation, recipe},
-                        {keys::TastingNotes, ""}};
+  PlistDictionary recipe =
+      R"({"HopIngredients": [{"Description": "", "IngredientDeducted": ""}],
+          "YeastIngredients": [{"Description": ""}]})"_json;
+  recipe.set(keys::Notes, std::string(20000, 'n'));
+  PlistDictionary batch = R"({"UUID": "a", "BatchTitle": "", "TastingNotes": ""})"_json;
+  for (const KeyName key : {keys::OriginalRecipe, keys::ModifiedRecipe, keys::RecipeAtCreation}) {
+    batch.set(key, recipe);
+  }
   recipes().restoreBatch_toRecipeWithUUID(batch, "Bock");
   EXPECT_FALSE(recipes().batchWithUUID("a"));
   EXPECT_THAT(recipes().batchSummariesForRecipeWithUUID("Bock"), ::testing::Optional(SizeIs(1)));

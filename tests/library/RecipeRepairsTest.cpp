@@ -1,3 +1,4 @@
+#include "tests/support/Json.h"
 #include "tests/support/Store.h"
 #include "tests/support/Test.h"
 #include "zymcore/documents/Vocabularies.h"
@@ -30,21 +31,15 @@ class RecipeRepairs : public testing::WithStore {
     ZYMYeasts::sharedInstance().addItemsFromArray(yeasts);
   }
   static PlistDictionary current() {
-    PlistDictionary recipe{
-        {keys::BoilDuration, "60"},
-        {keys::MashEfficiency, "75"},
-        {keys::SteepTemperature, 66},
-        {keys::SteepDuration, ""},
-        {keys::StyleGuidelinesSource, "1.000000"},
-        {keys::StyleUUID, ""},
-        {keys::WortFermentability, "Low"},
-        {keys::TargetWaterProfileUsedUUID, "t"},
-        {keys::BaseWaterProfileUsedUUID, "b"},
-        {keys::Profile, PlistDictionary{{keys::BoilDuration, ""}, {keys::ExtractEfficiency, ""}}}};
-    for (const KeyName key : allAdditions) {
-      recipe.set(key, PlistArray{"no addition", PlistDictionary{{keys::IngredientDeducted, "x"}}});
-    }
-    return recipe;
+    return R"({
+        "BoilDuration": "60", "MashEfficiency": "75", "SteepTemperature": 66, "SteepDuration": "",
+        "StyleGuidelinesSource": "1.000000", "StyleUUID": "", "WortFermentability": "Low",
+        "TargetWaterProfileUsedUUID": "t", "BaseWaterProfileUsedUUID": "b",
+        "Profile": {"BoilDuration": "", "ExtractEfficiency": ""},
+        "FermentableIngredients": ["no addition", {"IngredientDeducted": "x"}],
+        "HopIngredients": ["no addition", {"IngredientDeducted": "x"}],
+        "OtherIngredients": ["no addition", {"IngredientDeducted": "x"}],
+        "YeastIngredients": ["no addition", {"IngredientDeducted": "x"}]})"_json;
   }
 };
 
@@ -129,24 +124,20 @@ TEST_F(RecipeRepairs, StylesAndWatersAreFoundByName) {
 TEST_F(RecipeRepairs, TheOneYeastBecomesAnAddition) {
   addWaters();
   addYeasts();
-  for (const char* yeast : {" None", "Twice", "unknown", "Ale"}) {
+  for (const std::string yeast : {" None", "Twice", "unknown", "Ale"}) {
     PlistDictionary recipe = current();
     recipe.remove(keys::YeastIngredients);
     recipe.set(keys::Yeast, yeast);
     recipe.set(keys::YeastAmount, "2");
-    EXPECT_FALSE(ZYMRecipes::ensureRecipeLatestVersion_inventoryAdjusted(recipe, true));
-    EXPECT_EQ(recipe.stringValue(keys::Yeast), yeast);
-    PlistArray expected;
-    if (yeast == std::string("Ale")) {
-      expected.append(PlistDictionary{{keys::Name, "Ale"},
-                                      {keys::UUID, "Ale"},
-                                      {keys::Attenuation, "74.000000"},
-                                      {keys::Amount, "2"},
-                                      {keys::YeastAmountType, "Commercial Pack"},
-                                      {keys::UsageNote, ""},
-                                      {keys::IngredientDeducted, "1"}});
+    PlistDictionary expected = recipe;
+    expected.set(keys::YeastIngredients, PlistArray());
+    if (yeast == "Ale") {
+      expected.editArray(keys::YeastIngredients)->append(R"({
+          "Name": "Ale", "UUID": "Ale", "Attenuation": "74.000000", "Amount": "2",
+          "YeastAmountType": "Commercial Pack", "UsageNote": "", "IngredientDeducted": "1"})"_json);
     }
-    EXPECT_EQ(*recipe.array(keys::YeastIngredients), expected) << yeast;
+    EXPECT_FALSE(ZYMRecipes::ensureRecipeLatestVersion_inventoryAdjusted(recipe, true));
+    EXPECT_EQ(recipe, expected) << yeast;
   }
 }
 
@@ -239,15 +230,13 @@ TEST(ValidatedIngredients, FermentablesHaveTheirShares) {
         std::tuple("0.0025", "25.000000", "75.000000")}) {
     PlistDictionary grain = addition("End Of Boil", amount);
     grain.set(keys::IsGrain, "1");
-    const double rest = 3 * grain.doubleValue(keys::Amount);
-    PlistDictionary recipe{
-        {keys::FermentableIngredients, PlistArray{grain, false, addition("End Of Boil", rest)}}};
+    PlistDictionary sugar = addition("End Of Boil", 3 * grain.doubleValue(keys::Amount));
+    PlistDictionary recipe{{keys::FermentableIngredients, PlistArray{grain, false, sugar}}};
+    grain.set(keys::When, "In Mash/Steeped");
+    grain.set(keys::Percentage, first);
+    sugar.set(keys::Percentage, second);
     ZYMRecipes::validateIngredientsInRecipe(recipe);
-    const PlistArray& rows = *recipe.array(keys::FermentableIngredients);
-    EXPECT_EQ(rows.find(0)->dictionary()->stringValue(keys::When), "In Mash/Steeped");
-    EXPECT_EQ(rows.find(0)->dictionary()->stringValue(keys::Percentage), first);
-    EXPECT_EQ(rows.find(2)->dictionary()->stringValue(keys::When), "End Of Boil");
-    EXPECT_EQ(rows.find(2)->dictionary()->stringValue(keys::Percentage), second);
+    EXPECT_EQ(*recipe.array(keys::FermentableIngredients), (PlistArray{grain, false, sugar}));
   }
 }
 
@@ -285,18 +274,19 @@ TEST(ValidatedIngredients, HopsBoilNoLongerThanTheWort) {
 TEST(ZeroedIngredients, GoFromOneArrayACall) {
   PlistDictionary recipe{
       {keys::FermentableIngredients, PlistArray{addition("", "0.05")}},
-      {keys::HopIngredients, PlistArray{addition("", "0.049"), addition("", 1, "a"), "no hop",
-                                        PlistDictionary(), addition("", notANumber, "b")}},
+      {keys::HopIngredients, PlistArray{addition("", "0.049"), addition("", 1), "no hop",
+                                        PlistDictionary(), addition("", notANumber)}},
       {keys::OtherIngredients, PlistArray{addition("", "-1")}},
       {keys::YeastIngredients, PlistArray{addition("", "0")}}};
+  PlistDictionary expected = recipe;
+  for (const std::size_t zeroed : {3U, 0U})
+    expected.editArray(keys::HopIngredients)->remove(zeroed);
   EXPECT_TRUE(ZYMRecipes::removeZeroedIngredientsInRecipe(recipe));
-  EXPECT_EQ(names(recipe, keys::HopIngredients), "ab");
-  EXPECT_EQ(recipe.array(keys::HopIngredients)->size(), 3);
-  EXPECT_EQ(recipe.array(keys::OtherIngredients)->size(), 1);
+  EXPECT_EQ(recipe, expected);
+  expected.set(keys::OtherIngredients, PlistArray());
   EXPECT_TRUE(ZYMRecipes::removeZeroedIngredientsInRecipe(recipe));
   EXPECT_FALSE(ZYMRecipes::removeZeroedIngredientsInRecipe(recipe));
-  EXPECT_EQ(recipe.array(keys::FermentableIngredients)->size(), 1);
-  EXPECT_EQ(recipe.array(keys::YeastIngredients)->size(), 1);
+  EXPECT_EQ(recipe, expected);
 }
 
 // Removing them one by one would take minutes.

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <span>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -92,12 +93,19 @@ double shortened(double minutes, double degreesBelow) {
                           : minutes;
 }
 
+using Steps = std::span<const std::pair<double, double>>;
+constexpr std::pair<double, double> daniels[] = {
+    {10, 0.05}, {20, 0.12}, {30, 0.15}, {45, 0.19}, {60, 0.22}, {75, 0.24}, {HUGE_VAL, 0.27}};
+constexpr std::pair<double, double> garetz[] = {
+    {11, 0},    {16, 0.02}, {21, 0.05}, {26, 0.08}, {31, 0.11}, {36, 0.14},      {41, 0.16},
+    {46, 0.18}, {51, 0.19}, {61, 0.20}, {71, 0.21}, {81, 0.22}, {HUGE_VAL, 0.23}};
+
 // The value beside the first limit that is above t, else the last one.
-double step(double t, std::initializer_list<std::pair<double, double>> steps, double last) {
+double step(double t, Steps steps) {
   for (const auto& [limit, value] : steps) {
     if (t < limit) return value;
   }
-  return last;
+  return steps.back().second;
 }
 
 double utilisation(double sg, double t, std::int64_t formula) {
@@ -106,27 +114,11 @@ double utilisation(double sg, double t, std::int64_t formula) {
     case 0:
       return 1.65 * std::pow(0.000125, sg - 1) * (1 - std::exp(-0.04 * t)) / 4.15;
     case 1:
-      return step(t, {{10, 0.05}, {20, 0.12}, {30, 0.15}, {45, 0.19}, {60, 0.22}, {75, 0.24}},
-                  0.27) /
-             ga;
+      return step(t, daniels) / ga;
     case 2:
       return (18.11 + 13.86 * std::tanh((t - 31.32) / 18.27)) / (sg > 1.05 ? ga : 1) / 100;
     default:
-      return step(t,
-                  {{11, 0},
-                   {16, 0.02},
-                   {21, 0.05},
-                   {26, 0.08},
-                   {31, 0.11},
-                   {36, 0.14},
-                   {41, 0.16},
-                   {46, 0.18},
-                   {51, 0.19},
-                   {61, 0.20},
-                   {71, 0.21},
-                   {81, 0.22}},
-                  0.23) /
-             ga;
+      return step(t, garetz) / ga;
   }
 }
 

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -128,7 +129,8 @@ TEST_F(OldFolder, IsCopiedAgainWhereTheProcessEnded) {
 }
 
 TEST_F(OldFolder, IsTriedAgainAfterAFullDisk) {
-  Child child([](int) {
+  Child child([&](int) {
+    ::dup2(::open((home / "log").c_str(), O_CREAT | O_WRONLY, 0600), STDERR_FILENO);
     ::signal(SIGXFSZ, SIG_IGN);
     const rlimit tight{30'000, 30'000};  // room for a picture and not for the store
     ::setrlimit(RLIMIT_FSIZE, &tight);
@@ -136,6 +138,7 @@ TEST_F(OldFolder, IsTriedAgainAfterAFullDisk) {
   });
   const int status = child.join();
   EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT);
+  EXPECT_THAT(bytesOf(home / "log"), HasSubstr(".incoming/Wortmeister.sqlite: "));
   EXPECT_FALSE(fs::exists(present + "/Wortmeister.sqlite"));
   open();
   expectWhole();

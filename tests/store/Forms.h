@@ -1,197 +1,134 @@
 #pragma once
 
-#include <variant>
+#include <sstream>
 
 #include "tests/support/Test.h"
 #include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {
 
-/// How a value that isn't there is read.
-enum class Missing { None, Kept, NewUUID, Now };
-using Absent = std::variant<Missing, const char*>;
-inline constexpr Absent none = Missing::None;
-inline constexpr Absent kept = Missing::Kept;
-inline constexpr Absent newUUID = Missing::NewUUID;
-inline constexpr Absent now = Missing::Now;
-inline constexpr Absent zero = "0.000000";
-inline constexpr Absent empty = "";
+/// A row of a form is "attribute key given>stored read written". Alone, what is given is stored.
+/// Read is what the attribute becomes of a record without the key: a text, or absent, kept, a new
+/// uuid or now. Written is what the record has for an object without the attribute: nothing, where
+/// nothing is said. A form whose records have children names their key. ('' is no text. An amount
+/// in stock is the sum of the lots, and there are none.)
+inline constexpr const char* formTexts = R"(
+ZYMFermentableEntity: isGrain IsGrain 1 kept | mustBeMashed MustBeMashed 0 kept |
+  color Color 3.5>3.500000 0.000000 | moisture Moisture 4>4.000000 0.000000 |
+  extract Extract 80.1>80.099998 0.000000 | uuid UUID U absent |
+  dateLastModified DateLastModified date now | ingredientDescription Description d '' |
+  name Ingredient n '' ''
+ZYMHopEntity: alpha Alpha 4.5>4.500000 0.000000 | uuid UUID U absent |
+  dateLastModified DateLastModified date now | ingredientDescription Description d '' |
+  name Variety n '' ''
+ZYMOtherIngredientEntity: uuid UUID U absent | dateLastModified DateLastModified date now |
+  ingredientDescription Description d '' | name Ingredient n '' ''
+ZYMYeastEntity: beerType BeerType Lager Ale | yeastType YeastType Dry Liquid |
+  attenuation Attenuation 74>74.000000 0.000000 | uuid UUID U absent |
+  dateLastModified DateLastModified date now | ingredientDescription Description d '' |
+  name Name n '' ''
+ZYMWaterEntity: uuid UUID U new | name Name n absent '' |
+  dateLastModified DateLastModified date now | calcium Calcium 1>1.000000 0.000000 |
+  bicarbonate Carbonate 2>2.000000 0.000000 | chloride Chloride 3>3.000000 0.000000 |
+  magnesium Magnesium 4>4.000000 0.000000 | sodium Sodium 5>5.000000 0.000000 |
+  sulfate Sulfate 6>6.000000 0.000000 | notes Notes t '' ''
+ZYMSupplierEntity: uuid UUID U new | name Name n '' '' |
+  dateLastModified DateLastModified date now | homepage Homepage h absent |
+  email Email e absent | location Location l absent | phone Phone p absent
+ZYMProfileEntity: uuid UUID U absent | name ProfileName n '' '' |
+  dateLastModified DateLastModified date now |
+  preBoilVolume PreBoilVolume 1>1.000000 0.000000 |
+  postBoilVolume PostBoilVolume 2>2.000000 0.000000 |
+  volumeTransferred VolumeToFermenter 3>3.000000 0.000000 |
+  waterAdded VolumeWaterAdded 4>4.000000 0.000000 |
+  volumeAtPitching VolumeAtPitching 5>5.000000 0.000000 |
+  finishedVolume FinishedBatchVolume 6>6.000000 0.000000 |
+  recipeType PreferredRecipeType t absent | mashScheduleUuid PreferredMashSchedule m absent |
+  baseWaterUuid PreferredBaseWaterUUID b absent first |
+  targetWaterUuid PreferredTargetWaterUUID w absent first |
+  spargeMethod PreferredSpargeMethod s absent |
+  mtThermalMass MTThermalMass 7>7.000000 0.000000 |
+  waterGrainRatio WaterGrainRatio 8>8.000000 0.000000 |
+  extractEfficiency ExtractEfficiency 9>9.000000 0.000000 |
+  boilDuration BoilDuration 90.7>90 0
+ZYMStyleEntity: uuid UUID U new | dateLastModified DateLastModified date now |
+  name Name n '' ''
+ZYMStyleCategoryEntity: uuid UUID U new | name Name n '' '' |
+  dateLastModified DateLastModified date now | category Category c absent |
+  type Type t absent | maxABV MaxABV 1 absent | minABV MinABV 2 absent |
+  maxColor MaxColor 3 absent | minColor MinColor 4 absent | maxFG MaxFG 5 absent |
+  minFG MinFG 6 absent | maxIBU MaxIBU 7 absent | minIBU MinIBU 8 absent |
+  maxOG MaxOG 9 absent | minOG MinOG 0 absent
+ZYMMashScheduleEntity with Steps: uuid UUID U new |
+  dateLastModified DateLastModified date now | name ScheduleName n '' ''
+ZYMMashStepEntity: name StepType n '' '' | uuid UUID U new new | duration Duration 15 kept |
+  temperature Temperature 66 kept
+ZYMInventoryEntity with Batches: uuid UUID U kept |
+  dateLastModified DateLastModified date now | name Ingredient '' '' '' |
+  amountInStock AmountInStock 9>0.000000 0.000000 |
+  ingredientType IngredientType Hop Fermentable
+ZYMInventoryBatchEntity: ingredientType IngredientType Hop kept |
+  amountInStock AmountInStock 9 kept | cost Cost 1.5 0.0 | name BatchName n '' '' |
+  uuid UUID U kept | deliveredOn DeliveredOn date kept | expiresOn ExpiresOn date kept |
+  extract Extract 1 kept | color Color 2 kept | alpha Alpha 3 kept | hopForm Form f kept
+ZYMOrderEntity with OrderItems: uuid UUID U new | name Name n '' '' |
+  dateLastModified DateLastModified date now | orderDate OrderDate date absent |
+  deliveryDate DeliveryDate date absent | notes Notes t '' '' |
+  supplierUuid SupplierUUID s absent
+ZYMOrderItemEntity: uuid UUID U new | dateLastModified DateLastModified date now |
+  amount Amount 2.5>2.500000 0.000000 | ingredientUuid IngredientUUID i absent |
+  status Status s absent | ingredientType IngredientType Hop kept | cost Cost 1.5 0.0 |
+  extract Extract 1 kept | color Color 2 kept | alpha Alpha 3 kept | hopForm Form f kept
+ZYMGroupEntity with KeysOfContents: uuid UUID U absent | type Type t absent |
+  dateLastModified DateLastModified date now | name GroupName n '' ''
+ZYMRecipeEntity: uuid UUID U kept | name RecipeTitle n kept '' |
+  dateLastModified DateLastModified date now
+ZYMRecipeBatchEntity: uuid UUID U kept | name BatchTitle n kept '' |
+  dateBrewed DateBrewed date kept | dateLastModified DateLastModified date now)";
 
 struct Row {
-  const char* attribute;
-  const char* key;
-  const char* given;   // null for a date
-  const char* stored;  // likewise
-  Absent read;         // of a record without the key
-  // What the record has for an object without the attribute; null for nothing.
-  const char* written = nullptr;
+  std::string attribute, key, given, stored, read;
+  std::optional<std::string> written;
 };
-inline constexpr const char* date = nullptr;
-inline constexpr const char* madeUp = "a new uuid";
-
 struct Form {
-  const char* entity;
-  const char* children;  // a key that only records with children have
+  std::string entity;
+  bool hasChildren = false;
   std::vector<Row> rows;
 };
 
-// clang-format off
-inline const Form forms[] = {
-    {"ZYMFermentableEntity", nullptr, {
-        {"isGrain", "IsGrain", "1", "1", kept},
-        {"mustBeMashed", "MustBeMashed", "0", "0", kept},
-        {"color", "Color", "3.5", "3.500000", zero},
-        {"moisture", "Moisture", "4", "4.000000", zero},
-        {"extract", "Extract", "80.1", "80.099998", zero},
-        {"uuid", "UUID", "U", "U", none},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"ingredientDescription", "Description", "d", "d", empty},
-        {"name", "Ingredient", "n", "n", empty, ""}}},
-    {"ZYMHopEntity", nullptr, {
-        {"alpha", "Alpha", "4.5", "4.500000", zero},
-        {"uuid", "UUID", "U", "U", none},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"ingredientDescription", "Description", "d", "d", empty},
-        {"name", "Variety", "n", "n", empty, ""}}},
-    {"ZYMOtherIngredientEntity", nullptr, {
-        {"uuid", "UUID", "U", "U", none},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"ingredientDescription", "Description", "d", "d", empty},
-        {"name", "Ingredient", "n", "n", empty, ""}}},
-    {"ZYMYeastEntity", nullptr, {
-        {"beerType", "BeerType", "Lager", "Lager", "Ale"},
-        {"yeastType", "YeastType", "Dry", "Dry", "Liquid"},
-        {"attenuation", "Attenuation", "74", "74.000000", zero},
-        {"uuid", "UUID", "U", "U", none},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"ingredientDescription", "Description", "d", "d", empty},
-        {"name", "Name", "n", "n", empty, ""}}},
-    {"ZYMWaterEntity", nullptr, {
-        {"uuid", "UUID", "U", "U", newUUID},
-        {"name", "Name", "n", "n", none, ""},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"calcium", "Calcium", "1", "1.000000", zero},
-        {"bicarbonate", "Carbonate", "2", "2.000000", zero},
-        {"chloride", "Chloride", "3", "3.000000", zero},
-        {"magnesium", "Magnesium", "4", "4.000000", zero},
-        {"sodium", "Sodium", "5", "5.000000", zero},
-        {"sulfate", "Sulfate", "6", "6.000000", zero},
-        {"notes", "Notes", "t", "t", empty, ""}}},
-    {"ZYMSupplierEntity", nullptr, {
-        {"uuid", "UUID", "U", "U", newUUID},
-        {"name", "Name", "n", "n", empty, ""},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"homepage", "Homepage", "h", "h", none},
-        {"email", "Email", "e", "e", none},
-        {"location", "Location", "l", "l", none},
-        {"phone", "Phone", "p", "p", none}}},
-    {"ZYMProfileEntity", nullptr, {
-        {"uuid", "UUID", "U", "U", none},
-        {"name", "ProfileName", "n", "n", empty, ""},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"preBoilVolume", "PreBoilVolume", "1", "1.000000", zero},
-        {"postBoilVolume", "PostBoilVolume", "2", "2.000000", zero},
-        {"volumeTransferred", "VolumeToFermenter", "3", "3.000000", zero},
-        {"waterAdded", "VolumeWaterAdded", "4", "4.000000", zero},
-        {"volumeAtPitching", "VolumeAtPitching", "5", "5.000000", zero},
-        {"finishedVolume", "FinishedBatchVolume", "6", "6.000000", zero},
-        {"recipeType", "PreferredRecipeType", "t", "t", none},
-        {"mashScheduleUuid", "PreferredMashSchedule", "m", "m", none},
-        {"baseWaterUuid", "PreferredBaseWaterUUID", "b", "b", none, "first water"},
-        {"targetWaterUuid", "PreferredTargetWaterUUID", "w", "w", none, "first water"},
-        {"spargeMethod", "PreferredSpargeMethod", "s", "s", none},
-        {"mtThermalMass", "MTThermalMass", "7", "7.000000", zero},
-        {"waterGrainRatio", "WaterGrainRatio", "8", "8.000000", zero},
-        {"extractEfficiency", "ExtractEfficiency", "9", "9.000000", zero},
-        {"boilDuration", "BoilDuration", "90.7", "90", "0"}}},
-    {"ZYMStyleEntity", nullptr, {
-        {"uuid", "UUID", "U", "U", newUUID},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"name", "Name", "n", "n", empty, ""}}},
-    {"ZYMStyleCategoryEntity", nullptr, {
-        {"uuid", "UUID", "U", "U", newUUID},
-        {"name", "Name", "n", "n", empty, ""},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"category", "Category", "c", "c", none},
-        {"type", "Type", "t", "t", none},
-        {"maxABV", "MaxABV", "1", "1", none},
-        {"minABV", "MinABV", "2", "2", none},
-        {"maxColor", "MaxColor", "3", "3", none},
-        {"minColor", "MinColor", "4", "4", none},
-        {"maxFG", "MaxFG", "5", "5", none},
-        {"minFG", "MinFG", "6", "6", none},
-        {"maxIBU", "MaxIBU", "7", "7", none},
-        {"minIBU", "MinIBU", "8", "8", none},
-        {"maxOG", "MaxOG", "9", "9", none},
-        {"minOG", "MinOG", "0", "0", none}}},
-    {"ZYMMashScheduleEntity", "Steps", {
-        {"uuid", "UUID", "U", "U", newUUID},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"name", "ScheduleName", "n", "n", empty, ""}}},
-    {"ZYMMashStepEntity", nullptr, {
-        {"name", "StepType", "n", "n", empty, ""},
-        {"uuid", "UUID", "U", "U", newUUID, madeUp},
-        {"duration", "Duration", "15", "15", kept},
-        {"temperature", "Temperature", "66", "66", kept}}},
-    {"ZYMInventoryEntity", "Batches", {
-        {"uuid", "UUID", "U", "U", kept},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"name", "Ingredient", "", "", empty, ""},
-        {"amountInStock", "AmountInStock", "9", "0.000000", zero},  // the sum of no lots
-        {"ingredientType", "IngredientType", "Hop", "Hop", "Fermentable"}}},
-    {"ZYMInventoryBatchEntity", nullptr, {
-        {"ingredientType", "IngredientType", "Hop", "Hop", kept},
-        {"amountInStock", "AmountInStock", "9", "9", kept},
-        {"cost", "Cost", "1.5", "1.5", "0.0"},
-        {"name", "BatchName", "n", "n", empty, ""},
-        {"uuid", "UUID", "U", "U", kept},
-        {"deliveredOn", "DeliveredOn", date, date, kept},
-        {"expiresOn", "ExpiresOn", date, date, kept},
-        {"extract", "Extract", "1", "1", kept},
-        {"color", "Color", "2", "2", kept},
-        {"alpha", "Alpha", "3", "3", kept},
-        {"hopForm", "Form", "f", "f", kept}}},
-    {"ZYMOrderEntity", "OrderItems", {
-        {"uuid", "UUID", "U", "U", newUUID},
-        {"name", "Name", "n", "n", empty, ""},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"orderDate", "OrderDate", date, date, none},
-        {"deliveryDate", "DeliveryDate", date, date, none},
-        {"notes", "Notes", "t", "t", empty, ""},
-        {"supplierUuid", "SupplierUUID", "s", "s", none}}},
-    {"ZYMOrderItemEntity", nullptr, {
-        {"uuid", "UUID", "U", "U", newUUID},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"amount", "Amount", "2.5", "2.500000", zero},
-        {"ingredientUuid", "IngredientUUID", "i", "i", none},
-        {"status", "Status", "s", "s", none},
-        {"ingredientType", "IngredientType", "Hop", "Hop", kept},
-        {"cost", "Cost", "1.5", "1.5", "0.0"},
-        {"extract", "Extract", "1", "1", kept},
-        {"color", "Color", "2", "2", kept},
-        {"alpha", "Alpha", "3", "3", kept},
-        {"hopForm", "Form", "f", "f", kept}}},
-    {"ZYMGroupEntity", "KeysOfContents", {
-        {"uuid", "UUID", "U", "U", none},
-        {"type", "Type", "t", "t", none},
-        {"dateLastModified", "DateLastModified", date, date, now},
-        {"name", "GroupName", "n", "n", empty, ""}}},
-    {"ZYMRecipeEntity", nullptr, {
-        {"uuid", "UUID", "U", "U", kept},
-        {"name", "RecipeTitle", "n", "n", kept, ""},
-        {"dateLastModified", "DateLastModified", date, date, now}}},
-    {"ZYMRecipeBatchEntity", nullptr, {
-        {"uuid", "UUID", "U", "U", kept},
-        {"name", "BatchTitle", "n", "n", kept, ""},
-        {"dateBrewed", "DateBrewed", date, date, kept},
-        {"dateLastModified", "DateLastModified", date, date, now}}},
-};
-// clang-format on
+inline std::vector<Form> readForms() {
+  std::vector<Form> forms;
+  std::istringstream words(formTexts);
+  std::vector<std::string> row;
+  const auto endRow = [&] {
+    if (row.empty()) return;
+    for (std::string& word : row) word = word == "''" ? "" : word;
+    const std::size_t change = row[2].find('>');
+    forms.back().rows.push_back({row[0], row[1], row[2].substr(0, change),
+                                 row[2].substr(change == row[2].npos ? 0 : change + 1), row[3],
+                                 row.size() > 4 ? std::optional(row[4]) : std::nullopt});
+    row.clear();
+  };
+  for (std::string word; words >> word;) {
+    if (word.starts_with("ZYM")) {
+      endRow();
+      forms.push_back({word.substr(0, word.find(':')), !word.ends_with(':'), {}});
+      while (!word.ends_with(':')) words >> word;
+    } else if (word == "|") {
+      endRow();
+    } else {
+      row.push_back(word);
+    }
+  }
+  endRow();
+  return forms;
+}
+inline const std::vector<Form> forms = readForms();
 
 inline const NSDate day = NSDate::dateWithTimeIntervalSince1970(1e9 + 0.1234567);
 
-inline PlistValue valueOf(const char* text) {
-  return text ? PlistValue(text) : PlistValue(day);
+inline PlistValue valueOf(const std::string& text) {
+  return text == "date" ? PlistValue(day) : PlistValue(text);
 }
 
 }  // namespace zym

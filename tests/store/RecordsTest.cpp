@@ -165,6 +165,8 @@ TEST_F(Records, ColumnsWinOverTheDocument) {
 TEST_F(Records, ARecipeWithoutADocumentIsAbsentAndADamagedOneThrows) {
   ZYMRecipeEntity& recipe = ZYMRecipeEntity::insertInContext(context());
   EXPECT_FALSE(recipe.dateLastModified());
+  recipe.setDateLastModified(day);
+  EXPECT_EQ(recipe.dateLastModified(), day);
   EXPECT_FALSE(recipe.dictionaryRepresentation());
   recipe.setDocument_forKey(NSData(), attributes::data);
   EXPECT_FALSE(recipe.dictionaryRepresentation());

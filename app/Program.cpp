@@ -9,11 +9,14 @@
 #include "app/commands/ImageCommands.h"
 #include "app/commands/ImportCommand.h"
 #include "app/commands/LibraryCommands.h"
+#include "app/commands/OrderCommands.h"
+#include "app/commands/PlanCommands.h"
 #include "app/commands/RecipeCommands.h"
 #include "app/commands/RecordCommands.h"
 #include "app/commands/SettingsCommands.h"
 #include "app/commands/ShellCommand.h"
 #include "app/commands/StepCommands.h"
+#include "app/commands/StockCommands.h"
 #include "app/commands/StoreCommand.h"
 #include "app/commands/UnitsCommand.h"
 #include "app/session/Store.h"
@@ -51,6 +54,9 @@ int parse(std::vector<std::string> arguments, CalledFrom caller) {
   addRecipeCommands(program);
   addRecordCommands(program);
   addBatchCommands(program);
+  addStockCommands(program);
+  addOrderCommands(program);
+  addPlanCommands(program);
   addImageCommands(program);
   addImportCommand(program, exitCode);
   addLibraryCommands(program);

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <memory>
 
+#include "app/commands/PlanCommands.h"
 #include "app/session/Store.h"
 #include "app/terminal/Faults.h"
 #include "app/terminal/Output.h"
@@ -15,6 +16,7 @@
 #include "app/values/ValueForms.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/store/ZYMOneChange.h"
 #include "zymcore/transformers/ZYMDateValueTransformer.h"
 
 namespace zym::host {
@@ -27,6 +29,8 @@ struct Options {
   std::string group;
   std::vector<std::string> assignments;
   std::size_t limit = 0;
+  bool onlyPlan = false;
+  bool fromStock = false;
   bool asJSON = false;
 };
 
@@ -45,10 +49,16 @@ void printOne(const PlistDictionary& document, KeyName titleKey, bool asJSON) {
 void brew(const Options& options) {
   openStore();
   const Item recipe = recipeNamed(options.name);
-  const auto batch = library().addBatchToRecipeWithUUID(recipe.uuid);
+  auto batch = library().emptyBatchForRecipeWithUUID(recipe.uuid);
   if (!batch) throw InputError(label("'%1' shares its identity", {printable(recipe.name)}));
-  library().addBatchToHistory(*batch);
-  printOne(*batch, keys::BatchTitle, options.asJSON);
+  const SharedBatch shared(std::move(*batch));
+  if (options.onlyPlan) return printPlan(shared, options.asJSON);
+  ZYMOneChange change;
+  library().restoreBatch_toRecipeWithUUID(*shared, recipe.uuid);
+  if (options.fromStock) takeFromStock(shared);
+  change.save();
+  library().addBatchToHistory(*shared);
+  printOne(*shared, keys::BatchTitle, options.asJSON);
 }
 
 using Rows = std::vector<ZYMSummary>;
@@ -145,6 +155,9 @@ void addBatchCommands(CLI::App& program) {
   const auto [brewing, ofBrewing] =
       add("brew", "Make a batch of a recipe, and say its name.", brew);
   brewing->add_option("RECIPE", ofBrewing->name, "A recipe")->required();
+  brewing->add_flag("--plan", ofBrewing->onlyPlan,
+                    "Make none, but say what it would take from the stock");
+  brewing->add_flag("--take", ofBrewing->fromStock, "Take its ingredients out of stock");
 
   const auto [batches, ofBatches] =
       add("batches", "List the batches, the newest first.", listBatches);

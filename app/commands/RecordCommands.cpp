@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "app/commands/LibraryCommands.h"
+#include "app/commands/OrderCommands.h"
 #include "app/session/Store.h"
 #include "app/sheets/BatchSheet.h"
 #include "app/sheets/RecipeSheet.h"
@@ -73,6 +74,11 @@ KeyName titleKeyOf(const Item& item) {
 }
 
 void show(const Options& options) {
+  if (options.words.size() == 2 && options.words[0] == "order") {
+    openStore();
+    showOrder(options.words[1], options.asJSON);
+    return;
+  }
   const Target target = targetWithoutValues(options);
   openStore();
   if (target.library) {

@@ -6,6 +6,7 @@
 #include "app/sheets/Figures.h"
 #include "app/terminal/Faults.h"
 #include "app/terminal/Text.h"
+#include "app/terminal/Words.h"
 #include "app/values/Names.h"
 #include "app/values/ValueForms.h"
 #include "zymcore/calculations/ZYMUnitConverter.h"
@@ -73,20 +74,20 @@ bool fits(const PriceUnit& unit, const StockKind& kind) {
 }
 
 struct LotValue {
+  PlistValue (*toStorage)(const std::string& typed);  // null for what goes by the kind
   std::string_view name;
   KeyName key;
-  PlistValue (*toStorage)(const std::string& typed);  // null for what goes by the kind
 };
 constexpr LotValue lotValues[] = {
-    {"name", keys::BatchName, take::text},
-    {"amount", keys::AmountInStock, nullptr},
-    {"cost", keys::Cost, nullptr},
-    {"delivered", keys::DeliveredOn, take::day},
-    {"expires", keys::ExpiresOn, take::day},
-    {"alpha", keys::Alpha, take::percent},
-    {"extract", keys::Extract, take::percent},
-    {"color", keys::Color, take::maltColor},
-    {"form", keys::Form, take::word<words::stockForms>},
+    {take::text, "name", keys::BatchName},
+    {nullptr, "amount", keys::AmountInStock},
+    {nullptr, "cost", keys::Cost},
+    {take::day, "delivered", keys::DeliveredOn},
+    {take::day, "expires", keys::ExpiresOn},
+    {take::percent, "alpha", keys::Alpha},
+    {take::percent, "extract", keys::Extract},
+    {take::maltColor, "color", keys::Color},
+    {take::word<words::stockForms>, "form", keys::Form},
 };
 
 PlistValue valueTyped(const LotValue& value, const StockKind& kind, const std::string& typed) {
@@ -125,7 +126,7 @@ std::string amountShown(const PlistDictionary& record, KeyName key) {
 PlistValue amountTyped(const StockKind& kind, const std::string& typed) {
   PlistValue amount = kind.takeAmount(typed);
   if (amount.doubleValue() < 0) {
-    throw UsageError("'" + printable(typed) + "': " + label("an amount is not negative"));
+    throw UsageError(label("'%1': an amount is not negative", {printable(typed)}));
   }
   return amount;
 }
@@ -143,10 +144,11 @@ PlistValue priceTyped(const StockKind& kind, const std::string& typed) {
   name.erase(0, name.find_first_not_of(' '));
   const PriceUnit* unit = unitNamed(name);
   if (number.empty() || doubleValue(number) < 0 || !unit || !fits(*unit, kind)) {
-    throw UsageError("'" + printable(typed) + "' " +
-                     label(kind.type == words::Yeast
-                               ? "is no price here; give one such as 3.20/pack"
-                               : "is no price here; give one such as 3.20/kg, by kg, g, lb or oz"));
+    throw UsageError(
+        kind.type == words::Yeast
+            ? label("'%1' is no price here; give one such as 3.20/pack", {printable(typed)})
+            : label("'%1' is no price here; give one such as 3.20/kg, by kg, g, lb or oz",
+                    {printable(typed)}));
   }
   return stringWithFormatF(doubleValue(number) / unit->amount);
 }

@@ -146,7 +146,8 @@ inline constexpr std::string_view Hop = "Hop";
 inline constexpr std::string_view Yeast = "Yeast";
 inline constexpr std::string_view Other = "Other";
 
-// Forms of the hops of a lot or an order. A lot is of pellets when its form holds the word "Pellet".
+// Forms of the hops of a lot or an order. A lot is of pellets when its form holds the word
+// "Pellet".
 inline constexpr std::string_view Whole = "Whole";
 inline constexpr std::string_view Pellet = "Pellet";
 inline constexpr std::string_view stockForms[] = {Whole, "Pellets"};

@@ -6,6 +6,7 @@
 #include "zymcore/platform/host/NSAlert.h"
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
+#include "zymcore/stock/internal/Lots.h"
 
 namespace zym {
 namespace {
@@ -396,6 +397,11 @@ TEST_F(Engine, WhatIsDeductedIsNeverTouched) {
 }
 
 TEST_F(Engine, LivesOnBadDocuments) {
+  PlistDictionary shrunk{{keys::Batches, PlistArray{lot("a", "5", 1)}}};
+  PlistDictionary part = lot("a", "9", 1);
+  part.set(keys::Amount, "2");
+  lots::take(shrunk, {part, part, "text"}, lots::Least::zero);
+  EXPECT_THAT(texts(shrunk.array(keys::Batches), keys::AmountInStock), ElementsAre("3.000000"));
   stock("malt", "Fermentable", {lot("a", "5", 1)});
   PlistDictionary odd = addition("malt", "1");
   odd.set(keys::Batches, "no lots");

@@ -169,6 +169,10 @@ TEST_F(Inventory, TheSweepRemovesWhatIsEmpty) {
   inventory().removeItemsWithNoBatches();
   EXPECT_EQ(item("full").stringValue(keys::AmountInStock), "2.00");
   EXPECT_TRUE(posts.names.empty());
+  stock("bare", "Hop", {});
+  posts.names.clear();
+  inventory().removeItemsWithNoBatches();
+  EXPECT_EQ(posts.names.size(), 1U) << "an item alone is one";
 }
 
 TEST_F(Inventory, WhatIsOnOrderIsNotKeptWithTheItem) {

@@ -38,6 +38,7 @@ TEST_F(Orders, BeginEmpty) {
   EXPECT_EQ(made.stringValue(keys::Name), "New Order");
   EXPECT_EQ(made.stringValue(keys::SupplierUUID), "shop");
   EXPECT_EQ(*made.date(keys::OrderDate), *made.date(keys::DateLastModified));
+  EXPECT_EQ(*made.string(keys::Notes), "");
   EXPECT_FALSE(made.contains(keys::OrderItems));
   EXPECT_TRUE(orders().orderWithUUID(uuidOf(made))->array(keys::OrderItems)->empty());
 

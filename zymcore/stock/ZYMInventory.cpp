@@ -1,5 +1,7 @@
 #include "zymcore/stock/ZYMInventory.h"
 
+#include <unordered_map>
+
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecordKeys.h"
@@ -13,6 +15,7 @@
 #include "zymcore/platform/values/NumberText.h"
 #include "zymcore/stock/internal/InventoryLots.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
+#include "zymcore/store/ZYMLibraryRegistry.h"
 #include "zymcore/store/ZYMUndoGroup.h"
 #include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/SummaryRows.h"
@@ -52,6 +55,22 @@ PlistDictionary newItem(const ZYMSummary& ingredient, std::string_view type) {
   if (ingredient.uuid) item.set(keys::UUID, *ingredient.uuid);
   item.set(keys::Version, "5");
   return item;
+}
+
+/// All names of a library at once: a look-up for each item would read a record for each.
+using Names = std::unordered_map<std::string, std::string>;
+Names namesByUUID(std::string_view type) {
+  Names names;
+  const ZYMCachingModel* library =
+      ZYMLibraryRegistry::sharedInstance().libraryOfIngredientType(type);
+  if (!library) return names;
+  for (const ZYMSummary& row : summariesForFetchRequest(
+           NSFetchRequest::fetchRequestWithEntityName(library->entityClass()), {}, nullptr)) {
+    if (!row.uuid) continue;
+    const auto [name, isFirst] = names.emplace(*row.uuid, row.name);
+    if (!isFirst) name->second.clear();  // A uuid that several have is nobody's.
+  }
+  return names;
 }
 
 NSFetchRequest itemsOfType(std::string_view type) {
@@ -139,8 +158,16 @@ std::vector<ZYMSummary> ZYMInventory::summariesforAllItemsOfIngredientType(
 }
 
 PlistArray ZYMInventory::allItemsOfIngredientType(std::string_view type) const {
-  return dictionaryRepresentationOfEntityArray(
-      mainContext().executeFetchRequest(itemsOfType(type)).value_or(Objects()));
+  const Names names = namesByUUID(type);
+  PlistArray items;
+  for (NSManagedObject* object :
+       mainContext().executeFetchRequest(itemsOfType(type)).value_or(Objects())) {
+    const std::string* uuid = object->stringForKey(attributes::uuid);
+    const auto name = uuid ? names.find(*uuid) : names.end();
+    items.append(static_cast<ZYMRecordEntity*>(object)->dictionaryRepresentationKnowing(
+        {{keys::Ingredient, name == names.end() ? "" : name->second}}));
+  }
+  return items;
 }
 
 }  // namespace zym

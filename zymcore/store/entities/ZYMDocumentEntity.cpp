@@ -25,7 +25,7 @@ std::optional<PlistDictionary> ZYMDocumentEntity::dictionaryRepresentation() {
         "the document of " + uuid().value_or("an object without uuid") +
             " can't be read: " + (tree ? "it is no dictionary" : error.localizedDescription));
   }
-  writeFields(*document);
+  writeFields(*document, {});
   return std::move(*document);
 }
 

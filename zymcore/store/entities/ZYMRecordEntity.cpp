@@ -31,8 +31,12 @@ NSManagedObject& childForRecord(const RecordChildren& children, const PlistDicti
 }  // namespace
 
 std::optional<PlistDictionary> ZYMRecordEntity::dictionaryRepresentation() {
+  return dictionaryRepresentationKnowing({});
+}
+
+PlistDictionary ZYMRecordEntity::dictionaryRepresentationKnowing(const PlistDictionary& known) {
   PlistDictionary record;
-  writeFields(record);
+  writeFields(record, known);
   writeChildren(record);
   return record;
 }
@@ -58,10 +62,11 @@ std::optional<PlistValue> ZYMRecordEntity::valueInRecord(KeyName key) {
   return std::nullopt;
 }
 
-void ZYMRecordEntity::writeFields(PlistDictionary& record) {
+void ZYMRecordEntity::writeFields(PlistDictionary& record, const PlistDictionary& known) {
   for (const RecordField& field : form().fields) {
     if (!field.write) continue;
-    std::optional<PlistValue> value = field.write(*this, field.attribute);
+    const PlistValue* given = known.find(field.key);
+    std::optional<PlistValue> value = given ? *given : field.write(*this, field.attribute);
     if (value) record.set(field.key, std::move(*value));
   }
 }

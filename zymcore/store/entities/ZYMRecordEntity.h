@@ -18,6 +18,8 @@ class ZYMRecordEntity : public ZYMEntity {
   /// A fresh record of this object. Absent for a recipe or batch without a document. Throws for a
   /// document that is damaged.
   [[nodiscard]] virtual std::optional<PlistDictionary> dictionaryRepresentation();
+  /// The same, with what is known already under some of its keys, which then isn't worked out.
+  [[nodiscard]] PlistDictionary dictionaryRepresentationKnowing(const PlistDictionary& known);
   /// What the record has under the key of an attribute, without the rest of it.
   [[nodiscard]] std::optional<PlistValue> valueInRecord(KeyName key);
 
@@ -33,7 +35,7 @@ class ZYMRecordEntity : public ZYMEntity {
   /// Completes a record that was corrected and is to be read.
   virtual void completeRecord(PlistDictionary& record);
 
-  void writeFields(PlistDictionary& record);
+  void writeFields(PlistDictionary& record, const PlistDictionary& known);
   void readFields(const PlistDictionary& record);
 
  private:

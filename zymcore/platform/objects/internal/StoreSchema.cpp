@@ -84,7 +84,7 @@ void StoreSchema::addEntity(const NSManagedObjectModel& model, const NSEntityDes
     if (isDocument) {
       statements_[part] =
           "CREATE TABLE " + identifier(part) + "(_key INTEGER PRIMARY KEY, value BLOB NOT NULL)";
-    } else if (attribute.name == "uuid") {
+    } else if (attribute.name == "uuid" || attribute.name.ends_with("Uuid")) {
       addIndex(entity, attribute.name);
     }
   }

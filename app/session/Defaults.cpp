@@ -180,6 +180,8 @@ void keepDefault(const std::string& key, const std::string& value) {
   } else {
     const Default& known = defaultNamed(key);
     defaultsOfUser.setObject_forKey(valueOf(known, value), known.key);
+    replacements.remove(known.key);
+    defaultsOfUser.setArguments(replacements);
   }
   if (!defaultsOfUser.synchronize()) throw InputError(label("the settings can't be written"));
 }
@@ -188,12 +190,16 @@ void passOverImpossibleDefaults() {
   NSUserDefaults& defaultsOfUser = NSUserDefaults::standardUserDefaults();
   replacements = {};
   for (const Default& one : defaults) {
+    const auto kept = defaultsOfUser.objectForKey(one.key);
+    const std::string* text = kept ? kept->string() : nullptr;
     const double value = defaultsOfUser.doubleForKey(one.key);
-    if (canBe(one, value)) continue;
+    // Text that is no number reads as 0.
+    if (text ? numberOf(*text, one) == value : canBe(one, value)) continue;
     replacements.set(one.key, one.initial);
     std::cerr << "zym: "
               << label("%1 is set to %2, which it can't be; %3",
-                       {std::string(one.key.text()), shortestNumberText(value), possible(one)})
+                       {std::string(one.key.text()),
+                        text ? printable(*text) : shortestNumberText(value), possible(one)})
               << '\n';
   }
   defaultsOfUser.setArguments(replacements);

@@ -20,21 +20,19 @@ using Cells = Table::Cells;
 constexpr const char* nothing = "–";
 
 /// What was measured of a batch. A hydrometer reading of 1.000 is the mark of one not taken;
-/// volumes start as the recipe's, so they are the batch's own once one differs or a reading was
-/// taken.
+/// volumes start as the recipe's, so they are the batch's own once one differs.
 struct Measured {
   Measured(const PlistDictionary& recipe, const PlistDictionary& actuals)
       : preBoil(actuals.doubleValue(keys::PreBoilHydroReading) > 1),
         original(actuals.doubleValue(keys::OGHydroReading) > 1),
         final(isReading(actuals.doubleValue(keys::FGHydroReading))),
-        anything(preBoil || original || final ||
-                 std::ranges::any_of(volumeRows, [&](const VolumeRow& row) {
-                   return actuals.doubleValue(row.key) != recipe.doubleValue(row.key);
-                 })) {}
+        volumes(std::ranges::any_of(volumeRows, [&](const VolumeRow& row) {
+          return actuals.doubleValue(row.key) != recipe.doubleValue(row.key);
+        })) {}
 
   static bool isReading(double gravity) { return gravity > 0 && gravity != 1; }
 
-  bool preBoil, original, final, anything;
+  bool preBoil, original, final, volumes;
 };
 
 /// A quantity with its keys in the recipe and in the measurements, and whether what it is worked
@@ -62,8 +60,8 @@ bool fromOriginalAndFinal(const Measured& m) {
 bool fromAnyWort(const Measured& m) {
   return m.preBoil || m.original;
 }
-bool fromAnything(const Measured& m) {
-  return m.anything;
+bool fromVolumes(const Measured& m) {
+  return m.volumes;
 }
 
 const Outcome outcomes[] = {
@@ -77,7 +75,7 @@ const Outcome outcomes[] = {
     {"Alcohol by weight", keys::ExpectedABW, keys::ABW, percentAt, fromOriginalAndFinal},
     {"Mash efficiency", keys::MashEfficiency, keys::ActualMashEfficiency, percentAt, fromPreBoil},
     {"Bitterness", keys::ExpectedIBU, keys::IBU, bitternessAt, fromAnyWort},
-    {"Colour", keys::ExpectedColor, keys::Color, beerColorAt, fromAnything},
+    {"Colour", keys::ExpectedColor, keys::Color, beerColorAt, fromVolumes},
 };
 
 struct Day {
@@ -116,7 +114,7 @@ Table volumeTable(const PlistDictionary& recipe, const PlistDictionary& actuals,
   Table table = comparison();
   for (const VolumeRow& row : volumeRows) {
     table.addRow({label(row.name), volumeAt(recipe, row.key),
-                  measured.anything ? volumeAt(actuals, row.key) : nothing});
+                  measured.volumes ? volumeAt(actuals, row.key) : nothing});
   }
   return table;
 }

@@ -136,10 +136,14 @@ TEST_F(Library, TheRecordOfNoChoiceKeepsItsNameAndPlace) {
 TEST_F(Library, AKeptSettingThatCannotBeIsPassedOver) {
   (void)output({"set", "HopFormula", "Rager"});
   const std::string file = data + "/Preferences.plist";
-  putFile(file, R"(<plist><dict><key>HopFormula</key><integer>7</integer></dict></plist>)");
+  putFile(file, R"(<plist><dict><key>HopFormula</key><integer>7</integer>
+                   <key>PelletHopAdjustment</key><string>abc</string></dict></plist>)");
   const Outcome outcome = zym({"settings"});
   EXPECT_THAT(outcome.err, HasSubstr("HopFormula is set to 7, which it can't be; choose Tinseth"));
+  EXPECT_THAT(outcome.err, HasSubstr("PelletHopAdjustment is set to abc"));
   EXPECT_THAT(outcome.out, HasSubstr("HopFormula                 Tinseth"));
+  const Outcome shell = test::run({"shell", "--data", data}, "set HopFormula Rager\nsettings\n");
+  EXPECT_THAT(shell.out, HasSubstr("HopFormula                 Rager"));
 }
 
 TEST_F(Library, SettingsAreKept) {

@@ -118,7 +118,7 @@ TEST_F(RecipeCommands, ABatchShowsAsMeasuredOnlyWhatWasMeasured) {
     const char* reading;
     bool boil, og, fg, alcohol, efficiency, bitterness, volume;
   } steps[] = {{"", false, false, false, false, false, false, false},
-               {"FG=0.998", false, false, true, false, false, false, true},
+               {"FG=0.998", false, false, true, false, false, false, false},
                {"FG=1.000", false, false, false, false, false, false, false},
                {"Finished beer=9 l", false, false, false, false, false, false, true},
                {"OG=1.050", false, true, false, false, false, true, true},

@@ -488,6 +488,23 @@ TEST_F(FileImportTest, AnImportThatFailsHalfWayLeavesNothing) {
   EXPECT_TRUE(import(most)->uuidOfRecipe());
 }
 
+TEST_F(FileImportTest, WhatAnObserverOfTheSaveDoesTakesNothingBack) {
+  const std::string own = file("own.wm2", ownFile());
+  const std::function<void()> deeds[] = {[] { throw std::runtime_error("an observer"); },
+                                         [] { (void)recipes().createGroup(); }};
+  for (const auto& deed : deeds) {
+    bool isDone = false;
+    const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
+        CoreDataModelDidSaveNotification, nullptr, [&](const NSNotification&) {
+          if (!std::exchange(isDone, true)) deed();
+        });
+    const auto operation = import(own);
+    EXPECT_TRUE(isDone);
+    ASSERT_TRUE(operation->uuidOfRecipe());
+    EXPECT_TRUE(recipes().recipeForUUID(*operation->uuidOfRecipe()));
+  }
+}
+
 TEST_F(FileImportTest, APictureThatCannotBeWrittenStoresNothing) {
   fs::remove_all(model().imagesFolderPath());
   putFile(folder / "data/Images", "in the way");

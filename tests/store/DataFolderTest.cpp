@@ -85,7 +85,7 @@ class OldFolder : public WithHome {
     model().setDataStorage(1);
     ASSERT_EQ(ZYMHopEntity::findAllObjects()->size(), 1U);
     EXPECT_FALSE(model().firstRun());
-    EXPECT_FALSE(fs::exists(present + "/.incoming"));
+    EXPECT_FALSE(fs::exists(present + "/.Wortmeister.incoming"));
     ZYMCoreDataModel::tearDown();
   }
   static void open() {
@@ -138,7 +138,7 @@ TEST_F(OldFolder, IsTriedAgainAfterAFullDisk) {
   });
   const int status = child.join();
   EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT);
-  EXPECT_THAT(bytesOf(home / "log"), HasSubstr(".incoming/Wortmeister.sqlite: "));
+  EXPECT_THAT(bytesOf(home / "log"), HasSubstr(".Wortmeister.incoming/Wortmeister.sqlite: "));
   EXPECT_FALSE(fs::exists(present + "/Wortmeister.sqlite"));
   open();
   expectWhole();

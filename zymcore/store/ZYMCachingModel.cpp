@@ -130,13 +130,14 @@ ZYMCachingModel::Sorted& ZYMCachingModel::sorted() const {
     for (const auto& library : registry.libraries()) entities.push_back(library.entity);
   }
   const std::uint64_t count = mainContext().changeCountForEntitiesNamed(entities);
-  if (!sorted_ || count == 0 || sorted_->changeCount != count) {
+  if (!sorted_ || sorted_->changeCount == 0 || sorted_->changeCount != count) {
     sorted_ = std::make_unique<Sorted>();
-    sorted_->objects =
-        ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
-            entityClass(), nullptr, std::nullopt, NSSortDescriptor(attributes::name, true))
-            .value_or(Objects());
-    sorted_->changeCount = mainContext().changeCountForEntitiesNamed(entities);
+    auto found = ZYMEntityFetch::findAllObjectsInContext_predicate_sortDescriptor(
+        entityClass(), nullptr, std::nullopt, NSSortDescriptor(attributes::name, true));
+    // The count from before: what another process saves meanwhile is found the next time. What
+    // could not be read is no empty library, and is not kept.
+    sorted_->changeCount = found ? count : 0;
+    sorted_->objects = std::move(found).value_or(Objects());
   }
   return *sorted_;
 }

@@ -173,7 +173,7 @@ ZYMCoreDataModel::Lock ZYMCoreDataModel::lockDataFolder() {
 
 void ZYMCoreDataModel::copyOldFolderIfNeeded(const std::string& storePath) {
   if (NSFileManager::fileExistsAtPath(storePath)) {
-    removeRemainsOfCopy(newV2Path());
+    if (oldV2Path() != newV2Path()) removeRemainsOfCopy(newV2Path());
     return;
   }
   const std::string from = oldV2Path();

@@ -2,6 +2,7 @@
 
 #include "zymcore/platform/events/NSUndoManager.h"
 #include "zymcore/platform/objects/NSManagedObjectContext.h"
+#include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 
@@ -23,6 +24,10 @@ bool ZYMOneChange::isOpen() noexcept {
 ZYMOneChange::ZYMOneChange() {
   // What an earlier save left behind is not part of this.
   ZYMCoreDataModel::sharedInstance().save();
+  if (!isOpen() && mainContext().hasChanges()) {
+    throw NSException(NSInternalInconsistencyException,
+                      "earlier changes can't be saved, so no other is begun");
+  }
   undoManager().beginUndoGrouping();
   level_ = undoManager().groupingLevel();
   ++opened;
@@ -35,6 +40,8 @@ ZYMOneChange::~ZYMOneChange() {
     if (!isOpen()) mainContext().rollback();
   } catch (const std::exception& e) {
     NSLog(e.what());
+  } catch (...) {
+    NSLog("A change could not be taken back.");
   }
 }
 

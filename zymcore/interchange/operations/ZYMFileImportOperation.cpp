@@ -108,10 +108,9 @@ void addBatch(PlistDictionary batch, ZYMRecipeEntity& recipe, PictureBudget& bud
   addImages(images, entity, budget);
 }
 
-// What couldn't be saved stays in the context.
-bool save() {
-  ZYMCoreDataModel::sharedInstance().save();
-  return !mainContext().hasChanges();
+// Whether a save has brought the recipe to the store, whatever observers of the save did then.
+bool isStored(const ZYMRecipeEntity& recipe) {
+  return !recipe.objectID().isTemporaryID();
 }
 
 // The group is the one that the first change of this turn opened.
@@ -201,17 +200,20 @@ void ZYMFileImportOperation::insert(PlistDictionary recipe) {
   try {
     addImages(images, entity, budget);
     for (const PlistDictionary& batch : PlistRows(&batches)) addBatch(batch, entity, budget);
-    if (save()) {
-      closeUndoGroup();
-      uuidOfRecipe_ = document.stringValue(keys::UUID);
-      return;
-    }
-    failureReason_ = "the store can't be written";
+    ZYMCoreDataModel::sharedInstance().save();
   } catch (...) {
-    StoredDocuments::withdraw(entity);
-    throw;
+    if (!isStored(entity)) {
+      StoredDocuments::withdraw(entity);
+      throw;
+    }
   }
-  StoredDocuments::withdraw(entity);
+  if (!isStored(entity)) {
+    failureReason_ = "the store can't be written";
+    StoredDocuments::withdraw(entity);
+    return;
+  }
+  closeUndoGroup();
+  uuidOfRecipe_ = document.stringValue(keys::UUID);
 }
 
 }  // namespace zym

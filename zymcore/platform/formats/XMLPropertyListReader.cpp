@@ -139,8 +139,11 @@ class Reader {
   explicit Reader(xmlParserCtxtPtr context) noexcept
       : context_(context), builder_(XMLPropertyList::mostValues, XMLPropertyList::mostLevels) {}
 
-  void start(std::string_view element) {
+  void start(std::string_view element, std::size_t attributes) {
     if (refused()) return;
+    // Only the version of the list is ever written as one, and libxml2 takes ever longer over more.
+    if (attributes > attributesLeft_) return refuse("more attributes than any property list has");
+    attributesLeft_ -= attributes;
     if (isInLeaf_) return refuse("an element inside <" + element_ + ">");
     if (!isBlank(text_)) return refuse("text outside a value");
     text_.clear();
@@ -222,6 +225,7 @@ class Reader {
   }
 
   xmlParserCtxtPtr context_;
+  std::size_t attributesLeft_ = 1000;
   PlistBuilder builder_;
   std::string refusal_;
   std::string text_;
@@ -236,9 +240,10 @@ std::string_view view(const xmlChar* text) noexcept {
   return reinterpret_cast<const char*>(text);
 }
 
-void startElement(void* reader, const xmlChar* name, const xmlChar*, const xmlChar*, int,
-                  const xmlChar**, int, int, const xmlChar**) {
-  static_cast<Reader*>(reader)->start(view(name));
+void startElement(void* reader, const xmlChar* name, const xmlChar*, const xmlChar*, int namespaces,
+                  const xmlChar**, int attributes, int, const xmlChar**) {
+  static_cast<Reader*>(reader)->start(view(name),
+                                      static_cast<std::size_t>(namespaces + attributes));
 }
 
 void endElement(void* reader, const xmlChar* name, const xmlChar*, const xmlChar*) {

@@ -1,11 +1,13 @@
 #include "zymcore/store/internal/DataFolderCopy.h"
 
+#include <filesystem>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/values/NSCocoaErrors.h"
+#include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 
 namespace zym {
@@ -17,7 +19,7 @@ const std::string logOfStore = store + "-wal";
 // Made anew by whoever opens the store.
 const std::string indexOfLog = store + "-shm";
 // What is copied gathers here first, since a name must not show half of what it stands for.
-const std::string incoming = ".incoming";
+const std::string incoming = ".Wortmeister.incoming";
 
 std::vector<std::string> namesIn(const std::string& folder) {
   return NSFileManager::contentsOfDirectoryAtPath(folder).value_or(std::vector<std::string>());
@@ -27,15 +29,33 @@ bool isOfStore(const std::string& name) {
   return name == store || name == logOfStore;
 }
 
+/// Copies a file, or a folder file by file, so that one that can't be copied costs none but itself.
+/// Answers the first reason for which something was left out.
+std::optional<NSError> copyEach(const std::string& from, const std::string& to) {
+  NSError reason;
+  std::error_code none;
+  if (std::filesystem::symlink_status(from, none).type() != std::filesystem::file_type::directory) {
+    if (NSFileManager::copyItemAtPath_toPath(from, to, &reason)) return std::nullopt;
+    NSLog("Left out of the copy: " + reason.localizedDescription);
+    return reason;
+  }
+  if (!NSFileManager::createDirectoryAtPath(to, &reason)) return reason;
+  std::optional<NSError> first;
+  for (const std::string& name : namesIn(from)) {
+    const auto left = copyEach(from + "/" + name, to + "/" + name);
+    if (left && (!first || left->code == NSFileWriteOutOfSpaceError)) first = left;
+  }
+  return first;
+}
+
 bool gather(const std::string& from, const std::string& to, NSError* error) {
   NSFileManager::removeItemAtPath(to);
   if (!NSFileManager::createDirectoryAtPath(to, error)) return false;
   for (const std::string& name : namesIn(from)) {
     if (name == indexOfLog || name == incoming) continue;
-    NSError reason;
-    if (NSFileManager::copyItemAtPath_toPath(from + "/" + name, to + "/" + name, &reason)) continue;
-    if (!isOfStore(name) && reason.code != NSFileWriteOutOfSpaceError) continue;
-    if (error) *error = reason;
+    const auto left = copyEach(from + "/" + name, to + "/" + name);
+    if (!left || (!isOfStore(name) && left->code != NSFileWriteOutOfSpaceError)) continue;
+    if (error) *error = *left;
     return false;
   }
   return NSFileManager::synchronizeFileSystemAtPath(to, error);

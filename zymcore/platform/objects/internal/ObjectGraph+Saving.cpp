@@ -90,6 +90,8 @@ PlistDictionary ObjectGraph::save() {
   for (const NSManagedObject* const object : saving.deleted) deleteTraces(saving, *object);
   writePairs(saving);
   transaction.commit();
+  const std::uint64_t saves = ++store().saves();
+  if (savesSeen_ + 1 == saves) savesSeen_ = saves;  // nobody else's
   finish(saving);
   return {{NSInsertedObjectsKey, namesOf(saving.inserted)},
           {NSUpdatedObjectsKey, namesOf(saving.updated)},

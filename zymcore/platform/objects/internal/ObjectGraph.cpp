@@ -171,7 +171,9 @@ NSManagedObject& ObjectGraph::objectFromRow(const NSEntityDescription& entity,
 // A row that somebody else related to an object here is none of its own rows, so only SQLite knows.
 void ObjectGraph::noticeOthers() {
   const std::int64_t version = database().integer("PRAGMA data_version");
-  if (std::exchange(dataVersion_, version) != version) forgetToMany();
+  const std::uint64_t saves = store().saves();
+  const bool hasSaved = std::exchange(savesSeen_, saves) != saves;
+  if (std::exchange(dataVersion_, version) != version || hasSaved) forgetToMany();
 }
 
 void ObjectGraph::forgetToMany() {

@@ -204,6 +204,7 @@ class ObjectGraph {
   std::vector<Objects> objects_;  // By the position of their entity.
   std::int64_t lastTemporaryKey_ = 0;
   std::int64_t dataVersion_ = 0;
+  std::uint64_t savesSeen_ = 0;
   std::vector<ChangedObjects> changed_;      // By the position of their entity.
   std::vector<std::uint64_t> changeCounts_;  // By the position of their entity.
   std::uint64_t changeCountOfAll_;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -34,6 +36,10 @@ class SQLiteStore {
   /// A further connection that only reads; null for a store in memory, which has but one.
   [[nodiscard]] std::unique_ptr<SQLiteDatabase> newReader() const;
 
+  /// How often any context saved through this, which SQLite doesn't tell those that share its
+  /// connection.
+  [[nodiscard]] std::atomic<std::uint64_t>& saves() noexcept { return saves_; }
+
  private:
   SQLiteStore(std::shared_ptr<const NSManagedObjectModel> model,
               std::unique_ptr<SQLiteDatabase> writer, std::filesystem::path path,
@@ -44,6 +50,7 @@ class SQLiteStore {
   std::unique_ptr<SQLiteDatabase> writer_;
   std::filesystem::path path_;
   Options options_;
+  std::atomic<std::uint64_t> saves_{0};
 };
 
 // What opening and migrating share.

@@ -251,6 +251,35 @@ TEST_F(CachingModel, MostSimilarRecord) {
   EXPECT_EQ(uuidOf("Fuggle", &none), "F");  // a filter that matches nothing is dropped
 }
 
+// What is kept of the order of names is made anew by whatever may have changed it.
+TEST_F(CachingModel, ListsFollowEveryChange) {
+  add({{"Fuggle", "1"}});
+  EXPECT_THAT(names(), ElementsAre("Fuggle"));
+  endTurn();
+  context()
+      .insertNewObjectForEntityForName(ZYMHopEntity::entityName)
+      ->setValue_forKey("Challenger", attributes::name);
+  endTurn();
+  EXPECT_THAT(names(), ElementsAre("Challenger", "Fuggle"));
+  undoManager().undo();
+  EXPECT_THAT(names(), ElementsAre("Fuggle"));
+  undoManager().redo();
+  EXPECT_THAT(names(), ElementsAre("Challenger", "Fuggle"));
+  context().rollback();
+  EXPECT_THAT(names(), ElementsAre("Fuggle"));
+  NSManagedObjectContext other(NSPrivateQueueConcurrencyType);
+  other.setPersistentStoreCoordinator(model().persistentStoreCoordinator());
+  other.performBlockAndWait([&] {
+    other.insertNewObjectForEntityForName(ZYMHopEntity::entityName)
+        ->setValue_forKey("Bramling Cross", attributes::name);
+    EXPECT_TRUE(other.save());
+  });
+  EXPECT_THAT(names(), ElementsAre("Bramling Cross", "Fuggle"));
+  EXPECT_EQ(hops.ingredientWithNameMostSimilarToString_matchingKeysAndValues("Bramling", nullptr)
+                .stringValue(keys::Variety),
+            "Bramling Cross");
+}
+
 TEST_F(CachingModel, BulkAddingReplacesWithoutAnUndoStep) {
   add({{"Fuggle", "F"}});
   const NSDate before = *hops.itemWithUUID("F")->date(keys::DateLastModified);

@@ -99,6 +99,11 @@ TEST(XMLPropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {
     return std::string("<plist>\n").append(inside).append("</plist>");
   };
   // Each would be compared with all before it.
+  const auto manyOf = [](std::string_view element, int count) {
+    std::string elements;
+    for (int i = 0; i < count; ++i) elements += element;
+    return elements;
+  };
   std::string attributes;
   for (int i = 0; i < 200'000; ++i) attributes += " a" + std::to_string(i) + "='>'";
   const Case cases[] = {
@@ -133,6 +138,7 @@ TEST(XMLPropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {
       {"<!DOCTYPE plist [<!ENTITY % a 'x'> %a;]><plist/>", "declarations"},
       {"<!DOCTYPE plist [<!ATTLIST plist a CDATA 'x'>]><plist/>", "declarations"},
       {plist("<array" + attributes + "/>"), "line 2: a tag that is too long"},
+      {plist("<array>" + manyOf("<true a='1' b='2' c='3'/>", 400) + "</array>"), "attributes"},
       {"<!-- ' --><plist><![CDATA[\" ]]><?a '?><array" + attributes + "/></plist>", "too long"},
       {"<plist>" + std::string(1'000'000, ' ') + "<string>", "line 1: "},
   };

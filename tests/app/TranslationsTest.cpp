@@ -70,8 +70,8 @@ std::set<std::string> textsLookedUp() {
     for (const auto& entry : fs::recursive_directory_iterator(fs::path(ZYM_SOURCE) / part)) {
       if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") continue;
       const std::string code = bytesOf(entry.path());
-      for (const char* call :
-           {"label(", "localized(", "field(", "Localized_String(", "closeAndSave("}) {
+      for (const char* call : {"label(", "localized(", "field(", "Localized_String(",
+                               "closeAndSave(", "insertItem("}) {
         addArguments(code, call, texts);
       }
       // Rows elsewhere are attributes and tags.

@@ -19,10 +19,10 @@ constexpr double hardlyAny = 0.001;
 void removeEmptyLots(PlistDictionary& item) {
   PlistArray* inStock = item.editArray(keys::Batches);
   if (!inStock) return;
-  for (std::size_t i = inStock->size(); i-- > 0;) {
-    const PlistDictionary* lot = inStock->find(i)->dictionary();
-    if (lot && lot->doubleValue(keys::AmountInStock) < hardlyAny) inStock->remove(i);
-  }
+  std::erase_if(inStock->editAll(), [](const PlistValue& value) {
+    const PlistDictionary* lot = value.dictionary();
+    return lot && lot->doubleValue(keys::AmountInStock) < hardlyAny;
+  });
 }
 
 // An item of which nothing is left, and of which nothing will come, keeps its empty lots.

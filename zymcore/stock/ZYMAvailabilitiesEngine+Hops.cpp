@@ -62,8 +62,8 @@ std::array<Held, 3> heldIn(const PlistDictionary& hop) {
 /// How much alpha of the other form does what one of this does, by the user's utilisations of the
 /// forms. Loose whole hops are the measure of the others.
 struct Conversion {
-  std::optional<KeyName> ofOther;
   std::optional<KeyName> ofPreferred;
+  std::optional<KeyName> ofOther;
 };
 constexpr Conversion conversions[2][2] = {
     // whole: loose, bagged
@@ -80,7 +80,7 @@ double adjustment(const std::optional<KeyName>& key) {
 
 double conversionFrom(Form preferred, bool isBagged) {
   const Conversion& conversion = conversions[preferred][isBagged ? 1 : 0];
-  return adjustment(conversion.ofOther) / adjustment(conversion.ofPreferred);
+  return adjustment(conversion.ofPreferred) / adjustment(conversion.ofOther);
 }
 
 struct Taken {

@@ -84,6 +84,12 @@ std::optional<PlistValue> orKept(const PlistValue* given, const PlistValue* stor
 std::optional<PlistValue> orEmpty(const PlistValue* given, const PlistValue* /*stored*/) {
   return orText(given, "");
 }
+// That no library gives a name any more doesn't mean that there is none.
+std::optional<PlistValue> orKeptWhenEmpty(const PlistValue* given, const PlistValue* stored) {
+  const std::string* text = given ? given->string() : nullptr;
+  const bool isEmpty = !given || (text && text->empty());
+  return isEmpty && stored ? *stored : orText(given, "");
+}
 
 std::optional<PlistValue> orNewUUID(const PlistValue* given, const PlistValue* /*stored*/) {
   return given ? *given : PlistValue(uuid());

@@ -38,6 +38,7 @@ using Rule = std::optional<PlistValue> (*)(const PlistValue* given, const PlistV
 std::optional<PlistValue> asGiven(const PlistValue* given, const PlistValue* stored);
 std::optional<PlistValue> orKept(const PlistValue* given, const PlistValue* stored);
 std::optional<PlistValue> orEmpty(const PlistValue* given, const PlistValue* stored);
+std::optional<PlistValue> orKeptWhenEmpty(const PlistValue* given, const PlistValue* stored);
 std::optional<PlistValue> orNewUUID(const PlistValue* given, const PlistValue* stored);
 std::optional<PlistValue> orNow(const PlistValue* given, const PlistValue* stored);
 /// Its number in single precision, with six decimals.

@@ -155,7 +155,7 @@ constexpr RecordField mashStepFields[] = {
 constexpr RecordField inventoryFields[] = {
     {"uuid",                  keys::UUID,             ifPresent, read::orKept},
     {"dateLastModified",      keys::DateLastModified, ifPresent, read::orNow},
-    {"name",                  keys::Ingredient,       written::nameInLibrary, read::orEmpty},
+    {"name",                  keys::Ingredient,       written::nameInLibrary, read::orKeptWhenEmpty},
     {"amountInStock",         keys::AmountInStock,    ifPresent, read::asGiven},
     {"ingredientType",        keys::IngredientType,   ifPresent, read::orFermentable},
 };

@@ -1,6 +1,6 @@
 #include "zymcore/store/entities/ZYMRecordEntity.h"
 
-#include <algorithm>
+#include <unordered_set>
 
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/NSStringExtensions.h"
@@ -11,10 +11,6 @@
 
 namespace zym {
 namespace {
-
-bool holds(const std::vector<NSManagedObject*>& objects, const NSManagedObject* object) {
-  return std::find(objects.begin(), objects.end(), object) != objects.end();
-}
 
 // A record without a UUID matches nothing, not even an object that has none.
 NSManagedObject& childForRecord(const RecordChildren& children, const PlistDictionary& record,
@@ -111,6 +107,7 @@ void ZYMRecordEntity::readChildren(PlistDictionary& record, NSManagedObjectConte
   if (!children) return;
 
   std::vector<NSManagedObject*> listed;
+  std::unordered_set<const NSManagedObject*> isListed;
   std::int64_t position = 0;
   for (PlistDictionary& row : record.editRows(children->key)) {
     if (children->getUUIDs && !row.contains(keys::UUID)) row.set(keys::UUID, zym::uuid());
@@ -119,14 +116,14 @@ void ZYMRecordEntity::readChildren(PlistDictionary& record, NSManagedObjectConte
     if (children->haveIndex) child.setValue_forKey(position, attributes::index);
     static_cast<ZYMRecordEntity&>(child).updateWithDictionaryRepresentation_usingContext(row,
                                                                                          context);
-    if (!holds(listed, &child)) listed.push_back(&child);
+    if (isListed.insert(&child).second) listed.push_back(&child);
     ++position;
   }
   const std::vector<NSManagedObject*> before = objectsForKey(children->relationship);
   setObjects_forKey(listed, children->relationship);
   if (listed.empty()) return;
   for (NSManagedObject* child : before) {
-    if (!holds(listed, child)) context.deleteObject(*child);
+    if (!isListed.contains(child)) context.deleteObject(*child);
   }
 }
 

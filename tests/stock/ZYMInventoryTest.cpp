@@ -44,6 +44,19 @@ TEST_F(Inventory, AnItemStandsForAnIngredient) {
   EXPECT_EQ(nobodys.stringValue(keys::Ingredient), "Secret");
 }
 
+// Its record shows no name, which must not come back as if it had none.
+TEST_F(Inventory, AnIngredientThatNoLibraryKnowsKeepsItsStoredName) {
+  const std::string uuid(inventory()
+                             .createItemForIngredient_ofType({"Secret", std::nullopt, 0}, "Hop")
+                             .stringValue(keys::UUID));
+  PlistDictionary record = item(uuid);
+  EXPECT_EQ(record.stringValue(keys::Ingredient), "");
+  record.set(keys::AmountInStock, "5");
+  inventory().updateItem(record);
+  ASSERT_EQ(inventory().rowsOfAllItems().size(), 1U);
+  EXPECT_EQ(inventory().rowsOfAllItems().front().name, "Secret");
+}
+
 TEST_F(Inventory, OtherIngredientsAreLookedUpByTheNameOfTheirAdditions) {
   ZYMCachingModel& others = *ZYMLibraryRegistry::sharedInstance().libraryOfIngredientType("Other");
   others.addItemsFromArray(

@@ -10,11 +10,11 @@ int main(int argc, char** argv) {
   zym::host::setUpLibrary();
   const int exitCode = zym::host::runProgram({argv + (argc > 0 ? 1 : 0), argv + argc},
                                              zym::host::CalledFrom::Process);
-  zym::tearDownProcess();
   std::cout.flush();
-  if (!std::cout) {
+  const bool isWritten = static_cast<bool>(std::cout);
+  if (!isWritten) {  // said while there are still translations
     std::cerr << "zym: " << zym::host::label("can't write to standard output") << '\n';
-    return badOutput;
   }
-  return exitCode;
+  zym::tearDownProcess();
+  return isWritten ? exitCode : badOutput;
 }

@@ -99,21 +99,26 @@ class Shelf {
     sqlite3_finalize(statement);
     benchmark::DoNotOptimize(texts);
   }
-  /// A commit of as many updates as a brew makes.
+  /// A commit of as many updates as a brew makes: of each item and of one of its lots.
   void commit() const {
-    const auto run = [&](const std::string& sql) {
-      sqlite3_exec(database_, sql.c_str(), nullptr, nullptr, nullptr);
+    const auto run = [&](const char* sql) {
+      sqlite3_exec(database_, sql, nullptr, nullptr, nullptr);
     };
     run("PRAGMA synchronous = FULL; BEGIN IMMEDIATE");
-    for (int i = 0; i < additions; ++i) {
-      run("UPDATE ZYMInventoryEntity SET amountInStock = amountInStock || '' WHERE uuid = '" +
-          std::to_string(i + 1000) + "'");
-      for (int k = 0; k < lotsOfEach; ++k) {
-        run("UPDATE ZYMInventoryBatchEntity SET amountInStock = amountInStock || '' WHERE uuid = "
-            "'" +
-            std::to_string(i + 1000) + "." + std::to_string(k) + "'");
+    const auto update = [&](const char* sql, const char* suffix) {
+      sqlite3_stmt* statement = nullptr;
+      sqlite3_prepare_v2(database_, sql, -1, &statement, nullptr);
+      for (int i = 0; i < additions; ++i) {
+        const std::string uuid = std::to_string(i + 1000) + suffix;
+        sqlite3_bind_text(statement, 1, uuid.c_str(), -1, SQLITE_STATIC);
+        sqlite3_step(statement);
+        sqlite3_reset(statement);
       }
-    }
+      sqlite3_finalize(statement);
+    };
+    update("UPDATE ZYMInventoryEntity SET amountInStock = amountInStock || '' WHERE uuid = ?", "");
+    update("UPDATE ZYMInventoryBatchEntity SET amountInStock = amountInStock || '' WHERE uuid = ?",
+           ".4");
     run("COMMIT");
   }
 

@@ -3,11 +3,13 @@
 
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/objects/NSManagedObjectContext.h"
 #include "zymcore/platform/values/NumberText.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
 #include "zymcore/stock/ZYMInventory.h"
 #include "zymcore/stock/ZYMOrders.h"
 #include "zymcore/stock/internal/Lots.h"
+#include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/ZYMOneChange.h"
 
 namespace zym {
@@ -65,10 +67,13 @@ void ZYMAvailabilitiesEngine::markAllIngredientsAsDeducted() {
 void ZYMAvailabilitiesEngine::adjustInventoryForBatchAndSave() {
   if (!batch_) return;
   ZYMOneChange change;
-  setAvailabilitiesAndWriteInventory(true);
-  markAllIngredientsAsDeducted();
-  batch_->set(keys::AdjustedInventory, "1");
-  ZYMRecipes::sharedInstance().updateBatch(*batch_);
+  // Many small reads, so of one moment.
+  mainContext().performBlockAndWait([this] {
+    setAvailabilitiesAndWriteInventory(true);
+    markAllIngredientsAsDeducted();
+    batch_->set(keys::AdjustedInventory, "1");
+    ZYMRecipes::sharedInstance().updateBatch(*batch_);
+  });
   change.save();
 }
 

@@ -43,11 +43,12 @@ NSManagedObjectContextConcurrencyType NSManagedObjectContext::concurrencyType() 
 }
 
 void NSManagedObjectContext::performBlockAndWait(const std::function<void()>& block) {
+  const auto perform = [&] { graph_->perform(block); };
   if (concurrencyType() == NSMainQueueConcurrencyType) {
-    NSRunLoop::mainRunLoop().performOnMainThreadAndWait(block);
-    return;
+    NSRunLoop::mainRunLoop().performOnMainThreadAndWait(perform);
+  } else {
+    perform();
   }
-  graph_->perform(block);
 }
 
 NSUndoManager* NSManagedObjectContext::undoManager() const noexcept {

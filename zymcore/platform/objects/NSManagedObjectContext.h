@@ -58,8 +58,8 @@ class NSManagedObjectContext {
   [[nodiscard]] NSManagedObjectContextConcurrencyType concurrencyType() const noexcept;
 
   /// Calls the block where the context may be used: on the main thread, waiting for it, or for a
-  /// private queue right here once everybody else is out; then all that the block reads is the
-  /// store at one moment. What it throws is thrown here.
+  /// private queue right here once everybody else is out. All that the block reads is the store at
+  /// one moment, until something is saved. What it throws is thrown here.
   void performBlockAndWait(const std::function<void()>& block);
 
   /// A main-queue context has one from the start, a private-queue context none. Null for none.

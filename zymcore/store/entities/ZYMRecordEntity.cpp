@@ -1,6 +1,9 @@
 #include "zymcore/store/entities/ZYMRecordEntity.h"
 
+#include <string>
+#include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "zymcore/documents/NSDictionaryExtensions.h"
 #include "zymcore/documents/NSStringExtensions.h"
@@ -12,10 +15,23 @@
 namespace zym {
 namespace {
 
-// A record without a UUID matches nothing, not even an object that has none.
-NSManagedObject& childForRecord(const RecordChildren& children, const PlistDictionary& record,
-                                NSManagedObjectContext& context) {
+using ObjectsByUUID = std::unordered_map<std::string, NSManagedObject*>;
+
+ObjectsByUUID byUUID(const std::vector<NSManagedObject*>& objects) {
+  ObjectsByUUID found;
+  for (NSManagedObject* const object : objects) {
+    const PlistValue* const uuid = object->valueForKey(attributes::uuid);
+    if (const std::string* text = uuid ? uuid->string() : nullptr) found.emplace(*text, object);
+  }
+  return found;
+}
+
+// A record without a UUID matches nothing, not even an object that has none. Where the UUID stands
+// twice in the store, the parent's own child is meant.
+NSManagedObject& childForRecord(const RecordChildren& children, const ObjectsByUUID& own,
+                                const PlistDictionary& record, NSManagedObjectContext& context) {
   if (const std::string* uuid = record.string(keys::UUID)) {
+    if (const auto known = own.find(*uuid); known != own.end()) return *known->second;
     const ZYMEntityFetch::Objects found =
         ZYMEntityFetch::objectsInContext_matchingKey_andValue_sortedOnKey(
             children.entity, &context, attributes::uuid, *uuid, std::nullopt);
@@ -106,12 +122,14 @@ void ZYMRecordEntity::readChildren(PlistDictionary& record, NSManagedObjectConte
   const RecordChildren* children = form().children;
   if (!children) return;
 
+  const std::vector<NSManagedObject*> before = objectsForKey(children->relationship);
+  const ObjectsByUUID own = byUUID(before);
   std::vector<NSManagedObject*> listed;
   std::unordered_set<const NSManagedObject*> isListed;
   std::int64_t position = 0;
   for (PlistDictionary& row : record.editRows(children->key)) {
     if (children->getUUIDs && !row.contains(keys::UUID)) row.set(keys::UUID, zym::uuid());
-    NSManagedObject& child = childForRecord(*children, row, context);
+    NSManagedObject& child = childForRecord(*children, own, row, context);
     child.setObject_forKey(this, children->parent);
     if (children->haveIndex) child.setValue_forKey(position, attributes::index);
     static_cast<ZYMRecordEntity&>(child).updateWithDictionaryRepresentation_usingContext(row,
@@ -119,7 +137,6 @@ void ZYMRecordEntity::readChildren(PlistDictionary& record, NSManagedObjectConte
     if (isListed.insert(&child).second) listed.push_back(&child);
     ++position;
   }
-  const std::vector<NSManagedObject*> before = objectsForKey(children->relationship);
   setObjects_forKey(listed, children->relationship);
   if (listed.empty()) return;
   for (NSManagedObject* child : before) {

@@ -71,18 +71,20 @@ void ObjectGraph::perform(const std::function<void()>& block) {
 }
 
 void ObjectGraph::beginMoment() noexcept {
-  runOnReader("BEGIN");
+  onDatabase(&SQLiteDatabase::beginMoment);
 }
 
 void ObjectGraph::endMoment() noexcept {
-  runOnReader("ROLLBACK");
+  onDatabase(&SQLiteDatabase::endMoment);
 }
 
-// Without a transaction of their own the reads still work, each for itself.
-void ObjectGraph::runOnReader(const char* sql) noexcept {
-  if (!reader_) return;
+// Without a moment of their own the reads still work, each for itself.
+void ObjectGraph::onDatabase(void (SQLiteDatabase::*deed)()) noexcept {
+  if (!reader_ && !(coordinator_ && coordinator_->store())) return;
   try {
-    reader_->statement(sql).run();
+    SQLiteDatabase& connection = database();
+    const std::lock_guard lock(connection.mutex);
+    (connection.*deed)();
   } catch (const StoreFailure& failure) {
     NSLog(failure.error.localizedDescription);
   }

@@ -134,7 +134,7 @@ class ObjectGraph {
 
   void beginMoment() noexcept;
   void endMoment() noexcept;
-  void runOnReader(const char* sql) noexcept;
+  void onDatabase(void (SQLiteDatabase::*deed)()) noexcept;
 
   // Objects and rows.
   [[nodiscard]] NSManagedObject& objectFor(const NSEntityDescription& entity, std::int64_t key);

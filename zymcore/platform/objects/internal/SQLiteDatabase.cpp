@@ -208,7 +208,19 @@ std::int64_t SQLiteDatabase::changes() const noexcept {
   return sqlite3_changes64(database_);
 }
 
+void SQLiteDatabase::beginMoment() {
+  if (sqlite3_get_autocommit(database_) != 0) statement("BEGIN").run();
+}
+
+void SQLiteDatabase::endMoment() {
+  const bool isOpen = sqlite3_get_autocommit(database_) == 0;
+  if (isOpen && sqlite3_txn_state(database_, "main") != SQLITE_TXN_WRITE) {
+    statement("ROLLBACK").run();
+  }
+}
+
 SQLiteTransaction::SQLiteTransaction(SQLiteDatabase& database) : database_(database) {
+  database_.endMoment();
   database_.statement("BEGIN IMMEDIATE").run();
 }
 

@@ -87,6 +87,11 @@ class SQLiteDatabase {
   [[nodiscard]] std::int64_t integer(const std::string& sql);
   /// How many rows the last statement changed.
   [[nodiscard]] std::int64_t changes() const noexcept;
+  /// From here to `endMoment` all is read as it stood at one moment, and the file is locked once
+  /// and not for each statement. Nothing within a transaction or another moment.
+  void beginMoment();
+  /// Nothing without a moment, which a transaction may have ended.
+  void endMoment();
 
   std::recursive_mutex mutex;
 
@@ -104,7 +109,7 @@ class SQLiteDatabase {
 };
 
 /// All or nothing: takes the right to write at once, and gives everything back unless `commit` was
-/// reached.
+/// reached. Ends a moment that was being read, for it may be past.
 class SQLiteTransaction {
  public:
   explicit SQLiteTransaction(SQLiteDatabase& database);

@@ -139,6 +139,19 @@ TEST_F(Inventory, TheTotalIsThatOfTheLots) {
   }
 }
 
+// As two devices may make it.
+TEST_F(Inventory, ALotWithTheUUIDOfAnothersStaysWithItsItem) {
+  stock("hop", "Hop", {lot("a", "1", 3)});
+  stock("malt", "Fermentable", {lot("b", "2", 2)});
+  ZYMInventoryBatchEntity::onlyObjectWithUUID(nullptr, "b")
+      ->setValue_forKey(PlistValue("a"), attributes::uuid);
+  PlistArray more = *item("malt").array(keys::Batches);
+  more.edit(0).editDictionary()->set(keys::AmountInStock, "5");
+  inventory().updateBatches_inItemWithUUID(more, "malt");
+  EXPECT_EQ(item("hop").stringValue(keys::AmountInStock), "1.000000");
+  EXPECT_EQ(item("malt").stringValue(keys::AmountInStock), "5.000000");
+}
+
 TEST_F(Inventory, LotsAreReplacedWhereTheyDiffer) {
   stock("hop", "Hop", {lot("a", "1", 3), lot("b", "2", 2)});
   const PlistArray same = *item("hop").array(keys::Batches);

@@ -22,9 +22,18 @@ class SimilarNames {
   [[nodiscard]] std::int64_t indexOfMostSimilarTo(std::string_view text) const;
 
  private:
+  /// A pair of letters, and the name that has it.
+  struct Place {
+    std::uint32_t pair;
+    std::uint32_t name;
+  };
+
+  [[nodiscard]] std::vector<std::uint32_t> mostMatches(std::vector<std::uint32_t> pairs) const;
+
   std::vector<std::string> names_;
   std::vector<std::uint32_t> pairs_;  // of all names, one behind the other
   std::vector<std::size_t> ends_;     // of the pairs of each
+  std::vector<Place> places_;         // of all pairs, in their order
 };
 
 }  // namespace zym

@@ -119,22 +119,26 @@ PlistDictionary ZYMStyles::noChosenStyle() {
 }
 
 void ZYMStyles::loadIfNecessaryForGuidelines(std::int64_t guidelines) {
-  std::optional<PlistArray>& styles = data_[positionOf(guidelines)];
-  if (styles) return;
+  std::optional<Guidelines>& known = data_[positionOf(guidelines)];
+  if (known) return;
   const std::optional<PlistDictionary> file =
       resourceDictionary(allGuidelines[positionOf(guidelines)].resource);
   const PlistArray* found = file ? file->array(Styles) : nullptr;
   if (!found) return;
   // Only records are styles.
-  PlistArray records;
-  for (const PlistDictionary& style : file->rows(Styles)) records.append(style);
-  styles = std::move(records);
+  PlistArray styles;
+  std::vector<std::string> names;
+  for (const PlistDictionary& style : file->rows(Styles)) {
+    styles.append(style);
+    names.emplace_back(style.stringValue(keys::Name));
+  }
+  known = Guidelines{std::move(styles), SimilarNames(std::move(names))};
 }
 
 const PlistArray* ZYMStyles::stylesIn(std::int64_t guidelines) {
   loadIfNecessaryForGuidelines(guidelines);
-  const std::optional<PlistArray>& styles = data_[positionOf(guidelines)];
-  return styles ? &*styles : nullptr;
+  const std::optional<Guidelines>& known = data_[positionOf(guidelines)];
+  return known ? &known->styles : nullptr;
 }
 
 std::optional<PlistDictionary> ZYMStyles::firstStyleWith(KeyName key, std::string_view text,
@@ -180,9 +184,8 @@ std::vector<std::string> ZYMStyles::allStyleNamesInGuidelines(std::int64_t guide
 std::optional<PlistDictionary> ZYMStyles::styleWithNameMostSimilarToString_inGuidelines(
     std::string_view text, std::int64_t guidelines) {
   const PlistArray* styles = stylesIn(guidelines);
-  const std::int64_t index =
-      indexOfMostSimilarObjectToString_inArray_forKey(text, styles, keys::Name);
-  if (index == NSNotFound) return std::nullopt;
+  if (!styles) return std::nullopt;
+  const std::int64_t index = data_[positionOf(guidelines)]->names.indexOfMostSimilarTo(text);
   if (index < 0) {
     throw NSException(NSRangeException, "index -1 beyond bounds for array of styles");
   }

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "zymcore/documents/SimilarNames.h"
 #include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {
@@ -49,12 +50,17 @@ class ZYMStyles {
       std::string_view text, const PlistArray* array, const std::optional<KeyName>& key);
 
  private:
+  struct Guidelines {
+    PlistArray styles;
+    SimilarNames names;
+  };
+
   ZYMStyles() = default;
   [[nodiscard]] const PlistArray* stylesIn(std::int64_t guidelines);
   [[nodiscard]] std::optional<PlistDictionary> firstStyleWith(KeyName key, std::string_view text,
                                                               std::int64_t guidelines);
 
-  std::array<std::optional<PlistArray>, 2> data_;
+  std::array<std::optional<Guidelines>, 2> data_;
 };
 
 }  // namespace zym

@@ -216,6 +216,22 @@ TEST_F(NSManagedObjectContextTest, AFetchTakesOverWhatSomebodyElseSaved) {
   save();
 }
 
+TEST_F(NSManagedObjectContextTest, ABlockReadsOneMomentUntilItSaves) {
+  NSManagedObject* const a = insert("Author", "A");
+  save();
+  const auto other = contextOn(openLibrary(path()));
+  other->setUndoManager(nullptr);
+  context->performBlockAndWait([&] {
+    EXPECT_EQ(named("Author", "A"), a);
+    other->objectWithID(a->objectID())->setValue_forKey(PlistValue("B"), key::name);
+    ASSERT_TRUE(other->save());
+    EXPECT_EQ(named("Author", "B"), nullptr);
+    insert("Author", "C");
+    save();
+    EXPECT_EQ(named("Author", "B"), a);
+  });
+}
+
 // After a fetch a relationship made elsewhere is known, and its rule holds; before one, nothing
 // is left dangling.
 TEST_F(NSManagedObjectContextTest, DeletesWithWhatSomebodyElseRelated) {

@@ -178,7 +178,9 @@ std::optional<PlistDictionary> ZYMFileImportOperation::recipeInFile() {
 
 bool ZYMFileImportOperation::importFile() {
   try {
-    Recipe recipe = recipeInFile();
+    Recipe recipe;
+    // The libraries are read as they stand at one moment.
+    mainContext().performBlockAndWait([&] { recipe = recipeInFile(); });
     if (recipe) insert(std::move(*recipe));
   } catch (const std::exception& fault) {
     failureReason_ = fault.what();

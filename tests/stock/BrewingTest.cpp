@@ -2,9 +2,12 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 
 #include <cstdlib>
 #include <random>
+#include <set>
 
 #include "tests/stock/Shelf.h"
 #include "tests/support/Child.h"
@@ -220,14 +223,16 @@ TEST_F(Brewing, AChangeThatFailsLeavesNothing) {
   EXPECT_THAT(inStock("malt"), ElementsAre("2"));
 }
 
-TEST_F(Brewing, KilledAtAnyMomentIsWholeOrNotAtAll) {
-  const int kills = std::getenv("ZYM_LONG_TESTS") ? 200 : 15;
-  constexpr int items = 12;
-  ZYMCoreDataModel::tearDown();
-  int brewed = 0;
-  for (int i = 0; i < kills; ++i) {
-    const std::string data = folder / ("data" + std::to_string(i));
-    const auto openStore = [&] { model().setDataFolder(data); };
+/// Twelve malts of two lots each in a data folder of their own, and a batch that takes of all.
+class BrewedElsewhere : public Brewing {
+ protected:
+  static constexpr int items = 12;
+
+  BrewedElsewhere() { ZYMCoreDataModel::tearDown(); }
+
+  void openStore() const { model().setDataFolder(data_); }
+  void fill(int number) {
+    data_ = folder / ("data" + std::to_string(number));
     openStore();
     PlistArray additions;
     for (int k = 0; k < items; ++k) {
@@ -235,33 +240,68 @@ TEST_F(Brewing, KilledAtAnyMomentIsWholeOrNotAtAll) {
             {lot("a" + std::to_string(k), "5", 2), lot("b" + std::to_string(k), "3", 1)});
       additions.append(addition("m" + std::to_string(k), "4"));
     }
-    const std::string batch = newBatch(std::move(additions));
+    batch_ = newBatch(std::move(additions));
     ZYMCoreDataModel::tearDown();
+  }
+  /// In a process that says 1 before it and 2 after it.
+  void brewThere(int pipe) const {
+    openStore();
+    open(batch_);
+    (void)engine().recalculateAvailabilitiesWithAdvisories(nullptr);
+    Child::tell(pipe, 1);
+    engine().adjustInventoryForBatchAndSave();
+    Child::tell(pipe, 2);
+  }
+  /// Whether it was brewed: all of it then, and else nothing.
+  bool isBrewed() const {
+    openStore();
+    const bool isDeducted = storedBatch(batch_).boolValue(keys::AdjustedInventory);
+    const std::vector<std::string> left =
+        isDeducted ? std::vector<std::string>{"4.000000"} : std::vector<std::string>{"5", "3"};
+    for (int k = 0; k < items; ++k) EXPECT_EQ(inStock("m" + std::to_string(k)), left);
+    ZYMCoreDataModel::tearDown();
+    return isDeducted;
+  }
+
+  std::string data_;
+  std::string batch_;
+};
+
+TEST_F(BrewedElsewhere, KilledAtAnyMomentIsWholeOrNotAtAll) {
+  const int kills = std::getenv("ZYM_LONG_TESTS") ? 200 : 15;
+  int brewed = 0;
+  for (int i = 0; i < kills; ++i) {
+    fill(i);
     Child child([&](int pipe) {
-      openStore();
-      open(batch);
-      (void)engine().recalculateAvailabilitiesWithAdvisories(nullptr);
-      Child::tell(pipe, 1);
-      engine().adjustInventoryForBatchAndSave();
-      Child::tell(pipe, 2);
+      brewThere(pipe);
       ::pause();
     });
     ASSERT_EQ(child.hear(30000), 1);
     // Somewhere from its first step to behind its last.
     (void)child.hear(i % 16);
     child.kill();
-
-    openStore();
-    const bool isDeducted = storedBatch(batch).boolValue(keys::AdjustedInventory);
-    brewed += isDeducted ? 1 : 0;
-    for (int k = 0; k < items; ++k) {
-      EXPECT_EQ(inStock("m" + std::to_string(k)), isDeducted
-                                                      ? (std::vector<std::string>{"4.000000"})
-                                                      : (std::vector<std::string>{"5", "3"}));
-    }
-    ZYMCoreDataModel::tearDown();
+    brewed += isBrewed() ? 1 : 0;
   }
   RecordProperty("brewed", brewed);
+}
+
+TEST_F(BrewedElsewhere, WithTheDiskFullIsWholeOrNotAtAll) {
+  std::set<bool> outcomes;
+  for (int pages = 0; pages < 40; pages += 5) {
+    fill(pages);
+    // No file may grow past the limit, which stands for the end of the disk.
+    Child child([&](int pipe) {
+      ::signal(SIGXFSZ, SIG_IGN);
+      const rlimit limit{static_cast<rlim_t>(pages) * 4096, RLIM_INFINITY};
+      openStore();
+      (void)inventory().allItems();
+      ::setrlimit(RLIMIT_FSIZE, &limit);
+      brewThere(pipe);
+    });
+    EXPECT_EQ(child.join(), 0);
+    outcomes.insert(isBrewed());
+  }
+  EXPECT_EQ(outcomes.size(), 2U) << "some have room and some have not";
 }
 
 }  // namespace

@@ -125,7 +125,7 @@ std::string conditioningOf(const PlistDictionary& recipe) {
   const std::string_view word = recipe.stringValue(keys::Conditioning);
   const std::string text =
       translated(word, words::conditionings, "ZYMHTML.renderToHTMLBatchInstructions", Form::Markup);
-  return text == word ? lowercaseString(text) : text;
+  return text == pageText(word, Form::Markup) ? lowercaseString(text) : text;
 }
 
 void addPlainValues(const PlistDictionary& recipe, PlistDictionary& values) {

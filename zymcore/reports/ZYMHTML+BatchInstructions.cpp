@@ -17,6 +17,7 @@
 #include "zymcore/reports/internal/Mash.h"
 #include "zymcore/reports/internal/PageFigures.h"
 #include "zymcore/reports/internal/PageTexts.h"
+#include "zymcore/reports/internal/Sentences.h"
 #include "zymcore/reports/internal/SheetRows.h"
 #include "zymcore/reports/internal/Template.h"
 #include "zymcore/transformers/ZYMGravityValueTransformer.h"
@@ -31,13 +32,13 @@ namespace {
 using namespace pages;
 
 struct Salt {
-  KeyName weight;
   std::string_view text;
+  KeyName weight;
 };
 constexpr Salt salts[] = {
-    {keys::CaSO4InGrammes, "%@ of gypsum."},           {keys::MgSO4InGrammes, "%@ of epsom salts."},
-    {keys::NaHCO3InGrammes, "%@ of baking soda."},     {keys::NaClInGrammes, "%@ of table salt."},
-    {keys::CaCl2InGrammes, "%@ of calcium chloride."}, {keys::CaCO3InGrammes, "%@ of chalk."},
+    {"%@ of gypsum.", keys::CaSO4InGrammes},           {"%@ of epsom salts.", keys::MgSO4InGrammes},
+    {"%@ of baking soda.", keys::NaHCO3InGrammes},     {"%@ of table salt.", keys::NaClInGrammes},
+    {"%@ of calcium chloride.", keys::CaCl2InGrammes}, {"%@ of chalk.", keys::CaCO3InGrammes},
 };
 
 struct TimedList {

@@ -8,6 +8,7 @@
 #include "zymcore/reports/ZYMHTML.h"
 #include "zymcore/reports/internal/PageFigures.h"
 #include "zymcore/reports/internal/PageTexts.h"
+#include "zymcore/reports/internal/Sentences.h"
 #include "zymcore/reports/internal/Template.h"
 #include "zymcore/transformers/ZYMDateValueTransformer.h"
 #include "zymcore/transformers/ZYMHopWeightValueTransformer.h"
@@ -59,12 +60,14 @@ struct StockKind {
   Amount amount;
   std::string (*lotText)(const PlistDictionary& lot, Amount amount);
 };
-constexpr StockKind fermentables{words::Fermentable, "Inventory - Fermentables as of %@",
-                                 weightInStock, lotText};
-constexpr StockKind hops{words::Hop, "Inventory - Hops as of %@", hopWeightInStock, hopLotText};
-constexpr StockKind others{words::Other, "Inventory - Other Ingredients as of %@", weightInStock,
+constexpr StockKind fermentables{
+    words::Fermentable, translatable("Inventory - Fermentables as of %@"), weightInStock, lotText};
+constexpr StockKind hops{words::Hop, translatable("Inventory - Hops as of %@"), hopWeightInStock,
+                         hopLotText};
+constexpr StockKind others{words::Other, translatable("Inventory - Other Ingredients as of %@"),
+                           weightInStock, lotText};
+constexpr StockKind yeasts{words::Yeast, translatable("Inventory - Yeasts as of %@"), packsInStock,
                            lotText};
-constexpr StockKind yeasts{words::Yeast, "Inventory - Yeasts as of %@", packsInStock, lotText};
 constexpr StockKind kinds[] = {fermentables, hops, others, yeasts};
 
 void process(const StockKind& kind, const PlistArray& items, PlistDictionary& values) {

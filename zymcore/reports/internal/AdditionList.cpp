@@ -1,10 +1,10 @@
 #include "zymcore/reports/internal/AdditionList.h"
 
-#include "zymcore/documents/ZYMLocalization.h"
 #include "zymcore/platform/text/NSString.h"
 #include "zymcore/reports/PageKeys.h"
 #include "zymcore/reports/internal/PageFigures.h"
 #include "zymcore/reports/internal/PageTexts.h"
+#include "zymcore/reports/internal/Sentences.h"
 #include "zymcore/transformers/ZYMHopWeightValueTransformer.h"
 #include "zymcore/transformers/ZYMPercentValueTransformer.h"
 #include "zymcore/transformers/ZYMWeightValueTransformer.h"
@@ -63,11 +63,6 @@ void AdditionList::addRow(const PlistDictionary& addition, const AdditionKind& k
     text_ += "<br>\n";
   }
   if (!isLast) text_ += "&nbsp;<br>";
-}
-
-std::string sentence(std::string_view english, std::initializer_list<std::string_view> arguments) {
-  return stringWithFormat(Localized_String(english, "ZYMHTML.renderToHTMLBatchInstructions"),
-                          arguments);
 }
 
 }  // namespace zym::pages

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -55,10 +54,5 @@ class AdditionList {
   std::string text_;
   bool isEmpty_ = true;
 };
-
-/// A sentence of the instructions in the user's language, with its arguments, which are texts of
-/// the page.
-[[nodiscard]] std::string sentence(std::string_view english,
-                                   std::initializer_list<std::string_view> arguments = {});
 
 }  // namespace zym::pages

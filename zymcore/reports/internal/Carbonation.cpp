@@ -6,8 +6,8 @@
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/RecipeKeys.h"
 #include "zymcore/documents/Vocabularies.h"
-#include "zymcore/reports/internal/AdditionList.h"
 #include "zymcore/reports/internal/PageFigures.h"
+#include "zymcore/reports/internal/Sentences.h"
 
 namespace zym::pages {
 namespace {
@@ -20,9 +20,9 @@ struct Priming {
   std::string_view name;
 };
 constexpr Priming primings[] = {
-    {"Sugar", 1, "of sugar."},
-    {"Honey", 1.4, "of honey."},
-    {"DME", 1.3, "of dry malt extract."},
+    {"Sugar", 1, translatable("of sugar.")},
+    {"Honey", 1.4, translatable("of honey.")},
+    {"DME", 1.3, translatable("of dry malt extract.")},
 };
 
 // What isn't above 0, or is no number, is 0.

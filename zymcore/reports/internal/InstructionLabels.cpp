@@ -1,7 +1,10 @@
 #include "zymcore/reports/internal/InstructionLabels.h"
 
+#include <string>
+
+#include "zymcore/platform/values/PlistValue.h"
 #include "zymcore/reports/PageKeys.h"
-#include "zymcore/reports/internal/AdditionList.h"
+#include "zymcore/reports/internal/Sentences.h"
 
 namespace zym::pages {
 namespace {

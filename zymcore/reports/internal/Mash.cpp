@@ -8,8 +8,8 @@
 #include "zymcore/documents/Vocabularies.h"
 #include "zymcore/platform/host/NSUserDefaults.h"
 #include "zymcore/reports/PageKeys.h"
-#include "zymcore/reports/internal/AdditionList.h"
 #include "zymcore/reports/internal/PageFigures.h"
+#include "zymcore/reports/internal/Sentences.h"
 #include "zymcore/transformers/ZYMTemperatureValueTransformer.h"
 #include "zymcore/transformers/ZYMVolumeValueTransformer.h"
 

@@ -65,18 +65,18 @@ constexpr Word stepWords[] = {{keys::StepType, words::stepTypes, comment}};
 
 struct TableForm {
   KeyName source;
-  std::string_view rowTemplate;
   KeyName result;
+  std::string_view rowTemplate;
   std::span<const Figure> figures;
   std::span<const Word> words;
 };
 constexpr TableForm tables[] = {
-    {keys::FermentableIngredients, "FermentableItem", keys::FermentableItems, fermentableFigures,
+    {keys::FermentableIngredients, keys::FermentableItems, "FermentableItem", fermentableFigures,
      fermentableWords},
-    {keys::HopIngredients, "HopItem", keys::HopItems, hopFigures, hopWords},
-    {keys::OtherIngredients, "OtherItem", keys::OtherItems, otherFigures, otherWords},
-    {keys::YeastIngredients, "YeastItem", keys::YeastItems, yeastFigures, {}},
-    {keys::Steps, "ScheduleStep", keys::ScheduleSteps, stepFigures, stepWords},
+    {keys::HopIngredients, keys::HopItems, "HopItem", hopFigures, hopWords},
+    {keys::OtherIngredients, keys::OtherItems, "OtherItem", otherFigures, otherWords},
+    {keys::YeastIngredients, keys::YeastItems, "YeastItem", yeastFigures, {}},
+    {keys::Steps, keys::ScheduleSteps, "ScheduleStep", stepFigures, stepWords},
 };
 
 PlistDictionary rowValues(const PlistDictionary& row, const TableForm& table, Form form) {

@@ -10,8 +10,9 @@
 namespace zym {
 namespace {
 
+// A page may be made on a thread of its own while the user goes on.
 std::optional<NSNumberFormatter>& sharedFormatter() {
-  static std::optional<NSNumberFormatter> formatter;
+  thread_local std::optional<NSNumberFormatter> formatter;
   if (!formatter) formatter.emplace(NSLocale::currentLocale());
   return formatter;
 }

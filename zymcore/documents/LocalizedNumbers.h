@@ -10,10 +10,10 @@
 namespace zym {
 
 // Numbers between the user and the store: what is shown follows the current locale, what is stored
-// is decimal text. All of these share one formatter and belong to one thread at a time.
+// is decimal text. All of these share one formatter a thread.
 
 /// Makes the shared formatter, for the current locale: decimal, rounded half up, no grouping.
-/// Called on first use, and by a host that has changed the locale.
+/// Called on first use in each thread, and by a host that has changed the locale.
 void createFormatter();
 
 /// The number with exactly that many decimals, as the locale writes it. A string is first read in

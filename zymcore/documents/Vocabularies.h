@@ -128,6 +128,13 @@ inline constexpr std::string_view conditionings[] = {
     "Lagered for 6 weeks",   "Lagered for 8 weeks",   "Lagered for 10 weeks",
     "Lagered for 12 weeks"};
 
+/// The name of the water that stands for no choice. Its blank sorts it before all others.
+inline constexpr std::string_view NoWaterProfileChosen = " No Water Profile Chosen";
+
+/// What a brewer takes for the mash pH is free text; but for taking nothing there is a word.
+inline constexpr std::string_view Unadjusted = "Unadjusted";
+inline constexpr std::string_view acids[] = {Unadjusted};
+
 inline constexpr std::string_view Ale = "Ale";
 inline constexpr std::string_view Lager = "Lager";
 inline constexpr std::string_view beerTypes[] = {Ale, Lager};

@@ -49,7 +49,7 @@ constexpr Initial initialTexts[] = {
     {keys::CaCl2InGrammes, "0.0"},
     {keys::NaHCO3InGrammes, "0.0"},
     {keys::MashpH, "5.2"},
-    {keys::Acid, "Unadjusted"},
+    {keys::Acid, words::Unadjusted},
     {keys::FermentationTemperature, "18.0"},
     {keys::Carbonation, words::Nothing},
     {keys::CarbonationVolumes, "0.0"},
@@ -70,7 +70,7 @@ PlistDictionary scheduleOf(const PlistDictionary& profile) {
 void setFirstWater(PlistDictionary& recipe) {
   const std::vector<ZYMSummary> waters = ZYMWaters::sharedInstance().rowsOfAllItems();
   if (waters.empty()) {
-    recipe.set(keys::WaterProfileUsed, " No Water Profile Chosen");
+    recipe.set(keys::WaterProfileUsed, words::NoWaterProfileChosen);
     return;
   }
   if (waters.front().uuid) {

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <utility>
+#include <tuple>
 
 namespace zym {
 
@@ -17,12 +17,14 @@ struct NSNumberFormatter::Formats {
   NSLocale locale;
   int minimum = 0;
   int maximum = 3;
+  UNumberFormatRoundingMode rounding = UNUM_ROUND_HALFUP;
   std::optional<icu::number::LocalizedNumberFormatter> money;  // while the style is that
-  std::map<std::pair<int, int>, icu::number::LocalizedNumberFormatter> settled;
+  std::map<std::tuple<int, int, UNumberFormatRoundingMode>, icu::number::LocalizedNumberFormatter>
+      settled;
 
   const icu::number::LocalizedNumberFormatter& current() {
     if (money) return *money;
-    const std::pair digits(minimum, maximum);
+    const std::tuple digits(minimum, maximum, rounding);
     const auto found = settled.find(digits);
     if (found != settled.end()) return found->second;
     using icu::number::NumberFormatter;
@@ -30,7 +32,7 @@ struct NSNumberFormatter::Formats {
     return settled
         .emplace(digits, NumberFormatter::withLocale(icu::Locale(locale.localeIdentifier().c_str()))
                              .grouping(UNUM_GROUPING_OFF)
-                             .roundingMode(UNUM_ROUND_HALFUP)
+                             .roundingMode(rounding)
                              .precision(Precision::minMaxFraction(minimum, maximum)))
         .first->second;
   }
@@ -62,6 +64,10 @@ void NSNumberFormatter::setNumberStyle(Style style) {
   formats_->money = U_SUCCESS(status)
                         ? sum.unit(unit).precision(Precision::currency(UCURR_USAGE_STANDARD))
                         : sum.precision(Precision::fixedFraction(2));
+}
+
+void NSNumberFormatter::setRoundingMode(RoundingMode mode) {
+  formats_->rounding = mode == RoundingMode::HalfEven ? UNUM_ROUND_HALFEVEN : UNUM_ROUND_HALFUP;
 }
 
 void NSNumberFormatter::setMinimumFractionDigits(int digits) {

@@ -7,11 +7,12 @@
 
 namespace zym {
 
-/// Numbers as the people of a locale write them: decimal, rounded half up (away from zero), no
-/// grouping; or as sums of the money of their country. One thread at a time.
+/// Numbers as the people of a locale write them: decimal, rounded half up (away from zero) unless
+/// set otherwise, no grouping; or as sums of the money of their country. One thread at a time.
 class NSNumberFormatter {
  public:
   enum class Style { Decimal, Currency };
+  enum class RoundingMode { HalfUp, HalfEven };
 
   explicit NSNumberFormatter(const NSLocale& locale);
   ~NSNumberFormatter();
@@ -24,6 +25,8 @@ class NSNumberFormatter {
   /// that the money has, whatever is set below.
   void setNumberStyle(Style style);
 
+  /// Of decimal numbers.
+  void setRoundingMode(RoundingMode mode);
   // From 0 to 100; at first 0 and 3. Each pulls the other along where they would cross.
   void setMinimumFractionDigits(int digits);
   void setMaximumFractionDigits(int digits);

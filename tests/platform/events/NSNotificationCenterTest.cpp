@@ -73,13 +73,5 @@ TEST_F(NSNotificationCenterTest, ATokenThatMovesKeepsItsRegistrationAndMayOutliv
   EXPECT_EQ(calls.size(), 2U);
 }
 
-TEST_F(NSNotificationCenterTest, LetsGoOfWhatARemovedObserverHolds) {
-  const auto held = std::make_shared<int>(0);
-  auto token = center.addObserverForName_object("news", nullptr, [held](const NSNotification&) {});
-  EXPECT_EQ(held.use_count(), 2);
-  token.remove();
-  EXPECT_EQ(held.use_count(), 1);
-}
-
 }  // namespace
 }  // namespace zym

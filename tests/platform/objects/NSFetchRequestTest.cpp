@@ -213,26 +213,6 @@ TEST_F(NSFetchTest, WalkingAllDocumentsKeepsNoneOfThem) {
   EXPECT_LT(bytesInUse(), before + count * length / 10);
 }
 
-TEST_F(NSFetchTest, FindsWhatIsChangedByItsTextOfNow) {
-  NSManagedObject* const saved = insert("Book", "a");
-  save();
-  NSManagedObject* const fresh = insert("Book", "b");
-  EXPECT_EQ(named("Book", "b"), fresh);
-  group([&] { fresh->setValue_forKey(PlistValue("c"), key::name); });
-  group([&] { saved->setValue_forKey(PlistValue("b"), key::name); });
-  EXPECT_EQ(named("Book", "b"), saved);
-  EXPECT_EQ(named("Book", "c"), fresh);
-  EXPECT_EQ(named("Book", "a"), nullptr);
-  group([&] { fresh->setValue_forKey(PlistValue("b"), key::name); });
-  EXPECT_THAT(namesOf(fetch(request("Book", NSPredicate::equal(key::name, "b")))),
-              ElementsAre("b", "b"));
-  undo().undo();
-  undo().undo();
-  EXPECT_EQ(named("Book", "a"), saved);
-  group([&] { context->deleteObject(*saved); });
-  EXPECT_EQ(named("Book", "a"), nullptr);
-}
-
 // Each record that is added looks for others of its name first.
 TEST_F(NSFetchTest, AddingManyTakesTimeInProportion) {
   context->setUndoManager(nullptr);

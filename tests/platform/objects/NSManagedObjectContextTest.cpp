@@ -123,35 +123,6 @@ TEST_F(NSManagedObjectContextTest, ADeletedObjectTakesNoChanges) {
   EXPECT_THAT(author->objectsForKey(key::books), IsEmpty());
 }
 
-TEST_F(NSManagedObjectContextTest, AnInsertionTakenBackLeavesNothingToSave) {
-  EXPECT_FALSE(context->hasChanges());
-  NSManagedObject* const book = insert("Book", "B");
-  EXPECT_TRUE(context->hasChanges());
-  undo().undo();
-  EXPECT_FALSE(context->hasChanges());
-  undo().redo();
-  EXPECT_TRUE(context->hasChanges());
-  EXPECT_EQ(named("Book", "B"), book);
-}
-
-TEST_F(NSManagedObjectContextTest, AnUndoneDeletionOrInsertionKeepsItsIdentity) {
-  NSManagedObject* const book = insert("Book", "B");
-  save();
-  const NSManagedObjectID id = book->objectID();
-  undo().undo();
-  save();
-  EXPECT_EQ(named("Book", "B"), nullptr);
-  NSManagedObject* const other = insert("Book", "Other");
-  save();
-  EXPECT_NE(other->objectID(), id);
-  undo().undo();
-  undo().redo();
-  save();
-  undo().undo();
-  save();
-  EXPECT_EQ(book->objectID(), id);
-}
-
 TEST_F(NSManagedObjectContextTest, PostsWhatItSaved) {
   std::vector<PlistDictionary> posts;
   const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
@@ -251,18 +222,6 @@ TEST_F(NSManagedObjectContextTest, UndoActionsOutliveTheirContextQuietly) {
   context.reset();
   shared->undo();
   EXPECT_TRUE(shared->canRedo());
-}
-
-TEST_F(NSManagedObjectContextTest, AStoreInMemoryWorksTheSame) {
-  const auto memory =
-      std::make_shared<NSPersistentStoreCoordinator>(modelFrom(libraryDescription()));
-  ASSERT_TRUE(memory->addPersistentStoreWithType_configuration_URL_options(NSInMemoryStoreType,
-                                                                           std::nullopt, {}, {}));
-  context = contextOn(memory);
-  insert("Book", "B");
-  save();
-  const auto other = contextOn(memory, NSPrivateQueueConcurrencyType);
-  EXPECT_EQ(other->countForFetchRequest(request("Book")), 1U);
 }
 
 }  // namespace

@@ -60,6 +60,15 @@ class WithShelf : public WithStore {
   static std::vector<std::string> texts(const std::optional<PlistArray>& records, KeyName key) {
     return texts(records ? &*records : nullptr, key);
   }
+  /// The texts of a record, "-" for none.
+  static std::string shown(const PlistDictionary& record, std::initializer_list<KeyName> keys) {
+    std::string result;
+    for (const KeyName key : keys) {
+      const std::string* const text = record.string(key);
+      result += (result.empty() ? "" : " ") + (text ? *text : "-");
+    }
+    return result;
+  }
   static std::string undoName() {
     std::string name = undoManager().undoActionName();
     endTurn();

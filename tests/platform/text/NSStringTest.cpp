@@ -69,12 +69,6 @@ RC_GTEST_PROP(NSString, SurvivesAnyBytes, (const std::string& bytes)) {
   if (isUTF8(bytes)) RC_ASSERT(stringWithUTF16(UTF16String(bytes)) == bytes);
 }
 
-TEST(NSString, FindsParts) {
-  EXPECT_TRUE(containsString("Pale Ale", "le A"));
-  EXPECT_TRUE(containsString("Pale Ale", ""));
-  EXPECT_FALSE(containsString("Pale Ale", "pale"));
-}
-
 TEST(NSString, Formats) {
   EXPECT_EQ(stringWithFormat("Batch %ld of %@", {"3", "%@ 100%"}), "Batch 3 of %@ 100%");
   EXPECT_EQ(stringWithFormat("%2$@: Sud %1$ld", {"3", "Bock"}), "Bock: Sud 3");

@@ -50,30 +50,6 @@ class WithShelf : public WithStore {
   static PlistDictionary item(std::string_view uuid) {
     return inventory().itemWithUUID(uuid).value_or(PlistDictionary());
   }
-  static std::vector<std::string> texts(const PlistArray* records, KeyName key) {
-    std::vector<std::string> result;
-    for (const PlistDictionary& record : PlistRows(records)) {
-      result.emplace_back(record.stringValue(key));
-    }
-    return result;
-  }
-  static std::vector<std::string> texts(const std::optional<PlistArray>& records, KeyName key) {
-    return texts(records ? &*records : nullptr, key);
-  }
-  /// The texts of a record, "-" for none.
-  static std::string shown(const PlistDictionary& record, std::initializer_list<KeyName> keys) {
-    std::string result;
-    for (const KeyName key : keys) {
-      const std::string* const text = record.string(key);
-      result += (result.empty() ? "" : " ") + (text ? *text : "-");
-    }
-    return result;
-  }
-  static std::string undoName() {
-    std::string name = undoManager().undoActionName();
-    endTurn();
-    return name;
-  }
 };
 
 }  // namespace zym::testing

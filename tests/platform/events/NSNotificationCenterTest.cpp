@@ -47,18 +47,6 @@ TEST_F(NSNotificationCenterTest, ObserversComeAndGoDuringDelivery) {
   EXPECT_EQ(calls, (Calls{"first", "third", "third", "added"}));
 }
 
-TEST_F(NSNotificationCenterTest, HandsOverObjectAndUserInfoToWhoMayPostAgain) {
-  const auto outer = center.addObserverForName_object("outer", nullptr, [&](const auto& news) {
-    EXPECT_EQ(news.object, this);
-    EXPECT_EQ(news.userInfo, (PlistDictionary{{KeyName("count"), 3}}));
-    center.postNotificationName_object("inner", nullptr);
-    calls.push_back("outer");
-  });
-  const auto inner = observe("inner", nullptr, "inner");
-  center.postNotificationName_object_userInfo("outer", this, {{KeyName("count"), 3}});
-  EXPECT_EQ(calls, (Calls{"inner", "outer"}));
-}
-
 TEST_F(NSNotificationCenterTest, ATokenThatMovesKeepsItsRegistrationAndMayOutliveTheCenter) {
   NSNotificationCenter::Token kept;
   {

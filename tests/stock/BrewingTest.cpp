@@ -10,7 +10,6 @@
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
-#include "zymcore/store/ZYMOneChange.h"
 
 namespace zym {
 namespace {
@@ -155,27 +154,6 @@ TEST_F(Brewing, ALotThatWentMeanwhileIsNotTaken) {
   inventory().updateBatches_inItemWithUUID({lot("late", "5", 2)}, "malt");
   engine().adjustInventoryForBatchAndSave();
   EXPECT_THAT(inStock("malt"), ElementsAre("1.000000"));
-}
-
-TEST_F(Brewing, AChangeThatFailsLeavesNothing) {
-  stock("malt", "Fermentable", {lot("a", "5", 1)});
-  const PlistArray shelf = inventory().allItems();
-  endTurn();
-  try {
-    ZYMOneChange change;
-    stock("malt", "Fermentable", {lot("a", "1", 1)});
-    ZYMOneChange inner;
-    inventory().removeItemWithUUID("malt");
-    inner.save();
-    EXPECT_FALSE(inventory().itemWithUUID("malt"));
-    throw std::runtime_error("in between");
-  } catch (const std::runtime_error&) {
-  }
-  EXPECT_EQ(inventory().allItems(), shelf);
-  EXPECT_FALSE(context().hasChanges());
-  stock("malt", "Fermentable", {lot("a", "2", 1)});
-  reopen();
-  EXPECT_THAT(inStock("malt"), ElementsAre("2"));
 }
 
 TEST_F(Brewing, KilledAtAnyMomentIsWholeOrNotAtAll) {

@@ -116,12 +116,26 @@ TEST_F(NSUndoManagerTest, AnActionThatThrowsLeavesTheManagerUsable) {
   EXPECT_EQ(text, "a");
 }
 
+TEST_F(NSUndoManagerTest, ForgetsWhatWasTakenBackOtherwise) {
+  run("aA|b");
+  const std::uint64_t latest = undo.latestAction();
+  run("(c)d");
+  undo.removeActionsSince(latest);
+  run("<");
+  EXPECT_EQ(text, "a") << "the first letter alone is taken back from what it made of the text";
+  add('x');
+  undo.removeActionsSince(undo.latestAction() - 1);
+  run("|");
+  EXPECT_EQ(undo.undoActionName(), "A") << "nothing is left of the step";
+}
+
 TEST_F(NSUndoManagerTest, KnowsTheLatestActionOfTheOpenGroup) {
   const std::uint64_t first = undo.registerUndo([] {});
   EXPECT_TRUE(undo.isLatestAction(first));
   run("(");
   EXPECT_FALSE(undo.isLatestAction(first));
   const std::uint64_t second = undo.registerUndo([] {});
+  EXPECT_EQ(undo.latestAction(), second);
   run(")");
   EXPECT_TRUE(undo.isLatestAction(second));
   run(")");

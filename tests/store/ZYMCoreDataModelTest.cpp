@@ -274,7 +274,7 @@ TEST_F(CoreDataModel, ARunOfTheLoopMayCloseAnUndoGroup) {
     endTurn();
     EXPECT_EQ(undoManager().groupingLevel(), 0U);
     addHop("Goldings");
-    EXPECT_NO_THROW(group.closeAndSave("Add Hops", ""));
+    EXPECT_NO_THROW(group.closeAndSave("Add Hops"));
   }
   EXPECT_FALSE(context().hasChanges());
   EXPECT_EQ(undoManager().undoActionName(), "Add Hops");
@@ -283,7 +283,7 @@ TEST_F(CoreDataModel, ARunOfTheLoopMayCloseAnUndoGroup) {
   EXPECT_EQ(hops(), 1U);
   {
     ZYMUndoGroup closed;
-    closed.closeAndSave("", "");
+    closed.closeAndSave("");
     EXPECT_EQ(undoManager().groupingLevel(), 1U);
     undoManager().beginUndoGrouping();  // somebody else's
   }

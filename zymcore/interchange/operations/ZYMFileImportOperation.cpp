@@ -120,7 +120,7 @@ NSUndoManager& undoManager() {
 // The group is the one that the first change of this turn opened.
 void closeUndoGroup() {
   if (undoManager().groupingLevel() == 0) return;
-  undoManager().setActionName(Localized_String("Import Recipe", "ZYMFileImportOperation.main"));
+  undoManager().setActionName(Localized_String("Import Recipe"));
   undoManager().endUndoGrouping();
 }
 

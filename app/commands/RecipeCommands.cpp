@@ -100,7 +100,7 @@ void createGroup(const Options& options) {
   ZYMSummary group = library().createGroup();
   group.name = options.name;
   library().updateGroup(group);
-  undo.closeAndSave("Add Group", "ZYMRecipes.createGroup");
+  undo.closeAndSave("Add Group");
 }
 
 void renameGroup(const Options& options) {

@@ -106,7 +106,7 @@ PlistDictionary createRecipe(const Target& target) {
   storeDocument(item, recipe);
   // Both changes are one to the user.
   ZYMCoreDataModel::sharedInstance().mainObjectContext()->undoManager()->setActionName(
-      Localized_String("Create Recipe", "ZYMRecipes.createRecipe"));
+      Localized_String("Create Recipe"));
   return recipe;
 }
 

@@ -5,7 +5,7 @@
 namespace zym::host {
 
 std::string label(std::string_view english) {
-  return Localized_String(english, "zym");
+  return Localized_String(english);
 }
 
 std::string label(std::string_view english, std::initializer_list<std::string> parts) {

@@ -31,11 +31,6 @@ class Batches : public testing::WithStore {
     if (brewed) batch.set(keys::DateBrewed, *brewed);
     recipes().restoreBatch_toRecipeWithUUID(batch, recipe);
   }
-  static std::vector<std::string> uuids(const std::vector<ZYMSummary>& rows) {
-    std::vector<std::string> result;
-    for (const ZYMSummary& row : rows) result.push_back(row.uuid.value());
-    return result;
-  }
   static NSDate after(NSDate date, double seconds) {
     return NSDate::dateWithTimeIntervalSinceReferenceDate(date.timeIntervalSinceReferenceDate() +
                                                           seconds);
@@ -224,16 +219,17 @@ TEST_F(Batches, ListsBeginStrictlyLaterThanTheirDate) {
   for (const Span& span : spans) {
     addBatch("in", "Bock", daysAgo(span.days, 60));
     addBatch("out", "Bock", daysAgo(span.days, 0));
-    EXPECT_THAT(uuids((recipes().*span.list)()), ElementsAre("in"));
+    EXPECT_THAT(uuidsOf((recipes().*span.list)()), ElementsAre("in"));
   }
   addBatch("today", "Bock", now);
   addBatch("none", "Bock", std::nullopt);
   addBatch("past", "Bock", NSDate::distantPast());
-  EXPECT_THAT(uuids(*recipes().batchSummariesForRecipeWithUUID("Bock")),
+  EXPECT_THAT(uuidsOf(*recipes().batchSummariesForRecipeWithUUID("Bock")),
               ElementsAre("none", "past", "out", "in", "today"));
-  EXPECT_THAT(uuids(recipes().allBatchSummariesNewestFirst()), ElementsAre("today", "in", "out"));
+  EXPECT_THAT(uuidsOf(recipes().allBatchSummariesNewestFirst()), ElementsAre("today", "in", "out"));
   const NSDate out = daysAgo(730, 0);
-  EXPECT_THAT(uuids(recipes().batchSummariesNewestFirstSinceDate(out)), ElementsAre("today", "in"));
+  EXPECT_THAT(uuidsOf(recipes().batchSummariesNewestFirstSinceDate(out)),
+              ElementsAre("today", "in"));
   const PlistArray batches = recipes().batchesNewestFirstSinceDate(out);
   ASSERT_EQ(batches.size(), 2);
   EXPECT_EQ(*batches.find(0)->dictionary(),
@@ -254,7 +250,7 @@ TEST_F(Batches, TheYearBeginsByTheClockOfThePlace) {
     const auto date = NSDate::dateWithTimeIntervalSince1970(static_cast<double>(mktime(&start)));
     addBatch("in", "Bock", after(date, 1));
     addBatch("out", "Bock", date);
-    EXPECT_THAT(uuids(recipes().batchSummariesNewestFirstSinceYearStart()), ElementsAre("in"));
+    EXPECT_THAT(uuidsOf(recipes().batchSummariesNewestFirstSinceYearStart()), ElementsAre("in"));
   }
   unsetenv("TZ");
   tzset();

@@ -47,12 +47,7 @@ class Recipes : public testing::WithStore {
     return groupObject(group).dateLastModified() != NSDate();
   }
   static std::vector<std::string> members(const std::string& group) {
-    std::vector<std::string> uuids;
-    const auto rows = recipes().summariesForAllRecipesInGroupWithUUID(group);
-    for (const ZYMSummary& row : rows.value()) {
-      uuids.push_back(row.uuid.value());
-    }
-    return uuids;
+    return uuidsOf(recipes().summariesForAllRecipesInGroupWithUUID(group).value());
   }
 };
 

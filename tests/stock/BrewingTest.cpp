@@ -6,15 +6,17 @@
 #include <sys/resource.h>
 
 #include <cstdlib>
+<<<<<<< HEAD
 #include <random>
 #include <set>
+=======
+>>>>>>> h1
 
 #include "tests/stock/Shelf.h"
 #include "tests/support/Child.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
-#include "zymcore/store/ZYMOneChange.h"
 
 namespace zym {
 namespace {
@@ -41,6 +43,12 @@ class Brewing : public testing::WithShelf {
     return std::string(
         recipes.addBatchToRecipeWithUUID(recipe.stringValue(keys::UUID))->stringValue(keys::UUID));
   }
+  static void onOrderAre(std::string_view uuid, std::string_view amount) {
+    (void)orders().createOrderForSupplierWithUUID_withIngredients(
+        "shop",
+        {PlistDictionary{
+            {keys::UUID, uuid}, {keys::IngredientType, "Fermentable"}, {keys::Amount, amount}}});
+  }
   static PlistDictionary storedBatch(const std::string& uuid) {
     return ZYMRecipes::sharedInstance().batchWithUUID(uuid).value_or(PlistDictionary());
   }
@@ -52,14 +60,6 @@ class Brewing : public testing::WithShelf {
   static std::vector<std::string> inStock(std::string_view uuid) {
     return texts(item(uuid).array(keys::Batches), keys::AmountInStock);
   }
-  static double sumOfLots(std::string_view uuid) {
-    double sum = 0;
-    const PlistDictionary record = item(uuid);
-    for (const PlistDictionary& lot : record.rows(keys::Batches)) {
-      sum += lot.doubleValue(keys::AmountInStock);
-    }
-    return sum;
-  }
 };
 
 TEST_F(Brewing, WritesTheStockDown) {
@@ -67,10 +67,7 @@ TEST_F(Brewing, WritesTheStockDown) {
   stock("gone", "Fermentable", {lot("x", "2", 1)});
   stock("coming", "Fermentable", {lot("y", "2", 2), lot("z", "1", 1)});
   stock("short", "Fermentable", {lot("s", "1", 1)});
-  (void)orders().createOrderForSupplierWithUUID_withIngredients(
-      "shop",
-      {PlistDictionary{
-          {keys::UUID, "coming"}, {keys::IngredientType, "Fermentable"}, {keys::Amount, "9"}}});
+  onOrderAre("coming", "9");
   const std::string batch =
       newBatch({addition("malt", "4"), addition("gone", "2"), addition("coming", "2.5"),
                 addition("short", "7"), addition("none", "1")});
@@ -92,25 +89,21 @@ TEST_F(Brewing, WritesTheStockDown) {
 }
 
 TEST_F(Brewing, WhatIsOnOrderDecidesWhetherTheLastLotStays) {
-  struct Row {
-    const char *left, *onOrder;
-    std::vector<std::string> lots;
-  };
   // A lot of less than 0.001 goes, unless nothing else is there and nothing will come.
-  for (const Row& row :
-       {Row{"0", "0", {"0.000000"}}, Row{"0", "0.0009", {"0.000000"}}, Row{"0", "0.001", {}},
-        Row{"0.0009", "0", {"0.000900"}}, Row{"0.0009", "1", {}}, Row{"0.001", "1", {"0.001000"}},
-        Row{"0.001", "0", {"0.001000"}}}) {
+  for (const auto& [left, onOrder, lots] : {std::tuple("0", "0", "0.000000"),
+                                            {"0", "0.0009", "0.000000"},
+                                            {"0", "0.001", ""},
+                                            {"0.0009", "0", "0.000900"},
+                                            {"0.0009", "1", ""},
+                                            {"0.001", "1", "0.001000"}}) {
     inventory().removeItemWithUUID("malt");
-    const std::string full = std::to_string(2 + std::stod(row.left));
-    stock("malt", "Fermentable", {lot("a", full, 1)});
+    stock("malt", "Fermentable", {lot("a", std::to_string(2 + std::stod(left)), 1)});
     orders().removeOrderItemsForIngredientWithUUID("malt");
-    (void)orders().createOrderForSupplierWithUUID_withIngredients(
-        "shop", {PlistDictionary{{keys::UUID, "malt"},
-                                 {keys::IngredientType, "Fermentable"},
-                                 {keys::Amount, row.onOrder}}});
+    onOrderAre("malt", onOrder);
     brew(newBatch({addition("malt", "2")}));
-    EXPECT_EQ(inStock("malt"), row.lots) << row.left << " left, " << row.onOrder << " on order";
+    std::string stocked;
+    for (const std::string& each : inStock("malt")) stocked += each;
+    EXPECT_EQ(stocked, lots) << left << " left, " << onOrder << " on order";
   }
 }
 
@@ -148,48 +141,16 @@ TEST_F(Brewing, PlanningChangesNothingInTheStore) {
   EXPECT_FALSE(context().hasChanges());
   EXPECT_THAT(posts.names, IsEmpty());
 
-  // What was planned is what is brewed, and undone it is planned again.
+  // Undone, what was brewed is planned again, and brewing again takes nothing twice.
   engine().adjustInventoryForBatchAndSave();
-  EXPECT_EQ(texts(engine()
-                      .batch()
-                      ->dictionary(keys::ModifiedRecipe)
-                      ->rows(malts)
-                      .begin()
-                      ->array(keys::Batches),
-                  keys::Amount),
-            (std::vector<std::string>{"4.000000"}));
+  EXPECT_THAT(inStock("malt"), ElementsAre("1.000000"));
+  engine().adjustInventoryForBatchAndSave();
+  EXPECT_THAT(inStock("malt"), ElementsAre("1.000000"));
   endTurn();
   undoManager().undo();
   open(batch);
   (void)engine().recalculateAvailabilitiesWithAdvisories(nullptr);
   EXPECT_EQ(*engine().batch(), planned);
-}
-
-TEST_F(Brewing, TakesWhatAdditionsTakeAndNothingTwice) {
-  std::mt19937 random(12);
-  const auto amount = [&](int most) { return std::to_string(random() % (most * 1000) / 1000.0); };
-  for (int round = 0; round < 20; ++round) {
-    PlistArray lots;
-    for (int i = 0; i < 4; ++i) {
-      lots.append(lot(std::to_string(round) + "." + std::to_string(i), amount(9), i % 3));
-    }
-    inventory().removeItemWithUUID("malt");
-    stock("malt", "Fermentable", lots);
-    const double before = sumOfLots("malt");
-    const std::string batch = newBatch({addition("malt", amount(20))});
-    brew(batch);
-    const PlistDictionary brewed = *engine().batch();
-    double taken = 0;
-    for (const PlistDictionary& part :
-         brewed.dictionary(keys::ModifiedRecipe)->rows(malts).begin()->rows(keys::Batches)) {
-      taken += part.doubleValue(keys::Amount);
-    }
-    EXPECT_NEAR(before - sumOfLots("malt"), taken, 1e-9);
-    for (const std::string& left : inStock("malt")) EXPECT_GE(std::stod(left), 0);
-    const PlistArray shelf = inventory().allItems();
-    brew(batch);
-    EXPECT_EQ(inventory().allItems(), shelf);
-  }
 }
 
 TEST_F(Brewing, ALotThatWentMeanwhileIsNotTaken) {
@@ -202,6 +163,7 @@ TEST_F(Brewing, ALotThatWentMeanwhileIsNotTaken) {
   EXPECT_THAT(inStock("malt"), ElementsAre("1.000000"));
 }
 
+<<<<<<< HEAD
 TEST_F(Brewing, AChangeThatFailsLeavesNothing) {
   stock("malt", "Fermentable", {lot("a", "5", 1)});
   const PlistArray shelf = inventory().allItems();
@@ -233,6 +195,16 @@ class BrewedElsewhere : public Brewing {
   void openStore() const { model().setDataFolder(data_); }
   void fill(int number) {
     data_ = folder / ("data" + std::to_string(number));
+=======
+TEST_F(Brewing, KilledAtAnyMomentIsWholeOrNotAtAll) {
+  const int kills = std::getenv("ZYM_LONG_TESTS") ? 200 : 15;
+  constexpr int items = 12;
+  ZYMCoreDataModel::tearDown();
+  int brewed = 0;
+  for (int i = 0; i < kills; ++i) {
+    const std::string data = folder / ("data" + std::to_string(i));
+    const auto openStore = [&] { model().setDataFolder(data); };
+>>>>>>> h1
     openStore();
     PlistArray additions;
     for (int k = 0; k < items; ++k) {

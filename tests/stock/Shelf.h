@@ -50,21 +50,6 @@ class WithShelf : public WithStore {
   static PlistDictionary item(std::string_view uuid) {
     return inventory().itemWithUUID(uuid).value_or(PlistDictionary());
   }
-  static std::vector<std::string> texts(const PlistArray* records, KeyName key) {
-    std::vector<std::string> result;
-    for (const PlistDictionary& record : PlistRows(records)) {
-      result.emplace_back(record.stringValue(key));
-    }
-    return result;
-  }
-  static std::vector<std::string> texts(const std::optional<PlistArray>& records, KeyName key) {
-    return texts(records ? &*records : nullptr, key);
-  }
-  static std::string undoName() {
-    std::string name = undoManager().undoActionName();
-    endTurn();
-    return name;
-  }
 };
 
 }  // namespace zym::testing

@@ -14,7 +14,20 @@ namespace {
 
 using ::testing::ElementsAre;
 
-using Inventory = testing::WithShelf;
+class Inventory : public testing::WithShelf {
+ protected:
+  /// All stored lots by their index.
+  static std::vector<std::string> storedOrder() {
+    std::map<std::int64_t, std::string> lots;
+    const auto found = *ZYMInventoryBatchEntity::findAllObjects();
+    for (const auto* lot : found) {
+      lots[lot->valueForKey(attributes::index)->integerValue()] = *lot->uuid();
+    }
+    std::vector<std::string> order;
+    for (const auto& [index, uuid] : lots) order.push_back(uuid);
+    return order;
+  }
+};
 
 TEST_F(Inventory, AnItemStandsForAnIngredient) {
   try {
@@ -31,10 +44,8 @@ TEST_F(Inventory, AnItemStandsForAnIngredient) {
   endTurn();
   const PlistDictionary malt = inventory().createItemForIngredient({"as given", "malt", 0});
   EXPECT_EQ(undoName(), "Add Item");
-  EXPECT_EQ(malt.stringValue(keys::UUID), "malt");
-  EXPECT_EQ(malt.stringValue(keys::IngredientType), "Fermentable");
-  EXPECT_EQ(malt.stringValue(keys::Ingredient), "Pale Malt");
-  EXPECT_EQ(malt.stringValue(keys::Version), "5");
+  EXPECT_EQ(shown(malt, {keys::UUID, keys::IngredientType, keys::Ingredient, keys::Version}),
+            "malt Fermentable Pale Malt 5");
   EXPECT_TRUE(malt.array(keys::Batches)->empty());
   EXPECT_EQ(item("malt").stringValue(keys::AmountInStock), "0.000000");
 
@@ -72,23 +83,16 @@ TEST_F(Inventory, OtherIngredientsAreLookedUpByTheNameOfTheirAdditions) {
 
 TEST_F(Inventory, ANewLotHasTheQualitiesOfTheLibrary) {
   EXPECT_FALSE(inventory().addBatchToItemWithUUID("malt"));
-  struct Row {
-    const char *uuid, *type, *extract, *alpha, *form;
-  };
-  for (const Row& row : {Row{"malt", "Fermentable", "80.000000", nullptr, nullptr},
-                         Row{"other malt", "Fermentable", "0.0", nullptr, nullptr},
-                         Row{"hop", "Hop", nullptr, "4.500000", "Whole"},
-                         Row{"other hop", "Hop", nullptr, "0.0", "Whole"},
-                         Row{"yeast", "Yeast", nullptr, nullptr, nullptr}}) {
-    stock(row.uuid, row.type, {});
-    const PlistDictionary lot = *inventory().addBatchToItemWithUUID(row.uuid);
-    const auto text = [&](KeyName key) { return lot.string(key) ? *lot.string(key) : "-"; };
-    EXPECT_EQ(text(keys::BatchName), "New Batch");
-    EXPECT_EQ(text(keys::AmountInStock), "0.0");
-    EXPECT_EQ(text(keys::IngredientType), row.type);
-    EXPECT_EQ(text(keys::Extract), row.extract ? row.extract : "-") << row.uuid;
-    EXPECT_EQ(text(keys::Alpha), row.alpha ? row.alpha : "-") << row.uuid;
-    EXPECT_EQ(text(keys::Form), row.form ? row.form : "-");
+  for (const auto& [uuid, type, qualities] : {std::tuple("malt", "Fermentable", "80.000000 - -"),
+                                              {"other malt", "Fermentable", "0.0 - -"},
+                                              {"hop", "Hop", "- 4.500000 Whole"},
+                                              {"other hop", "Hop", "- 0.0 Whole"},
+                                              {"yeast", "Yeast", "- - -"}}) {
+    stock(uuid, type, {});
+    const PlistDictionary lot = *inventory().addBatchToItemWithUUID(uuid);
+    EXPECT_EQ(shown(lot, {keys::Extract, keys::Alpha, keys::Form}), qualities) << uuid;
+    EXPECT_EQ(shown(lot, {keys::BatchName, keys::AmountInStock}), "New Batch 0.0");
+    EXPECT_EQ(lot.stringValue(keys::IngredientType), type);
     EXPECT_NEAR(lot.date(keys::ExpiresOn)->timeIntervalSinceReferenceDate() -
                     lot.date(keys::DeliveredOn)->timeIntervalSinceReferenceDate(),
                 31536000, 10);
@@ -102,12 +106,7 @@ TEST_F(Inventory, NewLotsComeFirst) {
   const std::string added{inventory().addBatchToItemWithUUID("hop")->stringValue(keys::UUID)};
   EXPECT_EQ(undoName(), "Add Batch");
   EXPECT_GT(*item("hop").date(keys::DateLastModified), before);
-  std::map<std::string, std::int64_t> indexes;
-  const auto lots = *ZYMInventoryBatchEntity::findAllObjects();
-  for (const auto* lot : lots) {
-    indexes[*lot->uuid()] = lot->valueForKey(attributes::index)->integerValue();
-  }
-  EXPECT_EQ(indexes, (std::map<std::string, std::int64_t>{{added, 0}, {"a", 1}, {"b", 2}}));
+  EXPECT_THAT(storedOrder(), ElementsAre(added, "a", "b"));
   EXPECT_THAT(texts(inventory().allBatchesForItemWithUUID("hop"), keys::UUID),
               ElementsAre(added, "a", "b"));
   EXPECT_FALSE(inventory().allBatchesForItemWithUUID("malt"));
@@ -167,10 +166,7 @@ TEST_F(Inventory, LotsAreReplacedWhereTheyDiffer) {
   inventory().updateBatches_inItemWithUUID(reversed, "hop");
   EXPECT_EQ(posts.names.size(), 1U);
   EXPECT_EQ(undoName(), "Edit Batch");
-  const auto lots = *ZYMInventoryBatchEntity::findAllObjects();
-  for (const auto* lot : lots) {
-    EXPECT_EQ(lot->valueForKey(attributes::index)->integerValue(), *lot->uuid() == "a" ? 1 : 0);
-  }
+  EXPECT_THAT(storedOrder(), ElementsAre("b", "a"));
   inventory().updateBatches_inItemWithUUID({*same.find(1), lot("c", "5", 1)}, "hop");
   EXPECT_THAT(texts(item("hop").array(keys::Batches), keys::UUID), ElementsAre("b", "c"));
   EXPECT_EQ(item("hop").stringValue(keys::AmountInStock), "7.000000");
@@ -245,22 +241,15 @@ TEST_F(Inventory, AnOrderComesIn) {
       PlistDictionary{{keys::Name, "May"}, {keys::OrderItems, PlistArray{hop, malt, malt}}});
   EXPECT_EQ(posts.names.size(), 1U);
 
-  const PlistDictionary hops = item("hop");
-  EXPECT_EQ(hops.stringValue(keys::AmountInStock), "3.300000");
-  const PlistDictionary& lot = *hops.rows(keys::Batches).begin();
-  EXPECT_EQ(lot.stringValue(keys::BatchName), "New Batch: May");
-  EXPECT_EQ(lot.stringValue(keys::AmountInStock), "2.2");
-  EXPECT_EQ(lot.stringValue(keys::Cost), "0.05");
-  EXPECT_EQ(lot.stringValue(keys::Alpha), "6");
-  EXPECT_EQ(lot.stringValue(keys::Form), "Pellets");
+  EXPECT_EQ(item("hop").stringValue(keys::AmountInStock), "3.300000");
+  EXPECT_EQ(shown(*item("hop").rows(keys::Batches).begin(),
+                  {keys::BatchName, keys::AmountInStock, keys::Cost, keys::Alpha, keys::Form}),
+            "New Batch: May 2.2 0.05 6 Pellets");
   const PlistDictionary malts = item("malt");
-  EXPECT_EQ(malts.stringValue(keys::Ingredient), "Pale Malt");
-  EXPECT_EQ(malts.stringValue(keys::AmountInStock), "10000.000000");
+  EXPECT_EQ(shown(malts, {keys::Ingredient, keys::AmountInStock}), "Pale Malt 10000.000000");
   ASSERT_EQ(malts.array(keys::Batches)->size(), 2U);
-  const PlistDictionary& sack = *malts.rows(keys::Batches).begin();
-  EXPECT_EQ(sack.stringValue(keys::Extract), "79");
-  EXPECT_EQ(sack.stringValue(keys::Cost), "0.0");
-  EXPECT_FALSE(sack.contains(keys::Alpha));
+  EXPECT_EQ(shown(*malts.rows(keys::Batches).begin(), {keys::Extract, keys::Cost, keys::Alpha}),
+            "79 0.0 -");
   EXPECT_FALSE(inventory().addOrderItem_orderName_toItemWithUUID(hop, "May", "unknown"));
 }
 

@@ -35,17 +35,13 @@ TEST_F(Orders, BeginEmpty) {
 
   const PlistDictionary made = *orders().createOrderForSupplierWithUUID("shop");
   EXPECT_EQ(undoName(), "Add Order");
-  EXPECT_EQ(made.stringValue(keys::Name), "New Order");
-  EXPECT_EQ(made.stringValue(keys::SupplierUUID), "shop");
+  EXPECT_EQ(shown(made, {keys::Name, keys::SupplierUUID, keys::Notes}), "New Order shop ");
   EXPECT_EQ(*made.date(keys::OrderDate), *made.date(keys::DateLastModified));
-  EXPECT_EQ(*made.string(keys::Notes), "");
   EXPECT_FALSE(made.contains(keys::OrderItems));
   EXPECT_TRUE(orders().orderWithUUID(uuidOf(made))->array(keys::OrderItems)->empty());
 
   const PlistDictionary inherited = orders().createItem();
-  EXPECT_EQ(inherited.stringValue(keys::Name), "New Order");
-  EXPECT_EQ(*inherited.string(keys::SupplierUUID), "");
-  EXPECT_EQ(*inherited.string(keys::Notes), "");
+  EXPECT_EQ(shown(inherited, {keys::Name, keys::SupplierUUID, keys::Notes}), "New Order  ");
   EXPECT_TRUE(inherited.date(keys::OrderDate));
 }
 
@@ -56,31 +52,20 @@ TEST_F(Orders, AShoppingListHasTheQualitiesOfTheLibrary) {
              wanted("hop", "Hop", "100.5"), wanted("other hop", "Hop", "1"),
              wanted("yeast", "Yeast", "2"), wanted("salt", "Other", "3")});
   EXPECT_EQ(undoName(), "Create Order");
-  struct Line {
-    const char *amount, *extract, *color, *alpha, *form;
-  };
-  const std::map<std::string, Line> lines = {
-      {"malt", {"5000.000000", "80.000000", "3.000000", nullptr, nullptr}},
-      {"other malt", {"1.000000", "0", "0", nullptr, nullptr}},
-      {"hop", {"100.500000", nullptr, nullptr, "4.500000", "Whole"}},
-      {"other hop", {"1.000000", nullptr, nullptr, "0", "Whole"}},
-      {"yeast", {"2.000000", nullptr, nullptr, nullptr, nullptr}},
-      {"salt", {"3.000000", nullptr, nullptr, nullptr, nullptr}},
-  };
-  EXPECT_EQ(made.array(keys::OrderItems)->size(), lines.size());
+  std::string lines;
   for (const PlistDictionary& line : made.rows(keys::OrderItems)) {
-    const Line& expected = lines.at(std::string(line.stringValue(keys::IngredientUUID)));
-    EXPECT_EQ(line.stringValue(keys::Amount), expected.amount);
-    EXPECT_EQ(line.stringValue(keys::Status), "OnOrder");
-    EXPECT_EQ(line.stringValue(keys::Cost), "0.0");
+    lines += shown(line, {keys::IngredientUUID, keys::Amount, keys::Status, keys::Cost,
+                          keys::Extract, keys::Color, keys::Alpha, keys::Form}) +
+             "\n";
     EXPECT_EQ(line.stringValue(keys::OrderUUID), uuidOf(made));
-    for (const auto& [key, text] :
-         {std::pair(keys::Extract, expected.extract), std::pair(keys::Color, expected.color),
-          std::pair(keys::Alpha, expected.alpha), std::pair(keys::Form, expected.form)}) {
-      const std::string* value = line.string(key);
-      EXPECT_EQ(value ? *value : "-", text ? text : "-") << key.text();
-    }
   }
+  EXPECT_EQ(lines, R"(malt 5000.000000 OnOrder 0.0 80.000000 3.000000 - -
+other malt 1.000000 OnOrder 0.0 0 0 - -
+hop 100.500000 OnOrder 0.0 - - 4.500000 Whole
+other hop 1.000000 OnOrder 0.0 - - 0 Whole
+yeast 2.000000 OnOrder 0.0 - - - -
+salt 3.000000 OnOrder 0.0 - - - -
+)");
 }
 
 TEST_F(Orders, LinesComeOneByOneAndGo) {

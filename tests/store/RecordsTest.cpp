@@ -119,6 +119,18 @@ TEST_F(Records, StockIsTheSumOfItsLots) {
   EXPECT_EQ(hop.array(keys::Batches)->find(0)->dictionary()->stringValue(keys::Cost), "0.0");
 }
 
+// That no library gives a name any more doesn't mean that there is none.
+TEST_F(Records, StockKeepsItsNameUntilItGetsAnother) {
+  EXPECT_EQ(made<ZYMInventoryEntity>({}).name(), "");
+  ZYMInventoryEntity& item = made<ZYMInventoryEntity>({{keys::Ingredient, "Fuggle"}});
+  for (const auto& [given, kept] :
+       {std::pair("", "Fuggle"), {"Goldings", "Goldings"}, {"", "Goldings"}}) {
+    PlistDictionary record{{keys::Ingredient, given}};
+    item.updateWithDictionaryRepresentation(record);
+    EXPECT_EQ(item.name(), kept);
+  }
+}
+
 TEST_F(Records, ALotWithoutAUUIDMatchesNothingAndAnOrderItemGetsOne) {
   const PlistDictionary item{
       {keys::UUID, "I"}, {keys::Batches, PlistArray{PlistDictionary{{keys::AmountInStock, "1"}}}}};

@@ -3,8 +3,10 @@
 #include "tests/support/Store.h"
 #include "tests/support/Test.h"
 #include "zymcore/platform/events/NSRunLoop.h"
+#include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
+#include "zymcore/store/ZYMOneChange.h"
 #include "zymcore/store/ZYMUndoGroup.h"
 #include "zymcore/store/entities/ZYMHopEntity.h"
 
@@ -23,6 +25,17 @@ class CoreDataModel : public testing::WithStore {
     ZYMHopEntity::insertInContext(context()).updateWithDictionaryRepresentation(record);
   }
   static std::size_t hops() { return ZYMHopEntity::findAllObjects()->size(); }
+  /// Another context on the store that has renamed the first hop and not saved yet.
+  static std::unique_ptr<NSManagedObjectContext> contextWithChanges(const char* name) {
+    auto other = std::make_unique<NSManagedObjectContext>(NSPrivateQueueConcurrencyType);
+    other->setPersistentStoreCoordinator(model().persistentStoreCoordinator());
+    other->performBlockAndWait([&] {
+      const auto found =
+          ZYMHopEntity::findAllObjectsInContext_predicate_sortDescriptor(other.get(), {}, {});
+      found->front()->setName(name);
+    });
+    return other;
+  }
 };
 
 /// What is logged while it lives.
@@ -78,14 +91,7 @@ TEST_F(CoreDataModel, AFailedSaveIsLoggedAndLosesNothing) {
   model().save();
   ZYMHopEntity& hop = *ZYMHopEntity::findAllObjects()->front();
   hop.setName("ours");
-  // Another context saves the same object first.
-  NSManagedObjectContext other(NSPrivateQueueConcurrencyType);
-  other.setPersistentStoreCoordinator(model().persistentStoreCoordinator());
-  other.performBlockAndWait([&] {
-    (*ZYMHopEntity::findAllObjectsInContext_predicate_sortDescriptor(&other, {}, {}))[0]->setName(
-        "theirs");
-    EXPECT_TRUE(other.save());
-  });
+  EXPECT_TRUE(contextWithChanges("theirs")->save());
   const testing::Posts posts{saved, saveFailed};
   const Log log;
   model().save();
@@ -95,6 +101,25 @@ TEST_F(CoreDataModel, AFailedSaveIsLoggedAndLosesNothing) {
   EXPECT_EQ(hop.name(), "ours");
   EXPECT_TRUE(context().hasChanges());
   context().rollback();
+}
+
+// Whoever observes a save inside the coordinator may throw; the first such fault costs a second
+// try.
+TEST_F(CoreDataModel, ASaveThatThrowsIsNoSuccess) {
+  addHop("Fuggle");
+  int faults = 0;
+  const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
+      NSManagedObjectContextDidSaveNotification, &context(), [&](const NSNotification&) {
+        if (faults++ == 0) throw NSException("Fault", "once");
+        throw std::runtime_error("for good");
+      });
+  const testing::Posts posts{saved, saveFailed};
+  const Log log;
+  model().save();
+  EXPECT_THAT(posts.names, ElementsAre(saved)) << "there was nothing more to save";
+  addHop("Goldings");
+  EXPECT_THROW(model().save(), std::runtime_error);
+  EXPECT_THAT(posts.names, ElementsAre(saved, saveFailed));
 }
 
 TEST_F(CoreDataModel, EveryUndoAndRedoAsksForAReload) {
@@ -119,19 +144,12 @@ TEST_F(CoreDataModel, MergesWhatTheHostSavedElsewhere) {
   addHop("Fuggle");
   model().save();
   ZYMHopEntity& hop = *ZYMHopEntity::findAllObjects()->front();
-  NSManagedObjectContext other(NSPrivateQueueConcurrencyType);
-  other.setPersistentStoreCoordinator(model().persistentStoreCoordinator());
+  const auto other = contextWithChanges("Bramling Cross");
   const testing::Posts posts{reload};
   const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
       NSManagedObjectContextDidSaveNotification, nullptr,
       [](const NSNotification& n) { model().mergeSavedContext(n); });
-  std::thread thread([&] {
-    other.performBlockAndWait([&] {
-      (*ZYMHopEntity::findAllObjectsInContext_predicate_sortDescriptor(&other, {}, {}))[0]->setName(
-          "Bramling Cross");
-      (void)other.save();
-    });
-  });
+  std::thread thread([&] { (void)other->save(); });
   EXPECT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return !posts.names.empty(); }, 10));
   thread.join();
   EXPECT_EQ(hop.name(), "Bramling Cross");
@@ -191,6 +209,63 @@ TEST_F(CoreDataModel, ThereIsOneForThreadsThatStartTogether) {
   }
 }
 
+TEST_F(CoreDataModel, OneChangeIsSavedAndUndoneAsAWhole) {
+  addHop("earlier");
+  const testing::Posts posts{saved};
+  {
+    ZYMOneChange change;
+    EXPECT_EQ(posts.names.size(), 1U) << "what was there before is no part of it";
+    addHop("Fuggle");
+    {
+      ZYMOneChange inner;
+      addHop("Goldings");
+      inner.save();
+    }
+    EXPECT_TRUE(ZYMOneChange::isOpen());
+    EXPECT_EQ(posts.names.size(), 1U);
+    change.save();
+  }
+  EXPECT_FALSE(ZYMOneChange::isOpen());
+  EXPECT_EQ(posts.names.size(), 2U);
+  EXPECT_EQ(undoManager().groupingLevel(), 1U) << "that of the turn";
+  undoManager().undo();
+  EXPECT_EQ(hops(), 0U) << "one turn is one step";
+  context().rollback();
+  EXPECT_EQ(hops(), 3U);
+}
+
+TEST_F(CoreDataModel, OneChangeThatFailsLeavesNothing) {
+  addHop("earlier");
+  for (const bool isInnerSaved : {true, false}) {
+    try {
+      const ZYMOneChange change;
+      addHop("Fuggle");
+      ZYMOneChange inner;
+      addHop("Goldings");
+      if (isInnerSaved) inner.save();
+      throw std::runtime_error("in between");
+    } catch (const std::runtime_error&) {
+    }
+    EXPECT_FALSE(ZYMOneChange::isOpen() || context().hasChanges());
+    EXPECT_EQ(hops(), 1U);
+  }
+  // What can't be saved stays in the context, and no other change is begun on top of it.
+  const auto other = contextWithChanges("theirs");
+  {
+    ZYMOneChange change;
+    ZYMHopEntity::findAllObjects()->front()->setName("ours");
+    EXPECT_TRUE(other->save());
+    const Log log;
+    change.save();
+    EXPECT_TRUE(context().hasChanges());
+    EXPECT_THROW(ZYMOneChange(), NSException);
+  }
+  EXPECT_FALSE(ZYMOneChange::isOpen());
+  EXPECT_EQ(ZYMHopEntity::findAllObjects()->front()->name(), "ours");
+  context().rollback();
+  EXPECT_EQ(ZYMHopEntity::findAllObjects()->front()->name(), "theirs");
+}
+
 TEST_F(CoreDataModel, ARunOfTheLoopMayCloseAnUndoGroup) {
   (void)context();
   {
@@ -199,7 +274,7 @@ TEST_F(CoreDataModel, ARunOfTheLoopMayCloseAnUndoGroup) {
     endTurn();
     EXPECT_EQ(undoManager().groupingLevel(), 0U);
     addHop("Goldings");
-    EXPECT_NO_THROW(group.closeAndSave("Add Hops", ""));
+    EXPECT_NO_THROW(group.closeAndSave("Add Hops"));
   }
   EXPECT_FALSE(context().hasChanges());
   EXPECT_EQ(undoManager().undoActionName(), "Add Hops");
@@ -208,7 +283,7 @@ TEST_F(CoreDataModel, ARunOfTheLoopMayCloseAnUndoGroup) {
   EXPECT_EQ(hops(), 1U);
   {
     ZYMUndoGroup closed;
-    closed.closeAndSave("", "");
+    closed.closeAndSave("");
     EXPECT_EQ(undoManager().groupingLevel(), 1U);
     undoManager().beginUndoGrouping();  // somebody else's
   }

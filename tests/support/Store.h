@@ -6,6 +6,7 @@
 #include "tests/support/Defaults.h"
 #include "tests/support/TemporaryFolder.h"
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/ZYMSummary.h"
 #include "zymcore/platform/events/NSNotificationCenter.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/events/NSUndoManager.h"
@@ -31,6 +32,41 @@ class WithStore : public WithDefaults {
   static ZYMCoreDataModel& model() { return ZYMCoreDataModel::sharedInstance(); }
   static NSManagedObjectContext& context() { return *model().mainObjectContext(); }
   static NSUndoManager& undoManager() { return *context().undoManager(); }
+
+  static std::vector<std::string> texts(const PlistArray* records, KeyName key) {
+    std::vector<std::string> result;
+    for (const PlistDictionary& record : PlistRows(records)) {
+      result.emplace_back(record.stringValue(key));
+    }
+    return result;
+  }
+  static std::vector<std::string> texts(const std::optional<PlistArray>& records, KeyName key) {
+    return texts(records ? &*records : nullptr, key);
+  }
+  static std::vector<std::string> namesOf(const std::vector<ZYMSummary>& rows) {
+    std::vector<std::string> result;
+    for (const ZYMSummary& row : rows) result.push_back(row.name);
+    return result;
+  }
+  static std::vector<std::string> uuidsOf(const std::vector<ZYMSummary>& rows) {
+    std::vector<std::string> result;
+    for (const ZYMSummary& row : rows) result.push_back(row.uuid.value());
+    return result;
+  }
+  /// The texts of a record, "-" for none.
+  static std::string shown(const PlistDictionary& record, std::initializer_list<KeyName> keys) {
+    std::string result;
+    for (const KeyName key : keys) {
+      const std::string* const text = record.string(key);
+      result += (result.empty() ? "" : " ") + (text ? *text : "-");
+    }
+    return result;
+  }
+  /// What can be undone, once the turn has ended.
+  static std::string undoName() {
+    endTurn();
+    return undoManager().undoActionName();
+  }
 
   /// Ends the turn of the run loop, and with it the undo step of all that was done in it.
   static void endTurn() { NSRunLoop::mainRunLoop().runUntilDate(NSDate::date()); }

@@ -44,8 +44,7 @@ double attenuationOf(const PlistDictionary& recipe) {
 
 double finalGravityShiftOf(std::string_view name, double extract, double attenuation) {
   const auto isNamed = [name](std::string_view word) {
-    return containsSubstring(name, word) ||
-           containsSubstring(name, Localized_String(word, "ZYMBeerCalculations"));
+    return containsSubstring(name, word) || containsSubstring(name, Localized_String(word));
   };
   double shift = 0;
   if (isNamed("Sugar")) {

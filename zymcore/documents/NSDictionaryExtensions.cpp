@@ -40,7 +40,7 @@ void removeBlanksFromOwnKeys(PlistDictionary& tree) {
 // What a text becomes in the store, or absent when it is fit as it is.
 std::optional<std::string> corrected(const std::string& text) {
   if (text.size() > longestText && UTF16Length(text) > longestText) {
-    return Localized_String(corruptionWarning, "NSDictionaryExtensions.correctForSerialization");
+    return Localized_String(corruptionWarning);
   }
   if (!isUTF8(text)) return stringByDroppingInvalidUTF8(text);
   return std::nullopt;

@@ -13,7 +13,7 @@ std::string ZYMLocalization::localizedString(std::string_view key) const {
   return NSBundle::mainBundle().localizedStringForKey_value_table(key, key, {});
 }
 
-std::string Localized_String(std::string_view key, std::string_view /*comment*/) {
+std::string Localized_String(std::string_view key) {
   return ZYMLocalization::sharedInstance().localizedString(key);
 }
 

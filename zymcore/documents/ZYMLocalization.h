@@ -18,7 +18,7 @@ class ZYMLocalization {
   ZYMLocalization() = default;
 };
 
-/// The translation of the key. The comment is for translators and has no effect.
-[[nodiscard]] std::string Localized_String(std::string_view key, std::string_view comment);
+/// The translation of the key.
+[[nodiscard]] std::string Localized_String(std::string_view key);
 
 }  // namespace zym

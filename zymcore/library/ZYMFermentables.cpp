@@ -7,7 +7,7 @@ namespace zym {
 namespace {
 
 constexpr ZYMFlatLibrary::Default defaults[] = {
-    {keys::Ingredient, "New Ingredient", "ZYMFermentables.prepareNewItem"},
+    {keys::Ingredient, "New Ingredient", true},
     {keys::Extract, "75.000000"},
     {keys::Moisture, "0.000000"},
     {keys::Color, "0.000000"},

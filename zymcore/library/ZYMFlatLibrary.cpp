@@ -6,11 +6,8 @@
 namespace zym {
 void ZYMFlatLibrary::prepareNewItem(PlistDictionary& item) {
   for (const Default& value : defaults_) {
-    if (value.comment.empty()) {
-      item.set(value.key, value.text);
-    } else {
-      item.set(value.key, Localized_String(value.text, value.comment));
-    }
+    item.set(value.key,
+             value.isTranslated ? Localized_String(value.text) : std::string(value.text));
   }
 }
 

@@ -11,11 +11,11 @@ namespace zym {
 /// defaults of a new record.
 class ZYMFlatLibrary : public ZYMCachingModel {
  public:
-  /// A default of a new record. One with a comment is text of the user's language.
+  /// A default of a new record. A translated one is text of the user's language.
   struct Default {
     KeyName key;
     std::string_view text;
-    std::string_view comment = {};
+    bool isTranslated = false;
   };
 
   [[nodiscard]] std::string_view entityClass() const override { return entity_; }

@@ -7,7 +7,7 @@ namespace zym {
 namespace {
 
 constexpr ZYMFlatLibrary::Default defaults[] = {
-    {keys::Variety, "New Hop", "ZYMHops.prepareNewItem"},
+    {keys::Variety, "New Hop", true},
     {keys::Alpha, "0.000000"},
     {keys::Description, ""},
 };

@@ -15,7 +15,7 @@ namespace zym {
 namespace {
 
 constexpr ZYMFlatLibrary::Default defaults[] = {
-    {keys::ScheduleName, "New Schedule", "ZYMMashSchedules.prepareNewItem"},
+    {keys::ScheduleName, "New Schedule", true},
     {keys::Version, "3"},
 };
 
@@ -80,7 +80,7 @@ std::optional<PlistDictionary> ZYMMashSchedules::addNewStepToMashScheduleWithUUI
                        attributes::index);
   schedule->addStepsObject(step);
   schedule->setDateLastModified(NSDate::date());
-  group.closeAndSave("Add Step", "ZYMMashSchedules.addNewStepToMashScheduleWithUUID");
+  group.closeAndSave("Add Step");
   return record;
 }
 
@@ -101,7 +101,7 @@ void ZYMMashSchedules::updateSteps_inMashScheduleWithUUID(const PlistArray* step
   ZYMUndoGroup group;
   schedule->updateWithDictionaryRepresentation(record);
   schedule->setDateLastModified(NSDate::date());
-  group.closeAndSave("Edit Step", "ZYMMashSchedules.updateSteps.inMashScheduleWithUUID");
+  group.closeAndSave("Edit Step");
 }
 
 std::optional<PlistDictionary> ZYMMashSchedules::noChosenSchedule() {
@@ -121,14 +121,14 @@ std::vector<ZYMSummary> ZYMMashSchedules::summariesforAllItemsWithoutNoChosenSch
 
 std::string ZYMMashSchedules::abbreviateStepType(std::string_view stepType) {
   for (const StepTypeForms& forms : stepTypeForms) {
-    if (forms.full == stepType) return Localized_String(forms.abbreviated, "ZYMMashSchedules");
+    if (forms.full == stepType) return Localized_String(forms.abbreviated);
   }
   return std::string(stepType);
 }
 
 std::string ZYMMashSchedules::unabbreviateStepType(std::string_view text) {
   for (const StepTypeForms& forms : stepTypeForms) {
-    if (Localized_String(forms.abbreviated, "ZYMMashSchedules") == text) {
+    if (Localized_String(forms.abbreviated) == text) {
       return std::string(forms.full);
     }
   }

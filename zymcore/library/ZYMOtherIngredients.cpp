@@ -7,7 +7,7 @@ namespace zym {
 namespace {
 
 constexpr ZYMFlatLibrary::Default defaults[] = {
-    {keys::Ingredient, "New Ingredient", "ZYMOtherIngredients.prepareNewItem"},
+    {keys::Ingredient, "New Ingredient", true},
     {keys::Description, ""},
 };
 

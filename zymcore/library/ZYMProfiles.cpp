@@ -22,7 +22,7 @@ namespace {
 
 constexpr ZYMFlatLibrary::Default defaults[] = {
     {keys::Version, "2"},
-    {keys::ProfileName, "New Profile", "ZYMProfiles.tempProfile"},
+    {keys::ProfileName, "New Profile", true},
     {keys::PreBoilVolume, "24000"},
     {keys::PostBoilVolume, "22000"},
     {keys::VolumeToFermenter, "20000"},

@@ -111,7 +111,7 @@ std::string ZYMStyles::fullNameForStyle(const PlistDictionary& style) {
 
 PlistDictionary ZYMStyles::noChosenStyle() {
   PlistDictionary style{{keys::UUID, ""},
-                        {keys::Name, Localized_String("No Style Chosen", "ZYMStyles")},
+                        {keys::Name, Localized_String("No Style Chosen")},
                         {keys::Category, ""},
                         {keys::Type, " None"}};
   for (const KeyName bound : bounds) style.set(bound, "0");

@@ -7,7 +7,7 @@ namespace zym {
 namespace {
 
 constexpr ZYMFlatLibrary::Default defaults[] = {
-    {keys::Name, "New Supplier", "ZYMOrderEngine.prepareNewItem"},
+    {keys::Name, "New Supplier", true},
     {keys::Email, ""},
     {keys::Location, ""},
     {keys::Phone, ""},

@@ -8,12 +8,8 @@ namespace zym {
 namespace {
 
 constexpr ZYMFlatLibrary::Default defaults[] = {
-    {keys::Name, "New Water", "ZYMWaters.prepareNewItem"},
-    {keys::Calcium, "0.000000"},
-    {keys::Carbonate, "0.000000"},
-    {keys::Chloride, "0.000000"},
-    {keys::Magnesium, "0.000000"},
-    {keys::Sodium, "0.000000"},
+    {keys::Name, "New Water", true}, {keys::Calcium, "0.000000"},   {keys::Carbonate, "0.000000"},
+    {keys::Chloride, "0.000000"},    {keys::Magnesium, "0.000000"}, {keys::Sodium, "0.000000"},
     {keys::Sulfate, "0.000000"},
 };
 

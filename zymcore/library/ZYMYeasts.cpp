@@ -10,10 +10,8 @@ namespace zym {
 namespace {
 
 constexpr ZYMFlatLibrary::Default defaults[] = {
-    {keys::Name, "New Yeast", "ZYMYeasts.prepareNewItem"},
-    {keys::Attenuation, "75.000000"},
-    {keys::BeerType, words::Ale},
-    {keys::YeastType, words::Liquid},
+    {keys::Name, "New Yeast", true}, {keys::Attenuation, "75.000000"},
+    {keys::BeerType, words::Ale},    {keys::YeastType, words::Liquid},
     {keys::Description, ""},
 };
 

@@ -200,15 +200,13 @@ void ZYMAvailabilitiesEngine::allotHopByWeight(PlistDictionary& hop, const Plist
 
 void ZYMAvailabilitiesEngine::changeForm(PlistDictionary& hop, bool toPellets,
                                          const PlistDictionary& item, std::string_view message) {
-  constexpr const char* comment =
-      "ZYMAvailabilitiesEngine.createNewBatchesKeyForIngredient.withInventoryEntry";
   const std::size_t index = (isNamed(hop, "Bagged") ? 1U : 0U) + (toPellets ? 2U : 0U);
   const std::string_view form = words::hopForms[index];
   hop.set(keys::Form, form);
   messages_.push_back(ZYMAvailabilitiesAdvisory::advisoryWithTitle_message(
-      Localized_String("Hop Form Changed", comment),
-      stringWithFormat(Localized_String(message, comment),
-                       {item.stringValue(keys::Ingredient), Localized_String(form, comment)})));
+      Localized_String("Hop Form Changed"),
+      stringWithFormat(Localized_String(message),
+                       {item.stringValue(keys::Ingredient), Localized_String(form)})));
 }
 
 }  // namespace zym

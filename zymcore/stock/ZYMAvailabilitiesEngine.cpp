@@ -58,7 +58,7 @@ void ZYMAvailabilitiesEngine::presentAdvisories(const Advisories& advisories) {
   alert.setAlertStyle(NSAlert::Style::Informational);
   alert.setMessageText(advisories.front().title);
   alert.setInformativeText(text);
-  alert.addButtonWithTitle(Localized_String("OK", "ZYMAvailabilitiesEngine.presentAdvisories"));
+  alert.addButtonWithTitle(Localized_String("OK"));
   alert.runModal();
 }
 

@@ -51,8 +51,7 @@ std::optional<PlistDictionary> ZYMInventory::addBatchToItemWithUUID(std::string_
   if (!item) return std::nullopt;
   ZYMUndoGroup group;
   const std::string* type = item->stringForKey(attributes::ingredientType);
-  PlistDictionary lot =
-      newLot(Localized_String("New Batch", "ZYMInventory.addBatchToItemWithUUID"));
+  PlistDictionary lot = newLot(Localized_String("New Batch"));
   lot.set(keys::AmountInStock, "0.0");
   if (type) {
     lot.set(keys::IngredientType, *type);
@@ -61,7 +60,7 @@ std::optional<PlistDictionary> ZYMInventory::addBatchToItemWithUUID(std::string_
   }
   insertLot(lot, *item);
   item->setDateLastModified(NSDate::date());
-  group.closeAndSave("Add Batch", "ZYMInventory.addBatchToItemWithUUID");
+  group.closeAndSave("Add Batch");
   return duplicate(lot);
 }
 
@@ -83,16 +82,14 @@ void ZYMInventory::updateBatches_inItemWithUUID(const PlistArray& batches,
   ZYMUndoGroup group;
   item->updateWithDictionaryRepresentation(record);
   item->setDateLastModified(NSDate::date());
-  group.closeAndSave("Edit Batch", "ZYMInventory.updateBatches.inItemWithUUID");
+  group.closeAndSave("Edit Batch");
 }
 
 std::optional<PlistDictionary> ZYMInventory::addOrderItem_orderName_toItemWithUUID(
     const PlistDictionary& orderItem, std::string_view orderName, std::string_view itemUUID) {
   ZYMInventoryEntity* item = itemWith(itemUUID);
   if (!item) return std::nullopt;
-  PlistDictionary lot = newLot(stringWithFormat(
-      Localized_String("New Batch: %@", "ZYMInventory.addOrderItem.orderName.toItemWithUUID"),
-      {orderName}));
+  PlistDictionary lot = newLot(stringWithFormat(Localized_String("New Batch: %@"), {orderName}));
   lot.setOrRemove(keys::AmountInStock, orderItem.find(keys::Amount));
   lot.setOrRemove(keys::Cost, orderItem.find(keys::Cost));
   lot.setOrRemove(keys::IngredientType, orderItem.find(keys::IngredientType));

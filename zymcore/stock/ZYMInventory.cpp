@@ -111,7 +111,7 @@ PlistDictionary ZYMInventory::createItemForIngredient(const ZYMSummary& ingredie
 PlistDictionary ZYMInventory::createItemForIngredient_ofType(const ZYMSummary& ingredient,
                                                              std::string_view type) {
   PlistDictionary item = newItem(ingredient, type);
-  insertItem(item, "Add Item", "ZYMInventory.createItemForIngredient.ofType");
+  insertItem(item, "Add Item");
   return item;
 }
 

@@ -103,8 +103,7 @@ ZYMOrders::createOrderItemForOrderWithUUID_ingredientUUID_ingredientType(
   const PlistValue nothing = "0";
   const PlistDictionary record = insertOrderLine(*order, ingredientUUID, ingredientType, &nothing);
   order->setDateLastModified(NSDate::date());
-  group.closeAndSave("Add Order Item",
-                     "ZYMOrders.createOrderItemForOrderWithUUID.ingredientUUID.ingredientType");
+  group.closeAndSave("Add Order Item");
   return duplicate(record);
 }
 
@@ -119,7 +118,7 @@ void ZYMOrders::removeOrderItemWithUUID(const std::optional<std::string>& uuid) 
   if (!line) return;
   ZYMUndoGroup group;
   removeLine(*line);
-  group.closeAndSave("Remove Order Item", "ZYMOrders.removeOrderItemWithUUID");
+  group.closeAndSave("Remove Order Item");
 }
 
 void ZYMOrders::removeOrderItemsForIngredientWithUUID(
@@ -156,7 +155,7 @@ void ZYMOrders::markOrderItemsAsDelivered(const PlistArray& items) {
     line->setDateLastModified(NSDate::date());
     touchOrderOf(*line);
   }
-  group.closeAndSave("Mark Orders", "ZYMOrders.markOrderItemsAsDelivered");
+  group.closeAndSave("Mark Orders");
 }
 
 }  // namespace zym

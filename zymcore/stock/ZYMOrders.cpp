@@ -32,12 +32,11 @@ struct NewOrder {
 
 NewOrder insertOrder(const ZYMSupplierEntity& supplier) {
   const NSDate now = NSDate::date();
-  PlistDictionary record{
-      {keys::Name, Localized_String("New Order", "ZYMOrders.createOrderForSupplierWithUUID")},
-      {keys::UUID, uuid()},
-      {keys::DateLastModified, now},
-      {keys::OrderDate, now},
-      {keys::Notes, ""}};
+  PlistDictionary record{{keys::Name, Localized_String("New Order")},
+                         {keys::UUID, uuid()},
+                         {keys::DateLastModified, now},
+                         {keys::OrderDate, now},
+                         {keys::Notes, ""}};
   if (const std::optional<std::string> uuid = supplier.uuid()) {
     record.set(keys::SupplierUUID, *uuid);
   }
@@ -60,7 +59,7 @@ std::string_view ZYMOrders::entityClass() const {
 }
 
 void ZYMOrders::prepareNewItem(PlistDictionary& item) {
-  item.set(keys::Name, Localized_String("New Order", "ZYMOrders.prepareNewItem"));
+  item.set(keys::Name, Localized_String("New Order"));
   item.set(keys::OrderDate, NSDate::date());
   item.set(keys::Notes, "");
   item.set(keys::SupplierUUID, "");
@@ -90,7 +89,7 @@ std::optional<PlistDictionary> ZYMOrders::createOrderForSupplierWithUUID(
   if (!supplier) return std::nullopt;
   ZYMUndoGroup group;
   const NewOrder order = insertOrder(*supplier);
-  group.closeAndSave("Add Order", "ZYMOrders.createOrderForSupplierWithUUID");
+  group.closeAndSave("Add Order");
   return duplicate(order.record);
 }
 
@@ -107,7 +106,7 @@ std::optional<PlistDictionary> ZYMOrders::createOrderForSupplierWithUUID_withIng
                           ingredient.stringValue(keys::IngredientType), amount);
   }
   order.setDateLastModified(NSDate::date());
-  group.closeAndSave("Create Order", "ZYMOrders.createOrderForSupplierWithUUID.withIngredients");
+  group.closeAndSave("Create Order");
   return order.dictionaryRepresentation();
 }
 

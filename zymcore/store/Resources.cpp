@@ -1,22 +1,18 @@
 #include "zymcore/store/Resources.h"
 
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
+#include "zymcore/platform/formats/XMLPropertyList.h"
 #include "zymcore/platform/host/NSBundle.h"
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/values/PlistValue.h"
 
 namespace zym {
-namespace {
-
-constexpr std::size_t mostBytes = 256U << 20U;
-
-}  // namespace
 
 std::optional<PlistDictionary> resourceDictionary(std::string_view name) {
   const std::optional<std::string> path =
       NSBundle::mainBundle().pathForResource_ofType(name, "plist");
   const std::optional<std::string> bytes =
-      path ? NSFileManager::contentsAtPath(*path, mostBytes) : std::nullopt;
+      path ? NSFileManager::contentsAtPath(*path, XMLPropertyList::mostBytes) : std::nullopt;
   std::optional<PlistValue> list =
       bytes ? NSPropertyListSerialization::propertyListWithData(*bytes) : std::nullopt;
   PlistDictionary* dictionary = list ? list->editDictionary() : nullptr;

@@ -156,11 +156,10 @@ ZYMRecordEntity& ZYMCachingModel::insertObject() const {
       *mainContext().insertNewObjectForEntityForName(entityClass()));
 }
 
-void ZYMCachingModel::insertItem(PlistDictionary& item, std::string_view actionName,
-                                 std::string_view comment) {
+void ZYMCachingModel::insertItem(PlistDictionary& item, std::string_view actionName) {
   ZYMUndoGroup group;
   insertObject().updateWithDictionaryRepresentation(item);
-  group.closeAndSave(actionName, comment);
+  group.closeAndSave(actionName);
 }
 
 std::optional<PlistDictionary> ZYMCachingModel::itemWithUUID(std::string_view uuid) {
@@ -176,7 +175,7 @@ std::optional<PlistDictionary> ZYMCachingModel::itemWithUUID_withContext(
 PlistDictionary ZYMCachingModel::createItem() {
   PlistDictionary item{{keys::UUID, uuid()}, {keys::DateLastModified, NSDate::date()}};
   prepareNewItem(item);
-  insertItem(item, "Add Item", "ZYMCachingModel.createItem");
+  insertItem(item, "Add Item");
   return item;
 }
 
@@ -191,11 +190,10 @@ std::optional<PlistDictionary> ZYMCachingModel::duplicate_changing(
   PlistDictionary copy = duplicate(object->dictionaryRepresentation().value_or(PlistDictionary()));
   copy.set(keys::UUID, zym::uuid());
   copy.set(nameKeyInRecords_,
-           std::string(copy.stringValue(nameKeyInRecords_)) + "-" +
-               Localized_String("copy", "(copy of file) ZYMCachingModel.duplicateItemWithUUID"));
+           std::string(copy.stringValue(nameKeyInRecords_)) + "-" + Localized_String("copy"));
   copy.set(keys::DateLastModified, NSDate::date());
   change(copy);
-  insertItem(copy, "Duplicate Item", "ZYMCachingModel.duplicateItemWithUUID");
+  insertItem(copy, "Duplicate Item");
   return copy;
 }
 
@@ -206,7 +204,7 @@ void ZYMCachingModel::updateItem(PlistDictionary& item) {
   ZYMUndoGroup group;
   item.set(keys::DateLastModified, NSDate::date());
   object->updateWithDictionaryRepresentation(item);
-  group.closeAndSave("Edit Item", "ZYMCachingModel.updateItem");
+  group.closeAndSave("Edit Item");
 }
 
 void ZYMCachingModel::removeItemWithUUID(const std::optional<std::string>& uuid) {
@@ -217,7 +215,7 @@ void ZYMCachingModel::removeItemWithUUID(const std::optional<std::string>& uuid)
   if (isIngredient()) registry.removeOrderItemsForIngredientWithUUID(uuid);
   if (entityClass() == ZYMSupplierEntity::entityName) registry.removeOrdersForSupplierUUID(uuid);
   mainContext().deleteObject(*object);
-  group.closeAndSave("Delete Item", "ZYMCachingModel.removeItemWithUUID");
+  group.closeAndSave("Delete Item");
 }
 
 void ZYMCachingModel::removeItems(const std::vector<ItemReference>& items) {
@@ -233,7 +231,7 @@ void ZYMCachingModel::removeItems(const std::vector<ItemReference>& items) {
     }
     mainContext().deleteObject(*object);
   }
-  group.closeAndSave("Delete Items", "ZYMCachingModel.removeItems");
+  group.closeAndSave("Delete Items");
 }
 
 std::vector<ZYMSummary> ZYMCachingModel::summariesforAllItems() {

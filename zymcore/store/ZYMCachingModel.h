@@ -101,7 +101,7 @@ class ZYMCachingModel {
   std::optional<PlistDictionary> duplicate_changing(
       std::string_view uuid, const std::function<void(PlistDictionary&)>& change);
   /// Stores a record as a new object, as one undo step of that name, and saves.
-  void insertItem(PlistDictionary& item, std::string_view actionName, std::string_view comment);
+  void insertItem(PlistDictionary& item, std::string_view actionName);
 
  private:
   [[nodiscard]] bool isIngredient() const;

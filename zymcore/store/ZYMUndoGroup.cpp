@@ -28,8 +28,8 @@ void ZYMUndoGroup::close() {
   open_ = false;
 }
 
-void ZYMUndoGroup::closeAndSave(std::string_view actionName, std::string_view comment) {
-  undoManager().setActionName(Localized_String(actionName, comment));
+void ZYMUndoGroup::closeAndSave(std::string_view actionName) {
+  undoManager().setActionName(Localized_String(actionName));
   close();
   ZYMCoreDataModel::sharedInstance().save();
 }

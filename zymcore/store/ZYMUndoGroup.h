@@ -17,7 +17,7 @@ class ZYMUndoGroup {
   ZYMUndoGroup& operator=(const ZYMUndoGroup&) = delete;
 
   /// Names the group in the user's language, closes it and saves.
-  void closeAndSave(std::string_view actionName, std::string_view comment);
+  void closeAndSave(std::string_view actionName);
 
  private:
   void close();

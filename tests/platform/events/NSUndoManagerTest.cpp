@@ -15,137 +15,81 @@ class NSUndoManagerTest : public testing::Test {
     undo.registerUndo([this, old = text] { change(old); });
     text = value;
   }
-  void group(const std::string& letters, const char* name) {
-    undo.beginUndoGrouping();
-    for (const char letter : letters) add(letter);
-    undo.setActionName(name);
-    undo.endUndoGrouping();
-  }
   static void turn() { NSRunLoop::mainRunLoop().runUntilDate(NSDate::date()); }
+  /// "a" adds a letter, "A" names the step, "(" and ")" group, "|" ends the turn, "<" undoes,
+  /// ">" redoes, "!" forgets all.
+  void run(std::string_view steps) {
+    for (const char step : steps) {
+      if (step == '(') undo.beginUndoGrouping();
+      if (step == ')') undo.endUndoGrouping();
+      if (step == '|') turn();
+      if (step == '<') undo.undo();
+      if (step == '>') undo.redo();
+      if (step == '!') undo.removeAllActions();
+      if (step >= 'A' && step <= 'Z') undo.setActionName(std::string(1, step));
+      if (step >= 'a' && step <= 'z') add(step);
+    }
+  }
+  /// The text, what can be undone and redone, "-" for nothing, and the level that is open.
+  std::string state() {
+    return text + " " + (undo.canUndo() ? undo.undoActionName() : "-") + " " +
+           (undo.canRedo() ? undo.redoActionName() : "-") + " " +
+           std::to_string(undo.groupingLevel());
+  }
 
   NSUndoManager undo;
   std::string text;
 };
 
 TEST_F(NSUndoManagerTest, UndoesAndRedoesGroupByGroup) {
-  group("ab", "First");
-  turn();
-  group("c", "Second");
-  turn();
-  EXPECT_EQ(undo.undoActionName(), "Second");
-  undo.undo();
-  EXPECT_EQ(text, "ab");
-  EXPECT_EQ(undo.undoActionName(), "First");
-  EXPECT_EQ(undo.redoActionName(), "Second");
-  undo.undo();
-  EXPECT_EQ(text, "");
-  EXPECT_FALSE(undo.canUndo());
-  undo.redo();
-  undo.redo();
-  EXPECT_EQ(text, "abc");
-  EXPECT_EQ(undo.undoActionName(), "Second");
-  EXPECT_FALSE(undo.canRedo());
-  undo.undo();
-  add('x');
-  EXPECT_FALSE(undo.canRedo());
-  EXPECT_EQ(text, "abx");
-}
-
-TEST_F(NSUndoManagerTest, GroupsOfOneTurnAreOneStepWithTheLastName) {
-  group("a", "First");
-  add('b');
-  group("c", "Last");
-  EXPECT_EQ(undo.groupingLevel(), 1U);
-  turn();
-  EXPECT_EQ(undo.groupingLevel(), 0U);
-  EXPECT_EQ(undo.undoActionName(), "Last");
-  undo.undo();
-  EXPECT_EQ(text, "");
-  EXPECT_FALSE(undo.canUndo());
-}
-
-TEST_F(NSUndoManagerTest, UndoAndAnUnmatchedEndCloseTheGroupByEvent) {
-  add('a');
-  undo.setActionName("Import");
-  undo.endUndoGrouping();
-  EXPECT_EQ(undo.groupingLevel(), 0U);
-  add('b');
-  undo.undo();
-  EXPECT_EQ(text, "a");
-  EXPECT_EQ(undo.undoActionName(), "Import");
-  undo.undo();
-  EXPECT_EQ(text, "");
-  EXPECT_THROW(undo.endUndoGrouping(), NSException);
-  turn();
-  EXPECT_FALSE(undo.canUndo());
-}
-
-TEST_F(NSUndoManagerTest, AGroupLeftOpenEndsWithItsTurn) {
-  undo.beginUndoGrouping();
-  add('a');
-  EXPECT_THROW(undo.undo(), NSException);
-  turn();
-  EXPECT_EQ(undo.groupingLevel(), 0U);
-  undo.undo();
-  EXPECT_EQ(text, "");
+  constexpr std::pair<const char*, const char*> cases[] = {
+      {"(abA)|(cB)|", "abc B - 0"},
+      {"(abA)|(cB)|<", "ab A B 0"},
+      {"(abA)|(cB)|<<", " - A 0"},
+      {"(abA)|(cB)|<<>>", "abc B - 0"},
+      {"(abA)|(cB)|<x", "abx  - 1"},
+      // The groups of one turn are one step with the last name.
+      {"(aA)b(cB)", "abc B - 1"},
+      {"(aA)b(cB)|<", " - B 0"},
+      // Undo, and an end that matches none, close the group of the turn.
+      {"aA)b<", "a A  0"},
+      {"aA)b<<", " - A 0"},
+      // A group left open ends with its turn.
+      {"(aA|", "a A - 0"},
+      // An empty group is a step, and keeps what can be redone.
+      {"(aA)|<(B)|", " B A 0"},
+      {"(aA)|<(B)|<", " - B 0"},
+      // Forgetting all empties open groups, and their ends still match.
+      {"(aA)|<(b!", "b - - 2"},
+      {"(aA)|<(b!)|<", "b - - 0"}};
+  for (const auto& [steps, expected] : cases) {
+    text.clear();
+    turn();
+    undo.removeAllActions();
+    run(steps);
+    EXPECT_EQ(state(), expected) << steps;
+  }
+  EXPECT_THROW(run("|)"), NSException);
+  EXPECT_THROW(run("((<"), NSException);
 }
 
 TEST_F(NSUndoManagerTest, ALoopNestedInAGroupLeavesItOpen) {
   bool done = false;
   NSRunLoop::mainRunLoop().performBlock([&] {
-    undo.beginUndoGrouping();
-    add('a');
-    turn();
-    add('b');
-    undo.endUndoGrouping();
-    turn();
+    run("(a|b)|");
     EXPECT_EQ(undo.groupingLevel(), 0U);
     done = true;
   });
   ASSERT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return done; }, 20));
-  undo.undo();
+  run("<");
   EXPECT_EQ(text, "");
-}
-
-TEST_F(NSUndoManagerTest, AnEmptyGroupIsAStepAndKeepsWhatCanBeRedone) {
-  group("a", "Add");
-  turn();
-  undo.undo();
-  group("", "Nothing");
-  EXPECT_TRUE(undo.canUndo());
-  turn();
-  EXPECT_TRUE(undo.canUndo());
-  EXPECT_TRUE(undo.canRedo());
-  undo.undo();
-  EXPECT_EQ(undo.redoActionName(), "Nothing");
-  EXPECT_FALSE(undo.canUndo());
-}
-
-TEST_F(NSUndoManagerTest, RemovingAllActionsEmptiesOpenGroupsAndMatchesTheirEnds) {
-  group("a", "Add");
-  turn();
-  undo.undo();
-  undo.beginUndoGrouping();
-  add('b');
-  undo.removeAllActions();
-  EXPECT_FALSE(undo.canUndo());
-  EXPECT_FALSE(undo.canRedo());
-  undo.endUndoGrouping();
-  turn();
-  EXPECT_FALSE(undo.canUndo());
-  undo.undo();
-  EXPECT_EQ(text, "b");
 }
 
 TEST_F(NSUndoManagerTest, WithoutEventsGroupsAreOpenedByName) {
   undo.setGroupsByEvent(false);
   EXPECT_THROW(add('a'), NSException);
-  group("a", "One");
-  group("b", "Two");
-  undo.undo();
-  EXPECT_EQ(text, "a");
-  undo.setActionName("Renamed");
-  EXPECT_EQ(undo.undoActionName(), "Renamed");
+  run("(aA)(bB)<C");
+  EXPECT_EQ(state(), "a C B 0");
 }
 
 TEST_F(NSUndoManagerTest, PostsEachUndoAndRedoOnce) {
@@ -158,11 +102,7 @@ TEST_F(NSUndoManagerTest, PostsEachUndoAndRedoOnce) {
                                                        });
   const auto redone = center.addObserverForName_object(
       NSUndoManagerDidRedoChangeNotification, &undo, [&](const NSNotification&) { posts += "r"; });
-  group("abc", "Add");
-  undo.undo();
-  undo.redo();
-  undo.undo();
-  undo.undo();
+  run("(abc)<><<");
   EXPECT_EQ(posts, "uru");
 }
 
@@ -172,20 +112,33 @@ TEST_F(NSUndoManagerTest, AnActionThatThrowsLeavesTheManagerUsable) {
   EXPECT_THROW(undo.undo(), std::runtime_error);
   EXPECT_FALSE(undo.isUndoing());
   EXPECT_EQ(undo.groupingLevel(), 0U);
-  add('b');
-  undo.undo();
+  run("b<");
   EXPECT_EQ(text, "a");
+}
+
+TEST_F(NSUndoManagerTest, ForgetsWhatWasTakenBackOtherwise) {
+  run("aA|b");
+  const std::uint64_t latest = undo.latestAction();
+  run("(c)d");
+  undo.removeActionsSince(latest);
+  run("<");
+  EXPECT_EQ(text, "a") << "the first letter alone is taken back from what it made of the text";
+  add('x');
+  undo.removeActionsSince(undo.latestAction() - 1);
+  run("|");
+  EXPECT_EQ(undo.undoActionName(), "A") << "nothing is left of the step";
 }
 
 TEST_F(NSUndoManagerTest, KnowsTheLatestActionOfTheOpenGroup) {
   const std::uint64_t first = undo.registerUndo([] {});
   EXPECT_TRUE(undo.isLatestAction(first));
-  undo.beginUndoGrouping();
+  run("(");
   EXPECT_FALSE(undo.isLatestAction(first));
   const std::uint64_t second = undo.registerUndo([] {});
-  undo.endUndoGrouping();
+  EXPECT_EQ(undo.latestAction(), second);
+  run(")");
   EXPECT_TRUE(undo.isLatestAction(second));
-  undo.endUndoGrouping();
+  run(")");
   EXPECT_FALSE(undo.isLatestAction(second));
 }
 

@@ -7,11 +7,6 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr std::string_view head =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n";
-
 std::optional<PlistValue> valueOf(std::string_view element) {
   return XMLPropertyList::read(std::string("<plist>").append(element).append("</plist>"));
 }
@@ -19,32 +14,31 @@ std::optional<PlistValue> valueOf(std::string_view element) {
 const NSDate newYear = NSDate::dateWithTimeIntervalSince1970(1767323045);  // 2026-01-02 03:04:05
 
 TEST(XMLPropertyList, WritesTheUsualForm) {
-  const PlistDictionary tree{{KeyName("a & b"), PlistArray{1, 2.5, true, false, newYear}},
-                             {KeyName("data"), NSData(std::string_view("hello"))},
-                             {KeyName("empty"), PlistArray{PlistArray(), PlistDictionary(), ""}}};
-  EXPECT_EQ(XMLPropertyList::write(tree), std::string(head) +
-                                              "<plist version=\"1.0\">\n"
-                                              "<dict>\n"
-                                              "\t<key>a &amp; b</key>\n"
-                                              "\t<array>\n"
-                                              "\t\t<integer>1</integer>\n"
-                                              "\t\t<real>2.5</real>\n"
-                                              "\t\t<true/>\n"
-                                              "\t\t<false/>\n"
-                                              "\t\t<date>2026-01-02T03:04:05Z</date>\n"
-                                              "\t</array>\n"
-                                              "\t<key>data</key>\n"
-                                              "\t<data>\n"
-                                              "\taGVsbG8=\n"
-                                              "\t</data>\n"
-                                              "\t<key>empty</key>\n"
-                                              "\t<array>\n"
-                                              "\t\t<array/>\n"
-                                              "\t\t<dict/>\n"
-                                              "\t\t<string></string>\n"
-                                              "\t</array>\n"
-                                              "</dict>\n"
-                                              "</plist>\n");
+  const PlistDictionary tree{
+      {KeyName("a & b"), PlistArray{1, 2.5, true, newYear, PlistArray(), PlistDictionary(), ""}},
+      {KeyName("data"), NSData(std::string_view("hello"))}};
+  EXPECT_EQ(XMLPropertyList::write(tree),
+            R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0">
+<dict>
+	<key>a &amp; b</key>
+	<array>
+		<integer>1</integer>
+		<real>2.5</real>
+		<true/>
+		<date>2026-01-02T03:04:05Z</date>
+		<array/>
+		<dict/>
+		<string></string>
+	</array>
+	<key>data</key>
+	<data>
+	aGVsbG8=
+	</data>
+</dict>
+</plist>
+)");
 }
 
 TEST(XMLPropertyList, ReadsEachKindOfValue) {
@@ -60,19 +54,13 @@ TEST(XMLPropertyList, ReadsEachKindOfValue) {
       {"<integer>0x1F</integer>", 31},
       {"<integer>-9223372036854775808</integer>", std::numeric_limits<std::int64_t>::min()},
       {"<integer>9223372036854775808</integer>", 0x1p63},
-      {"<integer>100000000000000000000</integer>", 1e20},
-      {"<real>2</real>", 2.0},
       {"<real>-1.5e-3</real>", -0.0015},
       {"<real>+infinity</real>", infinity},
-      {"<real>-inf</real>", -infinity},
       {"<real>nan</real>", std::nan("")},
-      {"<true/>", true},
       {"<false></false>", false},
-      {"<date>2026-01-02T03:04:05Z</date>", newYear},
       {"<date>0001-01-01T00:00:00Z</date>", NSDate::dateWithTimeIntervalSince1970(-62135596800)},
       {"<data> aGVs\n\tbG8= </data>", NSData(std::string_view("hello"))},
       {"<data/>", NSData()},
-      {"<dict/>", PlistDictionary()},
       {"<!-- c --><array> <?pi?> <dict><key/><array/></dict></array>",
        PlistArray{PlistDictionary{{KeyName(""), PlistArray()}}}},
       {"<dict><key>a</key><true/><key>a</key><false/></dict>",
@@ -110,24 +98,15 @@ TEST(XMLPropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {
       {"", "no bytes"},
       {"nonsense", "line 1: Start tag expected"},
       {plist(""), "no property list"},
-      {plist("<dict>"), "line 2: "},
       {plist("<dict><key>a</key></dict>"), "line 2: a key without a value"},
-      {plist("<dict><key>a</key><key>b</key></dict>"), "a key without a value"},
       {plist("<dict><true/></dict>"), "a value without a key"},
       {plist("<key>a</key>"), "a key outside a dictionary"},
-      {plist("<true/><true/>"), "more than one value"},
-      {plist("<array/>x"), "text outside a value"},
       {plist("<array>x<true/></array>"), "text outside a value"},
       {plist("<string><b/></string>"), "an element inside <string>"},
       {plist("<nothing/>"), "unknown element <nothing>"},
       {plist("<array><plist/></array>"), "<plist> within a value"},
       {plist("<integer>1.5</integer>"), "no value in <integer>"},
-      {plist("<integer></integer>"), "no value in <integer>"},
-      {plist("<integer>--1</integer>"), "no value in <integer>"},
-      {plist("<real>two</real>"), "no value in <real>"},
-      {plist("<real>-</real>"), "no value in <real>"},
       {plist("<date>2026-02-30T00:00:00Z</date>"), "no value in <date>"},
-      {plist("<date>yesterday</date>"), "no value in <date>"},
       {plist("<date>0000-01-01T00:00:00Z</date>"), "no value in <date>"},
       {plist("<date>2026-01-01T24:00:00Z</date>"), "no value in <date>"},
       {plist("<string>&unknown;</string>"), "line 2: Entity 'unknown' not defined"},
@@ -135,12 +114,9 @@ TEST(XMLPropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {
       {"<!DOCTYPE plist [<!ENTITY a 'x'>]><plist><string>&a;</string></plist>",
        "line 1: a document type with declarations of its own"},
       {"<!DOCTYPE plist [<!ENTITY a SYSTEM 'file:///etc/passwd'>]><plist/>", "declarations"},
-      {"<!DOCTYPE plist [<!ENTITY % a 'x'> %a;]><plist/>", "declarations"},
-      {"<!DOCTYPE plist [<!ATTLIST plist a CDATA 'x'>]><plist/>", "declarations"},
       {plist("<array" + attributes + "/>"), "line 2: a tag that is too long"},
       {plist("<array>" + manyOf("<true a='1' b='2' c='3'/>", 400) + "</array>"), "attributes"},
       {"<!-- ' --><plist><![CDATA[\" ]]><?a '?><array" + attributes + "/></plist>", "too long"},
-      {"<plist>" + std::string(1'000'000, ' ') + "<string>", "line 1: "},
   };
   for (const Case& c : cases) {
     NSError error;
@@ -181,20 +157,13 @@ TEST(XMLPropertyList, LeavesOutOnlyWhatXMLHasNoFormFor) {
 }
 
 TEST(XMLPropertyList, WritesTheNearestDateItCan) {
-  struct Case {
-    double seconds;
-    const char* text;
-  };
-  const Case cases[] = {
-      {1e300, "<date>9999-12-31T23:59:59Z</date>"},
-      {-1e300, "<date>0001-01-01T00:00:00Z</date>"},
-      {std::nan(""), "<date>2001-01-01T00:00:00Z</date>"},
-      {-0.5, "<date>1969-12-31T23:59:59Z</date>"},
-      {951782400.9, "<date>2000-02-29T00:00:00Z</date>"},
-  };
-  for (const Case& c : cases) {
-    EXPECT_THAT(XMLPropertyList::write(NSDate::dateWithTimeIntervalSince1970(c.seconds)).value(),
-                HasSubstr(c.text));
+  const std::pair<double, const char*> cases[] = {{1e300, "9999-12-31T23:59:59Z"},
+                                                  {-1e300, "0001-01-01T00:00:00Z"},
+                                                  {std::nan(""), "2001-01-01T00:00:00Z"},
+                                                  {-0.5, "1969-12-31T23:59:59Z"}};
+  for (const auto& [seconds, text] : cases) {
+    EXPECT_THAT(XMLPropertyList::write(NSDate::dateWithTimeIntervalSince1970(seconds)).value(),
+                HasSubstr(text));
   }
 }
 

@@ -90,6 +90,15 @@ inline std::shared_ptr<NSPersistentStoreCoordinator> openStore(
   return isOpen ? coordinator : nullptr;
 }
 
+/// The code of the error with which the store can't be opened, or 0.
+inline std::int64_t refusalOf(const std::string& path, const PlistDictionary& options = {},
+                              const PlistDictionary& description = libraryDescription()) {
+  NSError error;
+  if (openStore(path, modelFrom(description), options, &error)) return 0;
+  return error.domain == NSCocoaErrorDomain && !error.localizedDescription.empty() ? error.code
+                                                                                   : -1;
+}
+
 inline std::shared_ptr<NSPersistentStoreCoordinator> openLibrary(const std::string& path) {
   NSError error;
   auto coordinator = openStore(path, modelFrom(libraryDescription()), {}, &error);

@@ -154,48 +154,6 @@ TEST_P(NSFetchRequestTest, Sorts) {
 
 class NSFetchTest : public LibraryTest {};
 
-TEST_F(NSFetchTest, SortsByTheObjectAtTheOtherEnd) {
-  NSManagedObject* const a = insert("Author", "A");
-  NSManagedObject* const b = insert("Author", "B");
-  group([&] {
-    for (NSManagedObject* const author : {b, a, b, static_cast<NSManagedObject*>(nullptr), a}) {
-      NSManagedObject* const book = context->insertNewObjectForEntityForName("Book");
-      book->setObject_forKey(author, key::author);
-      book->setValue_forKey(PlistValue(author ? nameOf(*author) : "none"), key::name);
-    }
-  });
-  NSFetchRequest wanted = request("Book");
-  wanted.setSortDescriptors({{key::author, true}});
-  EXPECT_THAT(namesOf(fetch(wanted)), ElementsAre("none", "A", "A", "B", "B"));
-  save();
-  EXPECT_THAT(namesOf(fetch(wanted)), ElementsAre("none", "A", "A", "B", "B"));
-}
-
-TEST_F(NSFetchTest, CountsRelatedObjectsWithoutMakingThem) {
-  NSManagedObject* const a = insert("Author", "A");
-  insert("Author", "B");
-  NSManagedObject* const tag = insert("Tag", "T");
-  group([&] {
-    for (int i = 0; i < 3; ++i) {
-      NSManagedObject* const book = context->insertNewObjectForEntityForName("Book");
-      if (i > 0) book->setObject_forKey(a, key::author);
-      book->addObject_forKey(*tag, key::tags);
-    }
-  });
-  const auto counts = [&](const char* entityName) {
-    std::vector<std::int64_t> numbers;
-    const auto rows =
-        context->propertiesForFetchRequest(request(entityName), {key::name, key::books});
-    for (std::size_t i = 0; i < rows->size(); ++i) numbers.push_back(*rows->value(i, 1)->integer());
-    return numbers;
-  };
-  for (int i = 0; i < 2; ++i) {
-    EXPECT_THAT(counts("Author"), ElementsAre(2, 0));
-    EXPECT_THAT(counts("Tag"), ElementsAre(3));
-    save();
-  }
-}
-
 TEST_F(NSFetchTest, WalkingAllDocumentsKeepsNoneOfThem) {
   constexpr int count = 500;
   constexpr std::size_t length = 12000;
@@ -211,26 +169,6 @@ TEST_F(NSFetchTest, WalkingAllDocumentsKeepsNoneOfThem) {
     ASSERT_EQ(book->documentForKey(key::text)->length(), length);
   }
   EXPECT_LT(bytesInUse(), before + count * length / 10);
-}
-
-TEST_F(NSFetchTest, FindsWhatIsChangedByItsTextOfNow) {
-  NSManagedObject* const saved = insert("Book", "a");
-  save();
-  NSManagedObject* const fresh = insert("Book", "b");
-  EXPECT_EQ(named("Book", "b"), fresh);
-  group([&] { fresh->setValue_forKey(PlistValue("c"), key::name); });
-  group([&] { saved->setValue_forKey(PlistValue("b"), key::name); });
-  EXPECT_EQ(named("Book", "b"), saved);
-  EXPECT_EQ(named("Book", "c"), fresh);
-  EXPECT_EQ(named("Book", "a"), nullptr);
-  group([&] { fresh->setValue_forKey(PlistValue("b"), key::name); });
-  EXPECT_THAT(namesOf(fetch(request("Book", NSPredicate::equal(key::name, "b")))),
-              ElementsAre("b", "b"));
-  undo().undo();
-  undo().undo();
-  EXPECT_EQ(named("Book", "a"), saved);
-  group([&] { context->deleteObject(*saved); });
-  EXPECT_EQ(named("Book", "a"), nullptr);
 }
 
 // Each record that is added looks for others of its name first.

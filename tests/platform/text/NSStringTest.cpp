@@ -14,17 +14,6 @@ TEST(NSString, MapsCaseByTheRulesOfUnicode) {
   EXPECT_EQ(uppercaseString("a\xFFü"), "A\xFFÜ");
 }
 
-TEST(NSString, MapsCaseIntoMemoryThatIsThere) {
-  std::u16string units(100, u'x');
-  const char16_t* memory = units.data();
-  for (const std::string& text :
-       {"abc {z} Z"s, "Weißbier ﬁ ü"s, "ΐΐΐ \U00010428"s, "a\xFF\xF0\x9F\x8Dü"s, ""s}) {
-    uppercaseUTF16(text, units);
-    EXPECT_EQ(units, UTF16String(uppercaseString(text))) << text;
-    EXPECT_EQ(units.data(), memory) << text;
-  }
-}
-
 // Each of the texts as UTF-8, without what is invalid, and in UTF-16 units.
 TEST(NSString, CarriesTextsFromOneEncodingToTheOther) {
   struct Case {
@@ -67,12 +56,6 @@ RC_GTEST_PROP(NSString, SurvivesAnyBytes, (const std::string& bytes)) {
   RC_ASSERT(isUTF8(uppercaseString(bytes)) == isUTF8(bytes));
   RC_ASSERT(UTF16String(bytes).size() == UTF16Length(bytes));
   if (isUTF8(bytes)) RC_ASSERT(stringWithUTF16(UTF16String(bytes)) == bytes);
-}
-
-TEST(NSString, FindsParts) {
-  EXPECT_TRUE(containsString("Pale Ale", "le A"));
-  EXPECT_TRUE(containsString("Pale Ale", ""));
-  EXPECT_FALSE(containsString("Pale Ale", "pale"));
 }
 
 TEST(NSString, Formats) {

@@ -49,23 +49,6 @@ TEST(PlistDictionary, TakesKeysAndValuesAtOnceAndTheLastOfEqualKeys) {
   EXPECT_EQ(dictionary.begin()->key.text(), "0");
 }
 
-TEST(PlistDictionary, KnowsAKeyWhateverItsLength) {
-  const std::string letters(80, 'k');
-  PlistDictionary dictionary;
-  for (int i = 0; i < 80; ++i) {
-    dictionary.set(KeyName(letters.substr(0, static_cast<std::size_t>(i))), i);
-  }
-  for (std::size_t length = 0; length < 80; ++length) {
-    std::string key = letters.substr(0, length);
-    EXPECT_EQ(dictionary.doubleValue(KeyName(key)), static_cast<double>(length));
-    for (char& c : key) {
-      c = 'l';
-      EXPECT_FALSE(dictionary.contains(KeyName(key))) << key;
-      c = 'k';
-    }
-  }
-}
-
 // A key known to the compiler and the same key read at run time are one.
 TEST(PlistDictionary, HashesAlikeAtCompileTimeAndAtRunTime) {
   static constexpr KeyName known[] = {KeyName(""),         KeyName("abc"),

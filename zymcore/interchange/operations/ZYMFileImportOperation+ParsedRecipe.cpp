@@ -102,9 +102,7 @@ void matchStyle(const PlistDictionary& parsed, PlistDictionary& recipe,
 }
 
 std::string noteOf(const PlistDictionary& step) {
-  const auto localized = [](std::string_view text) {
-    return Localized_String(text, "ZYMFileImportOperation.processParsedRecipe");
-  };
+  const auto localized = [](std::string_view text) { return Localized_String(text); };
   const auto field = [&](std::string_view title, std::string_view value) {
     return stringWithFormat("%@: %@\t", {localized(title), value});
   };
@@ -124,9 +122,7 @@ void keepMashAsNotes(const PlistDictionary& parsed, PlistDictionary& recipe) {
   }
   if (!parsed.contains(parsedKeys::MASHSTEPS)) return;
   std::string notes(recipe.stringValue(keys::Notes));
-  notes += stringWithFormat("\n\n%@:\n\n",
-                            {Localized_String("Mash Schedule in imported recipe",
-                                              "ZYMFileImportOperation.processParsedRecipe")});
+  notes += stringWithFormat("\n\n%@:\n\n", {Localized_String("Mash Schedule in imported recipe")});
   for (const PlistDictionary& step : parsed.rows(parsedKeys::MASHSTEPS)) notes += noteOf(step);
   recipe.set(keys::Notes, std::move(notes));
 }

@@ -113,12 +113,21 @@ bool isStored(const ZYMRecipeEntity& recipe) {
   return !recipe.objectID().isTemporaryID();
 }
 
+NSUndoManager& undoManager() {
+  return *mainContext().undoManager();
+}
+
 // The group is the one that the first change of this turn opened.
 void closeUndoGroup() {
-  NSUndoManager* undoManager = mainContext().undoManager();
-  if (!undoManager || undoManager->groupingLevel() == 0) return;
-  undoManager->setActionName(Localized_String("Import Recipe", "ZYMFileImportOperation.main"));
-  undoManager->endUndoGrouping();
+  if (undoManager().groupingLevel() == 0) return;
+  undoManager().setActionName(Localized_String("Import Recipe"));
+  undoManager().endUndoGrouping();
+}
+
+// Nothing is left to undo of what was done since.
+void takeBack(ZYMRecipeEntity* recipe, std::uint64_t earlier) {
+  if (recipe) StoredDocuments::withdraw(*recipe);
+  undoManager().removeActionsSince(earlier);
 }
 
 void post(const char* name, const ZYMFileImportOperation& operation) {
@@ -197,21 +206,23 @@ void ZYMFileImportOperation::insert(PlistDictionary recipe) {
   checkProfileForRecipeOrBatch_isBatch(document, false);
   if (prepareRecipe_) prepareRecipe_(document);
 
-  auto& entity = static_cast<ZYMRecipeEntity&>(storedRecipes.insert(document));
-  PictureBudget budget;
+  const std::uint64_t earlier = undoManager().latestAction();
+  ZYMRecipeEntity* entity = nullptr;
   try {
-    addImages(images, entity, budget);
-    for (const PlistDictionary& batch : PlistRows(&batches)) addBatch(batch, entity, budget);
+    entity = &static_cast<ZYMRecipeEntity&>(storedRecipes.insert(document));
+    PictureBudget budget;
+    addImages(images, *entity, budget);
+    for (const PlistDictionary& batch : PlistRows(&batches)) addBatch(batch, *entity, budget);
     ZYMCoreDataModel::sharedInstance().save();
   } catch (...) {
-    if (!isStored(entity)) {
-      StoredDocuments::withdraw(entity);
+    if (!entity || !isStored(*entity)) {
+      takeBack(entity, earlier);
       throw;
     }
   }
-  if (!isStored(entity)) {
+  if (!isStored(*entity)) {
     failureReason_ = "the store can't be written";
-    StoredDocuments::withdraw(entity);
+    takeBack(entity, earlier);
     return;
   }
   closeUndoGroup();

@@ -37,10 +37,10 @@ ZYMGroupEntity* groupWithUUID(std::optional<std::string_view> uuid) {
 
 }  // namespace
 
-const StoredDocuments storedRecipes{ZYMRecipeEntity::entityName, keys::RecipeTitle, "Update Recipe",
-                                    "ZYMRecipes.updateRecipe.preservingDLM"};
+const StoredDocuments storedRecipes{ZYMRecipeEntity::entityName, keys::RecipeTitle,
+                                    "Update Recipe"};
 const StoredDocuments storedBatches{ZYMRecipeBatchEntity::entityName, keys::BatchTitle,
-                                    "Update Batch", "ZYMRecipes.updateBatch.preservingDLM"};
+                                    "Update Batch"};
 
 ZYMDocumentEntity* documentWithUUID(std::optional<std::string_view> uuid) {
   ZYMDocumentEntity* recipe = storedRecipes.objectWithUUID(uuid);
@@ -71,7 +71,7 @@ void StoredDocuments::update(PlistDictionary& document, bool preservingDLM) cons
   ZYMUndoGroup group;
   if (!preservingDLM) document.set(keys::DateLastModified, NSDate::date());
   object->updateWithDictionaryRepresentation(document);
-  group.closeAndSave(actionName, comment);
+  group.closeAndSave(actionName);
 }
 
 bool StoredDocuments::addImage(ZYMDocumentEntity* owner, const NSImage& thumbnail,

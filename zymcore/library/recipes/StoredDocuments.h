@@ -22,7 +22,6 @@ struct StoredDocuments {
   KeyName titleKey;
   // Of the undo step of an update.
   std::string_view actionName;
-  std::string_view comment;
 
   /// The one object with that uuid, or null.
   [[nodiscard]] ZYMDocumentEntity* objectWithUUID(std::optional<std::string_view> uuid) const;

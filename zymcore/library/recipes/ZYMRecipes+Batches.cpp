@@ -58,9 +58,8 @@ PlistDictionary actualsOf(const PlistDictionary& recipe) {
 
 std::string titleOfNextBatch(const ZYMRecipeEntity& recipe) {
   const std::size_t number = recipe.objectsForKey(relationships::batches).size() + 1;
-  return stringWithFormat(
-      Localized_String("Batch %ld of %@", "ZYMRecipes.emptyBatchForRecipeWithUUID"),
-      {std::to_string(number), recipe.name().value_or("")});
+  return stringWithFormat(Localized_String("Batch %ld of %@"),
+                          {std::to_string(number), recipe.name().value_or("")});
 }
 
 }  // namespace
@@ -112,7 +111,7 @@ void ZYMRecipes::restoreBatch_toRecipeWithUUID(PlistDictionary& batch, UUID reci
     object = &storedBatches.insert(batch);
   }
   object->setObject_forKey(recipe, relationships::recipe);
-  group.closeAndSave("Add Batch", "ZYMRecipes.restoreBatch.toRecipeWithUUID");
+  group.closeAndSave("Add Batch");
 }
 
 std::optional<PlistDictionary> ZYMRecipes::batchWithUUID(UUID uuid) const {
@@ -141,7 +140,7 @@ void ZYMRecipes::removeBatchWithUUID(UUID uuid) {
   ZYMUndoGroup group;
   // Its recipe loses it by that.
   batch->managedObjectContext().deleteObject(*batch);
-  group.closeAndSave("Delete Batch", "ZYMRecipes.removeBatchWithUUID");
+  group.closeAndSave("Delete Batch");
 }
 
 std::optional<std::string> ZYMRecipes::parentRecipeUUIDForBatchWithUUID(UUID uuid) const {
@@ -168,15 +167,12 @@ PlistDictionary ZYMRecipes::promoteBatchWithUUID_addToGroupWithUUID(UUID uuid, U
   removeInventoryInfoInRecipe(recipe);
   recipe.set(keys::UUID, zym::uuid());
   recipe.set(keys::DateLastModified, NSDate::date());
-  recipe.set(
-      keys::RecipeTitle,
-      stringWithFormat(Localized_String("Promoted from %@",
-                                        "ZYMRecipes.promoteBatchWithUUID.addToGroupWithUUID"),
-                       {batch.stringValue(keys::BatchTitle)}));
+  recipe.set(keys::RecipeTitle, stringWithFormat(Localized_String("Promoted from %@"),
+                                                 {batch.stringValue(keys::BatchTitle)}));
   ZYMDocumentEntity& promoted = storedRecipes.insert(recipe);
   object->setObject_forKey(&promoted, relationships::recipe);
   StoredDocuments::joinGroup(promoted, groupUUID);
-  group.closeAndSave("Promote Batch", "ZYMRecipes.promoteBatchWithUUID.addToGroupWithUUID");
+  group.closeAndSave("Promote Batch");
   return recipe;
 }
 

@@ -37,21 +37,20 @@ std::vector<ZYMSummary> ZYMRecipes::summariesForAllGroups() const {
 ZYMSummary ZYMRecipes::summaryForLibraryGroup() const {
   const std::optional<std::size_t> recipes = mainContext().countForFetchRequest(
       NSFetchRequest::fetchRequestWithEntityName(ZYMRecipeEntity::entityName));
-  return {Localized_String("Library", "ZYMRecipes.summaryForLibraryGroup"), "",
-          static_cast<std::int64_t>(recipes.value_or(0))};
+  return {Localized_String("Library"), "", static_cast<std::int64_t>(recipes.value_or(0))};
 }
 
 ZYMSummary ZYMRecipes::createGroup() {
   ZYMUndoGroup undo;
   ZYMGroupEntity& group = ZYMGroupEntity::insertInContext(mainContext());
   PlistDictionary record = group.dictionaryRepresentation().value();
-  record.set(keys::GroupName, Localized_String("New Group", "ZYMRecipes.createGroup"));
+  record.set(keys::GroupName, Localized_String("New Group"));
   record.set(keys::Type, "Normal");
   record.set(keys::KeysOfContents, PlistArray());
   record.set(keys::UUID, uuid());
   record.set(keys::DateLastModified, NSDate::date());
   group.updateWithDictionaryRepresentation(record);
-  undo.closeAndSave("Add Group", "ZYMRecipes.createGroup");
+  undo.closeAndSave("Add Group");
   return group.summary();
 }
 
@@ -61,7 +60,7 @@ void ZYMRecipes::updateGroup(const ZYMSummary& summary) {
   ZYMUndoGroup undo;
   group->setName(summary.name);
   group->setDateLastModified(NSDate::date());
-  undo.closeAndSave("Update Group", "ZYMRecipes.updateGroup");
+  undo.closeAndSave("Update Group");
 }
 
 void ZYMRecipes::deleteGroupWithUUID(UUID uuid) {
@@ -69,7 +68,7 @@ void ZYMRecipes::deleteGroupWithUUID(UUID uuid) {
   if (!group) return;
   ZYMUndoGroup undo;
   mainContext().deleteObject(*group);
-  undo.closeAndSave("Delete Group", "ZYMRecipes.deleteGroupWithUUID");
+  undo.closeAndSave("Delete Group");
 }
 
 std::optional<PlistDictionary> ZYMRecipes::groupForUUID(UUID uuid) const {
@@ -84,7 +83,7 @@ void ZYMRecipes::restoreGroup(PlistDictionary& group) {
   ZYMGroupEntity& object =
       known && !known->empty() ? *known->front() : ZYMGroupEntity::insertInContext(mainContext());
   object.updateWithDictionaryRepresentation(group);
-  undo.closeAndSave("Restore Group", "ZYMRecipes.groupForUUID");
+  undo.closeAndSave("Restore Group");
 }
 
 void ZYMRecipes::removeItems_fromGroupWithUUID(const std::vector<std::string>& uuids, UUID uuid) {
@@ -101,34 +100,32 @@ void ZYMRecipes::removeItems_fromGroupWithUUID(const std::vector<std::string>& u
       deleteOnly(ZYMRecipeBatchEntity::onlyObjectWithUUID(nullptr, item));
     }
   }
-  undo.closeAndSave("Delete Recipes and Batches", "ZYMRecipes.removeItems.fromGroupWithUUID");
+  undo.closeAndSave("Delete Recipes and Batches");
 }
 
 namespace {
 
-void takeOutOfGroup(ZYMRecipes::UUID uuid, ZYMRecipes::UUID groupUUID, std::string_view actionName,
-                    std::string_view comment) {
+void takeOutOfGroup(ZYMRecipes::UUID uuid, ZYMRecipes::UUID groupUUID,
+                    std::string_view actionName) {
   ZYMRecipeEntity* recipe = ZYMRecipeEntity::onlyObjectWithUUID(nullptr, uuid);
   if (!recipe) return;
   ZYMUndoGroup undo;
   StoredDocuments::leaveGroup(*recipe, groupUUID);
-  undo.closeAndSave(actionName, comment);
+  undo.closeAndSave(actionName);
 }
 
 }  // namespace
 
 void ZYMRecipes::addRecipeWithUUID_toGroupWithUUID(UUID uuid, UUID groupUUID) {
   if (groupUUID == "") return;
-  takeOutOfGroup(uuid, groupUUID, "Add Recipe to Group",
-                 "ZYMRecipes.addRecipeWithUUID.toGroupWithUUID");
+  takeOutOfGroup(uuid, groupUUID, "Add Recipe to Group");
 }
 
 void ZYMRecipes::removeRecipeWithUUID_fromGroupWithUUID(UUID uuid, UUID groupUUID) {
   if (groupUUID == "") {
     removeRecipeWithUUID(uuid);
   } else {
-    takeOutOfGroup(uuid, groupUUID, "Remove Recipe from Group",
-                   "ZYMRecipes.removeRecipeWithUUID.fromGroupWithUUID");
+    takeOutOfGroup(uuid, groupUUID, "Remove Recipe from Group");
   }
 }
 
@@ -145,8 +142,7 @@ void ZYMRecipes::replaceRecipesInGroupWithUUID_withRecipes(UUID groupUUID,
     group->setObjects_forKey(recipes, relationships::recipes);
     group->setDateLastModified(NSDate::date());
   }
-  undo.closeAndSave("Replace Recipes in Group",
-                    "ZYMRecipes.replaceRecipesInGroupWithUUID.withRecipes");
+  undo.closeAndSave("Replace Recipes in Group");
 }
 
 std::vector<ZYMSummary> ZYMRecipes::summariesForAllRecipes() const {

@@ -74,7 +74,7 @@ void removeFilesAndRecord(ZYMImageEntity& image) {
 void removeInUndoGroup(ZYMRecipes& recipes, ZYMImageEntity& image) {
   ZYMUndoGroup group;
   recipes.removeImageEntity(image);
-  group.closeAndSave("Remove Image", "ZYMRecipes+Images.removeImageAtIndex.fromItemWithUUID");
+  group.closeAndSave("Remove Image");
 }
 
 }  // namespace
@@ -171,8 +171,7 @@ bool ZYMRecipes::addThumbnailImage_withLargeImage_toItemWithUUID(const NSImage& 
                                                                  const NSImage& large, UUID uuid) {
   ZYMUndoGroup group;
   (void)StoredDocuments::addImage(documentWithUUID(uuid), thumbnail, large);
-  group.closeAndSave("Add Image",
-                     "ZYMRecipes+Images.addThumbnailImage.withLargeImage.toItemWithUUID");
+  group.closeAndSave("Add Image");
   return true;
 }
 

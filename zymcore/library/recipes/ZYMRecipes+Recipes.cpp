@@ -84,10 +84,7 @@ void setFirstWater(PlistDictionary& recipe) {
 PlistDictionary copyOf(ZYMDocumentEntity& object, KeyName titleKey) {
   PlistDictionary copy = object.dictionaryRepresentation().value_or(PlistDictionary());
   copy.set(keys::UUID, uuid());
-  copy.set(titleKey,
-           stringWithFormat(
-               Localized_String("%@-copy", "ZYMRecipes.duplicateItemWithUUID.addToGroupWithUUID"),
-               {copy.stringValue(titleKey)}));
+  copy.set(titleKey, stringWithFormat(Localized_String("%@-copy"), {copy.stringValue(titleKey)}));
   copy.set(keys::DateLastModified, NSDate::date());
   return copy;
 }
@@ -101,14 +98,13 @@ ZYMRecipes& ZYMRecipes::sharedInstance() {
 
 PlistDictionary ZYMRecipes::emptyRecipe() const {
   const PlistDictionary profile = ZYMProfiles::sharedInstance().defaultProfile();
-  PlistDictionary recipe{
-      {keys::UUID, uuid()},
-      {keys::RecipeTitle, Localized_String("New Recipe", "ZYMRecipes.emptyRecipe")},
-      {keys::DateLastModified, NSDate::date()},
-      {keys::StyleUUID, ZYMStyles::noChosenStyle().stringValue(keys::UUID)},
-      {keys::StyleGuidelinesSource, ZYMStyles::userPreferredStyleGuidelines()},
-      {keys::Profile, duplicate(profile)},
-      {keys::MashSchedule, scheduleOf(profile)}};
+  PlistDictionary recipe{{keys::UUID, uuid()},
+                         {keys::RecipeTitle, Localized_String("New Recipe")},
+                         {keys::DateLastModified, NSDate::date()},
+                         {keys::StyleUUID, ZYMStyles::noChosenStyle().stringValue(keys::UUID)},
+                         {keys::StyleGuidelinesSource, ZYMStyles::userPreferredStyleGuidelines()},
+                         {keys::Profile, duplicate(profile)},
+                         {keys::MashSchedule, scheduleOf(profile)}};
   for (const ProfileValue& value : profileValues) {
     copyValue(profile, value.inProfile, recipe, value.inRecipe);
   }
@@ -125,7 +121,7 @@ PlistDictionary ZYMRecipes::createRecipe() {
   correctForSerialization(recipe);
   ZYMUndoGroup group;
   storedRecipes.insert(recipe);
-  group.closeAndSave("Create Recipe", "ZYMRecipes.createRecipe");
+  group.closeAndSave("Create Recipe");
   return recipe;
 }
 
@@ -133,7 +129,7 @@ PlistDictionary ZYMRecipes::createRecipeAndAddToGroupWithUUID(UUID groupUUID) {
   ZYMUndoGroup group;
   PlistDictionary recipe = emptyRecipe();
   StoredDocuments::joinGroup(storedRecipes.insert(recipe), groupUUID);
-  group.closeAndSave("Create Recipe", "ZYMRecipes.createRecipeAndAddToGroupWithUUID");
+  group.closeAndSave("Create Recipe");
   return recipe;
 }
 
@@ -157,7 +153,7 @@ std::optional<PlistDictionary> ZYMRecipes::duplicateItemWithUUID_addToGroupWithU
     storedBatches.insert(copy).setObject_forKey(batch->objectForKey(relationships::recipe),
                                                 relationships::recipe);
   }
-  group.closeAndSave("Duplicate Item", "ZYMRecipes.duplicateItemWithUUID.addToGroupWithUUID");
+  group.closeAndSave("Duplicate Item");
   return copy;
 }
 
@@ -179,7 +175,7 @@ void ZYMRecipes::removeRecipeWithUUID(UUID uuid) {
     group.setDateLastModified(NSDate::date());
   }
   mainContext().deleteObject(*recipe);
-  undo.closeAndSave("Remove Recipe", "ZYMRecipes.emptyRecipe");
+  undo.closeAndSave("Remove Recipe");
 }
 
 std::optional<PlistDictionary> ZYMRecipes::recipeForUUID(UUID uuid) const {

@@ -147,6 +147,16 @@ bool NSUndoManager::isLatestAction(std::uint64_t action) const noexcept {
          state_->open.back().entries.back().number == action;
 }
 
+std::uint64_t NSUndoManager::latestAction() const noexcept {
+  return state_->lastNumber;
+}
+
+void NSUndoManager::removeActionsSince(std::uint64_t action) {
+  for (Group& group : state_->open) {
+    std::erase_if(group.entries, [&](const Group::Entry& entry) { return entry.number > action; });
+  }
+}
+
 void NSUndoManager::setActionName(std::string_view name) {
   if (!state_->open.empty()) {
     state_->open.back().name = name;

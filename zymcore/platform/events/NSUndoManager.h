@@ -52,6 +52,12 @@ class NSUndoManager {
   /// Whether the action with that number is the last that happened to the innermost open group.
   [[nodiscard]] bool isLatestAction(std::uint64_t action) const noexcept;
 
+  /// The number of the action that was registered last.
+  [[nodiscard]] std::uint64_t latestAction() const noexcept;
+  /// Forgets the actions that were registered after that one in groups still open, for who has
+  /// taken back by other means what they would undo.
+  void removeActionsSince(std::uint64_t action);
+
   /// Names the innermost open group, or, when none is open, the step that `undo` would reverse. A
   /// nested group passes its name on to the one around it when it closes. An empty name is no name.
   void setActionName(std::string_view name);

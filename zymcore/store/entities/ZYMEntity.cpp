@@ -5,8 +5,9 @@
 namespace zym {
 namespace {
 
-std::optional<std::string> copyOf(const std::string* text) {
-  return text ? std::optional(*text) : std::nullopt;
+template <class Value>
+std::optional<Value> copyOf(const Value* value) {
+  return value ? std::optional(*value) : std::nullopt;
 }
 
 }  // namespace
@@ -29,7 +30,7 @@ void ZYMEntity::setName(std::optional<std::string> name) {
 
 std::optional<NSDate> ZYMEntity::dateLastModified() const {
   const PlistValue* date = valueForKey(attributes::dateLastModified);
-  return date && date->date() ? std::optional(*date->date()) : std::nullopt;
+  return copyOf(date ? date->date() : nullptr);
 }
 
 void ZYMEntity::setDateLastModified(std::optional<NSDate> date) {

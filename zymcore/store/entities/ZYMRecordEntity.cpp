@@ -130,7 +130,6 @@ void ZYMRecordEntity::readChildren(PlistDictionary& record, NSManagedObjectConte
   for (PlistDictionary& row : record.editRows(children->key)) {
     if (children->getUUIDs && !row.contains(keys::UUID)) row.set(keys::UUID, zym::uuid());
     NSManagedObject& child = childForRecord(*children, own, row, context);
-    child.setObject_forKey(this, children->parent);
     if (children->haveIndex) child.setValue_forKey(position, attributes::index);
     static_cast<ZYMRecordEntity&>(child).updateWithDictionaryRepresentation_usingContext(row,
                                                                                          context);

@@ -6,11 +6,7 @@
 #include <sys/resource.h>
 
 #include <cstdlib>
-<<<<<<< HEAD
-#include <random>
 #include <set>
-=======
->>>>>>> h1
 
 #include "tests/stock/Shelf.h"
 #include "tests/support/Child.h"
@@ -163,28 +159,6 @@ TEST_F(Brewing, ALotThatWentMeanwhileIsNotTaken) {
   EXPECT_THAT(inStock("malt"), ElementsAre("1.000000"));
 }
 
-<<<<<<< HEAD
-TEST_F(Brewing, AChangeThatFailsLeavesNothing) {
-  stock("malt", "Fermentable", {lot("a", "5", 1)});
-  const PlistArray shelf = inventory().allItems();
-  endTurn();
-  try {
-    ZYMOneChange change;
-    stock("malt", "Fermentable", {lot("a", "1", 1)});
-    ZYMOneChange inner;
-    inventory().removeItemWithUUID("malt");
-    inner.save();
-    EXPECT_FALSE(inventory().itemWithUUID("malt"));
-    throw std::runtime_error("in between");
-  } catch (const std::runtime_error&) {
-  }
-  EXPECT_EQ(inventory().allItems(), shelf);
-  EXPECT_FALSE(context().hasChanges());
-  stock("malt", "Fermentable", {lot("a", "2", 1)});
-  reopen();
-  EXPECT_THAT(inStock("malt"), ElementsAre("2"));
-}
-
 /// Twelve malts of two lots each in a data folder of their own, and a batch that takes of all.
 class BrewedElsewhere : public Brewing {
  protected:
@@ -195,16 +169,6 @@ class BrewedElsewhere : public Brewing {
   void openStore() const { model().setDataFolder(data_); }
   void fill(int number) {
     data_ = folder / ("data" + std::to_string(number));
-=======
-TEST_F(Brewing, KilledAtAnyMomentIsWholeOrNotAtAll) {
-  const int kills = std::getenv("ZYM_LONG_TESTS") ? 200 : 15;
-  constexpr int items = 12;
-  ZYMCoreDataModel::tearDown();
-  int brewed = 0;
-  for (int i = 0; i < kills; ++i) {
-    const std::string data = folder / ("data" + std::to_string(i));
-    const auto openStore = [&] { model().setDataFolder(data); };
->>>>>>> h1
     openStore();
     PlistArray additions;
     for (int k = 0; k < items; ++k) {

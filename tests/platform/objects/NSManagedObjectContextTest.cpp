@@ -119,20 +119,6 @@ TEST_F(NSManagedObjectContextTest, TakesInWhatAnotherContextSaved) {
   EXPECT_EQ(nameOf(*b), "Lost");
 }
 
-<<<<<<< HEAD
-TEST_F(NSManagedObjectContextTest, AFetchTakesOverWhatSomebodyElseSaved) {
-  NSManagedObject* const a = insert("Author", "A");
-  save();
-  const auto other = contextOn(openLibrary(path()));
-  other->setUndoManager(nullptr);
-  other->objectWithID(a->objectID())->setValue_forKey(PlistValue("B"), key::name);
-  ASSERT_TRUE(other->save());
-  EXPECT_EQ(named("Author", "B"), a);
-  EXPECT_EQ(nameOf(*a), "B");
-  group([&] { a->setValue_forKey(PlistValue("C"), key::name); });
-  save();
-}
-
 TEST_F(NSManagedObjectContextTest, ABlockReadsOneMomentUntilItSaves) {
   NSManagedObject* const a = insert("Author", "A");
   save();
@@ -149,8 +135,6 @@ TEST_F(NSManagedObjectContextTest, ABlockReadsOneMomentUntilItSaves) {
   });
 }
 
-=======
->>>>>>> h1
 // After a fetch a relationship made elsewhere is known, and its rule holds; before one, nothing
 // is left dangling.
 TEST_F(NSManagedObjectContextTest, DeletesWithWhatSomebodyElseRelated) {

@@ -10,6 +10,7 @@
 #include "app/commands/ImportCommand.h"
 #include "app/commands/LibraryCommands.h"
 #include "app/commands/OrderCommands.h"
+#include "app/commands/PageCommands.h"
 #include "app/commands/PlanCommands.h"
 #include "app/commands/RecipeCommands.h"
 #include "app/commands/RecordCommands.h"
@@ -18,6 +19,7 @@
 #include "app/commands/StepCommands.h"
 #include "app/commands/StockCommands.h"
 #include "app/commands/StoreCommand.h"
+#include "app/commands/SuggestCommands.h"
 #include "app/commands/UnitsCommand.h"
 #include "app/session/Store.h"
 #include "app/terminal/Faults.h"
@@ -57,6 +59,8 @@ int parse(std::vector<std::string> arguments, CalledFrom caller) {
   addStockCommands(program);
   addOrderCommands(program);
   addPlanCommands(program);
+  addSuggestCommands(program);
+  addPageCommands(program, exitCode);
   addImageCommands(program);
   addImportCommand(program, exitCode);
   addLibraryCommands(program);

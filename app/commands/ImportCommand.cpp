@@ -1,7 +1,5 @@
 #include "app/commands/ImportCommand.h"
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
@@ -13,6 +11,7 @@
 #include "app/sheets/Figures.h"
 #include "app/terminal/Faults.h"
 #include "app/terminal/Output.h"
+#include "app/terminal/Progress.h"
 #include "app/terminal/Text.h"
 #include "app/values/Items.h"
 #include "app/values/ValueForms.h"
@@ -35,7 +34,6 @@ struct Options {
 };
 
 constexpr std::string_view extensions[] = {".xml", ".wm2"};
-constexpr std::size_t fewFiles = 20;
 
 /// The files themselves, and those of a known extension below the folders, by name.
 std::vector<std::string> filesOf(const std::vector<std::string>& paths) {
@@ -161,30 +159,6 @@ PlistDictionary recordOf(const Outcome& outcome) {
   record.set(KeyName("Matches"), std::move(matches));
   return record;
 }
-
-/// How far a long run has come, on a terminal that the lines themselves don't go to.
-class Progress {
- public:
-  explicit Progress(std::size_t total)
-      : total_(total), isShown_(total > fewFiles && isatty(STDERR_FILENO)) {}
-  ~Progress() {
-    if (isShown_) std::cerr << "\r" << std::string(width + 20, ' ') << "\r";
-  }
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-
-  void show(std::size_t done) const {
-    if (!isShown_) return;
-    const std::size_t filled = width * done / total_;
-    std::cerr << "\r[" << std::string(filled, '#') << std::string(width - filled, ' ') << "] "
-              << done << "/" << total_ << std::flush;
-  }
-
- private:
-  static constexpr std::size_t width = 40;
-  std::size_t total_;
-  bool isShown_;
-};
 
 int importAll(const Options& options) {
   openStore();

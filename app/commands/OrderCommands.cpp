@@ -36,9 +36,7 @@ ZYMOrders& orders() {
 }
 
 std::string nameOfLine(const PlistDictionary& line) {
-  const LibraryKind& kind = libraryKindNamed(stockKindOf(line).library);
-  const auto record = kind.library().itemWithUUID(line.stringValue(keys::IngredientUUID));
-  return record ? std::string(record->stringValue(kind.nameKey())) : label("Unknown ingredient");
+  return nameOfIngredient(stockKindOf(line), line.stringValue(keys::IngredientUUID));
 }
 
 PlistDictionary orderNamed(const std::string& name) {
@@ -67,19 +65,9 @@ void place(const Options& options) {
                         {keys::IngredientType, ingredient.kind->type},
                         {keys::Amount, amountTyped(*ingredient.kind, options.words[i + 1])}});
   }
-  ZYMOneChange change;
-  auto order = orders().createOrderForSupplierWithUUID_withIngredients(
-      std::string(supplier.stringValue(keys::UUID)), wanted);
-  if (!order) {
-    throw InputError(label("'%1' shares its identity", {printable(options.words.front())}));
-  }
-  // By its supplier and day an order can be told from others.
-  order->set(keys::Name,
-             std::string(supplier.stringValue(keys::Name)) + ", " + dayAt(*order, keys::OrderDate));
-  orders().updateOrder(*order);
-  change.save();
-  if (options.asJSON) return printJSON(*order);
-  std::cout << printable(order->stringValue(keys::Name)) << '\n';
+  const PlistDictionary order = placeOrder(supplier, wanted);
+  if (options.asJSON) return printJSON(order);
+  std::cout << printable(order.stringValue(keys::Name)) << '\n';
 }
 
 void list(const Options& options) {
@@ -178,6 +166,19 @@ void showOrder(const std::string& name, bool asJSON) {
   }
   sheet.section(label("Lines"), lines.table());
   sheet.section(label("Notes"), order.stringValue(keys::Notes));
+}
+
+PlistDictionary placeOrder(const PlistDictionary& supplier, const PlistArray& ingredients) {
+  ZYMOneChange change;
+  auto order = orders().createOrderForSupplierWithUUID_withIngredients(
+      std::string(supplier.stringValue(keys::UUID)), ingredients);
+  const std::string name(supplier.stringValue(keys::Name));
+  if (!order) throw InputError(label("'%1' shares its identity", {printable(name)}));
+  // By its supplier and day an order can be told from others.
+  order->set(keys::Name, name + ", " + dayAt(*order, keys::OrderDate));
+  orders().updateOrder(*order);
+  change.save();
+  return *order;
 }
 
 void addOrderCommands(CLI::App& program) {

@@ -119,6 +119,12 @@ Ingredient ingredientNamed(const std::string& name) {
   return all[positionMeant(name, candidates, label("ingredient"))];
 }
 
+std::string nameOfIngredient(const StockKind& kind, std::string_view uuid) {
+  const LibraryKind& library = libraryKindNamed(kind.library);
+  const auto record = library.library().itemWithUUID(uuid);
+  return record ? std::string(record->stringValue(library.nameKey())) : label("Unknown ingredient");
+}
+
 std::string amountShown(const PlistDictionary& record, KeyName key) {
   return stockKindOf(record).showAmount(record, key);
 }

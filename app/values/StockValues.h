@@ -32,6 +32,9 @@ struct Ingredient {
 /// The one that the user means, of all four libraries. Throws `InputError`.
 [[nodiscard]] Ingredient ingredientNamed(const std::string& name);
 
+/// As its library shows it.
+[[nodiscard]] std::string nameOfIngredient(const StockKind& kind, std::string_view uuid);
+
 /// The amount in the record as the user reads it.
 [[nodiscard]] std::string amountShown(const PlistDictionary& record, KeyName key);
 /// An amount that isn't negative. Throws `UsageError`.

@@ -38,6 +38,12 @@ inline constexpr KeyName ActualABW{"ActualABW"};
 inline constexpr KeyName ActualIBU{"ActualIBU"};
 inline constexpr KeyName ActualFermentationTemperature{"ActualFermentationTemperature"};
 
+// Where the figures stand in their style (`internal/StylePlaces.h`).
+inline constexpr KeyName OriginalGravityPlace{"OriginalGravityPlace"};
+inline constexpr KeyName FinalGravityPlace{"FinalGravityPlace"};
+inline constexpr KeyName BitternessPlace{"BitternessPlace"};
+inline constexpr KeyName ColorPlace{"ColorPlace"};
+
 // Their tables: the rows, filled in, one after the other.
 inline constexpr KeyName FermentableItems{"FermentableItems"};
 inline constexpr KeyName HopItems{"HopItems"};

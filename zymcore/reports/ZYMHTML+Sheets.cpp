@@ -13,6 +13,7 @@
 #include "zymcore/reports/internal/SheetLabels.h"
 #include "zymcore/reports/internal/SheetRows.h"
 #include "zymcore/reports/internal/SheetWater.h"
+#include "zymcore/reports/internal/StylePlaces.h"
 #include "zymcore/reports/internal/Template.h"
 #include "zymcore/transformers/ZYMBeerColorValueTransformer.h"
 #include "zymcore/transformers/ZYMGravityValueTransformer.h"
@@ -121,6 +122,7 @@ void addStyle(const PlistDictionary& recipe, Form form, PlistDictionary& values)
   }
   values.set(keys::StyleName, pageTextAt(style, keys::Name, form));
   addFigures(styleFigures, style, values);
+  addStylePlaces(recipe, style, values);
 }
 
 std::string bitternessRatio(const PlistDictionary& recipe) {

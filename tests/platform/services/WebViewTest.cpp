@@ -76,8 +76,9 @@ class WebViewTest : public ::testing::Test {
 TEST_F(WebViewTest, PrintsOneSheetOfThePagesOwnHeight) {
   for (const int height : {1, 333, 777, 5000}) {
     const auto pdf = pdfOf(
-        "<body style='margin:0;background:#ff8000'><div style='height:" + std::to_string(height) +
-        "px'>Br\xC3\xA4u " + std::to_string(height) + "</div>");
+        "<style>@page{margin:5cm;size:A6}</style><body style='margin:0;background:#ff8000'><div "
+        "style='height:" +
+        std::to_string(height) + "px'>Br\xC3\xA4u " + std::to_string(height) + "</div>");
     ASSERT_TRUE(pdf);
     EXPECT_THAT(seenBy("pdfinfo page.pdf", *pdf), HasSubstr("Pages:           1\n"));
     EXPECT_THAT(seenBy("pdfinfo page.pdf", *pdf), HasSubstr("Page size:       450 x "));

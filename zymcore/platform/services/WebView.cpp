@@ -48,6 +48,9 @@ class Page {
   std::string session_;
 };
 
+// What a page says of its sheet, for paper, would go before what is asked of the browser.
+constexpr const char* ownSheet = "<style>@page{margin:0!important;size:auto!important}</style>";
+
 void load(Page& page, const std::string& html, double width) {
   page.call("Emulation.setScriptExecutionDisabled", {{KeyName("value"), true}});
   page.call("Network.emulateNetworkConditions", {{KeyName("offline"), true},
@@ -63,8 +66,8 @@ void load(Page& page, const std::string& html, double width) {
   const PlistDictionary* top = tree.dictionary(KeyName("frameTree"));
   const PlistDictionary* frame = top ? top->dictionary(KeyName("frame")) : nullptr;
   if (!frame) throw BrowserFailure("the browser has no page");
-  page.call("Page.setDocumentContent",
-            {{KeyName("frameId"), frame->stringValue(KeyName("id"))}, {KeyName("html"), html}});
+  page.call("Page.setDocumentContent", {{KeyName("frameId"), frame->stringValue(KeyName("id"))},
+                                        {KeyName("html"), html + ownSheet}});
 }
 
 double heightOf(Page& page) {

@@ -49,7 +49,7 @@ std::string sheetOf(const Item& item) {
 
 std::string stockPage(const std::string& kindNamed) {
   for (const StockKind& kind : stockKinds()) {
-    if (kindNamed != kind.library) continue;
+    if (kindNamed != kind.library && kindNamed != std::string(kind.library) + "s") continue;
     return ZYMHTML::renderToHTMLInventoryItems_ofIngredientType(
         ZYMInventory::sharedInstance().allItemsOfIngredientType(kind.type), kind.type);
   }
@@ -93,7 +93,7 @@ std::string asPDF(const std::string& html) {
   view.loadHTMLString(html);
   NSError error;
   auto pdf = view.dataWithPDF(&error);
-  if (!pdf) throw InputError(label(error.localizedDescription));
+  if (!pdf) throw InputError(label("can't print: %1", {error.localizedDescription}));
   return std::move(*pdf);
 }
 
@@ -169,14 +169,28 @@ int printAll(const Options& options) {
   return failed > 0 ? 1 : 0;
 }
 
+/// Line feeds of notes are markup in every form of a sheet.
+std::string withLineFeeds(std::string_view text) {
+  constexpr std::string_view markup = "&nbsp;<br>";
+  std::string plain;
+  for (;;) {
+    const std::size_t at = text.find(markup);
+    plain += text.substr(0, at);
+    if (at == std::string_view::npos) return plain;
+    plain += '\n';
+    text.remove_prefix(at + markup.size());
+  }
+}
+
 void showText(const Options& options) {
   openStore();
   const Item item = itemNamed(options.names.front());
   PlistDictionary document = documentOf(item);
   constexpr std::int64_t batchText = 3;
-  std::cout << (item.kind == Item::Kind::Batch
-                    ? ZYMHTML::renderItemToHTML_type(document, batchText)
-                    : ZYMHTML::renderRecipeToStringForClipboard(document));
+  const std::string text = item.kind == Item::Kind::Batch
+                               ? ZYMHTML::renderItemToHTML_type(document, batchText)
+                               : ZYMHTML::renderRecipeToStringForClipboard(document);
+  std::cout << withLineFeeds(text);
 }
 
 CLI::App& add(CLI::App& program, const char* name, const char* description,

@@ -12,7 +12,7 @@ namespace zym::test {
 namespace {
 
 void limit(int resource, rlim_t most) {
-  const rlimit limits{most, most};
+  const rlimit limits{most, RLIM_INFINITY};
   setrlimit(static_cast<__rlimit_resource>(resource), &limits);
 }
 

@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -96,6 +97,11 @@ std::vector<std::string> commandLine(const std::string& profile) {
   if (::getppid() != parent) ::_exit(1);
   // A group of its own: an interrupt from the keyboard is the parent's to pass on.
   ::setpgid(0, 0);
+  // A browser reserves far more addresses than it uses.
+  rlimit addresses{};
+  ::getrlimit(RLIMIT_AS, &addresses);
+  addresses.rlim_cur = addresses.rlim_max;
+  ::setrlimit(RLIMIT_AS, &addresses);
   // First out of the way of one another.
   const int commandsCopy = ::fcntl(commands, F_DUPFD, answersEnd + 1);
   const int answersCopy = ::fcntl(answers, F_DUPFD, answersEnd + 1);

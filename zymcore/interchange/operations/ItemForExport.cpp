@@ -1,0 +1,42 @@
+#include "zymcore/interchange/operations/ItemForExport.h"
+
+#include "zymcore/documents/BatchKeys.h"
+#include "zymcore/library/recipes/StoredDocuments.h"
+#include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/values/PlistValue.h"
+#include "zymcore/store/entities/ZYMDocumentEntity.h"
+
+namespace zym {
+namespace {
+
+PlistDictionary withImages(PlistDictionary document, std::string_view uuid) {
+  PlistArray images = ZYMRecipes::sharedInstance().orderedImageDataForItemWithUUID(uuid);
+  if (!images.empty()) document.set(keys::Images, std::move(images));
+  return document;
+}
+
+// One that no longer counts as a batch goes along as it is.
+std::optional<PlistDictionary> batchToExport(std::string_view uuid) {
+  std::optional<PlistDictionary> batch = ZYMRecipes::sharedInstance().batchWithUUID(uuid);
+  ZYMDocumentEntity* stored = batch ? nullptr : storedBatches.objectWithUUID(uuid);
+  if (stored) batch = stored->dictionaryRepresentation();
+  return batch ? std::optional(withImages(std::move(*batch), uuid)) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<PlistDictionary> itemForExportWithUUID(std::string_view uuid) {
+  const ZYMRecipes& recipes = ZYMRecipes::sharedInstance();
+  std::optional<PlistDictionary> recipe = recipes.recipeForUUID(uuid);
+  if (!recipe) return batchToExport(uuid);
+  const auto rows = recipes.batchSummariesForRecipeWithUUID(uuid);
+  PlistArray batches;
+  for (const ZYMSummary& row : rows.value_or(std::vector<ZYMSummary>())) {
+    std::optional<PlistDictionary> batch = batchToExport(row.uuid.value_or(""));
+    if (batch) batches.append(std::move(*batch));
+  }
+  if (!batches.empty()) recipe->set(keys::Batches, std::move(batches));
+  return withImages(std::move(*recipe), uuid);
+}
+
+}  // namespace zym

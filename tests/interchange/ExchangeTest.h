@@ -76,6 +76,7 @@ class ExchangeTest : public testing::WithStore {
     yeast.set(keys::Amount, "2");
     yeast.set(keys::YeastAmountType, words::yeastAmountTypes[below(2)]);
     recipe.set(keys::YeastIngredients, PlistArray{yeast});
+    ZYMRecipes::ensureRecipeLatestVersion(recipe);
     return recipe;
   }
 

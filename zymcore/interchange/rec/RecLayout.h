@@ -54,6 +54,8 @@ struct RecHeader {
   float fermentationTemperature = 0;  // read and never written: another field has it as well
   std::uint8_t styleNumber = 0;
   std::uint8_t isComplete = 1;
+
+  bool operator==(const RecHeader&) const = default;
 };
 
 struct RecHop {
@@ -68,6 +70,8 @@ struct RecHop {
   float ounces = 0;
   std::int16_t minutes = 0;
   float ibu = 0;
+
+  bool operator==(const RecHop&) const = default;
 };
 
 struct RecFermentable {
@@ -82,6 +86,8 @@ struct RecFermentable {
   float moisture = 0;
   float yield = 0;  // from 0 to 1
   float pounds = 0;
+
+  bool operator==(const RecFermentable&) const = default;
 };
 
 struct RecOther {
@@ -94,6 +100,8 @@ struct RecOther {
   std::uint8_t isTimed = 0;
   std::uint8_t unit = 0;
   float amount = 0;
+
+  bool operator==(const RecOther&) const = default;
 };
 
 struct RecStep {
@@ -106,6 +114,8 @@ struct RecStep {
   std::uint32_t fahrenheit = 0;
   std::uint32_t restMinutes = 0;
   std::uint32_t stepMinutes = 0;
+
+  bool operator==(const RecStep&) const = default;
 };
 
 struct RecTail {
@@ -139,6 +149,8 @@ struct RecTail {
   std::uint32_t stepCount = 0;
   std::uint32_t grainFahrenheit = 68;
   std::string schedule;
+
+  bool operator==(const RecTail&) const = default;
 };
 
 /// A whole file.
@@ -159,6 +171,8 @@ struct RecFile {
 
   /// The water that this writer names, by which it knows its own files.
   static constexpr std::string_view ownWater = "The Brewer's Chosen Water";
+
+  bool operator==(const RecFile&) const = default;
 };
 
 }  // namespace zym

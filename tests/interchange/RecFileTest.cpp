@@ -3,85 +3,88 @@
 #include "tests/interchange/ExchangeTest.h"
 #include "tests/support/TextTable.h"
 #include "zymcore/documents/DefaultsKeys.h"
+#include "zymcore/documents/SafeJSON.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
-#include "zymcore/interchange/rec/RecLayout.h"
 #include "zymcore/interchange/rec/ZYMRecFile.h"
 #include "zymcore/platform/host/NSUserDefaults.h"
 
 namespace zym {
 namespace {
 
-// The layout once more, by its offsets alone.
-constexpr std::size_t hopsAt = 0x485;
-constexpr std::size_t hopSize = 0x27b;
-constexpr std::size_t fermentableSize = 0x211;
-constexpr std::size_t otherSize = 0x24d;
-constexpr std::size_t tailSize = 0x5d80;
+// The layout once more, by its offsets alone: "r0x61 -> 6.5" is a real at 0x61, "i" a number of
+// four bytes, "h" of two, "o" of one, "s" a text.
 
-/// The bytes of a file of that many records, all zero but for the counts.
-class Bytes {
- public:
-  Bytes(std::uint32_t hops, std::uint32_t fermentables, std::uint32_t others)
-      : fermentablesAt(hopsAt + hops * hopSize),
-        othersAt(fermentablesAt + fermentables * fermentableSize),
-        tailAt(othersAt + others * otherSize),
-        bytes(tailAt + tailSize, '\0') {
-    put(0x55, hops);
-    put(0x59, fermentables);
-    put(0x5d, others);
-  }
-  template <class Number>
-  Bytes& put(std::size_t at, Number number) {
-    std::memcpy(&bytes[at], &number, sizeof number);
-    return *this;
-  }
-  Bytes& put(std::size_t at, const char* text) {
-    std::memcpy(&bytes[at], text, std::strlen(text));
-    return *this;
-  }
-
-  std::size_t fermentablesAt, othersAt, tailAt;
-  std::string bytes;
-};
+constexpr std::size_t hops = 0x485, hopSize = 0x27b, fermentableSize = 0x211, otherSize = 0x24d,
+                      tailSize = 0x5d80;
 
 template <class Number>
-Number at(std::string_view bytes, std::size_t offset) {
+void putNumber(std::string& bytes, std::size_t at, double value) {
+  const auto number = static_cast<Number>(value);
+  std::memcpy(&bytes[at], &number, sizeof number);
+}
+void put(std::string& bytes, std::size_t base, const std::string& table) {
+  for (const auto& [place, value] : rowsOf(table)) {
+    const std::size_t at = base + std::stoul(place.substr(1), nullptr, 0);
+    if (place[0] == 's') bytes.replace(at, value.size(), value);
+    if (place[0] == 'r') putNumber<float>(bytes, at, std::stod(value));
+    if (place[0] == 'i')
+      putNumber<std::int64_t>(bytes, at, std::stod(value)), bytes.replace(at + 4, 4, 4, '\0');
+    if (place[0] == 'h') putNumber<std::int16_t>(bytes, at, std::stod(value));
+    if (place[0] == 'o') bytes[at] = static_cast<char>(std::stoi(value));
+  }
+}
+
+template <class Number>
+Number numberAt(const std::string& bytes, std::size_t at) {
   Number number;
-  std::memcpy(&number, bytes.data() + offset, sizeof number);
+  std::memcpy(&number, &bytes[at], sizeof number);
   return number;
 }
-std::string textAt(std::string_view bytes, std::size_t offset) {
-  return bytes.data() + offset;
+void expectFields(const std::string& bytes, std::size_t base, const std::string& table) {
+  for (const auto& [place, value] : rowsOf(table)) {
+    SCOPED_TRACE(place);
+    const std::size_t at = base + std::stoul(place.substr(1), nullptr, 0);
+    if (place[0] == 's') EXPECT_EQ(&bytes[at], value);
+    if (place[0] == 'r')
+      EXPECT_NEAR(numberAt<float>(bytes, at), std::stod(value), 2e-5 * (1 + std::stod(value)));
+    if (place[0] == 'i') EXPECT_EQ(numberAt<std::int32_t>(bytes, at), std::stoi(value));
+    if (place[0] == 'h') EXPECT_EQ(numberAt<std::int16_t>(bytes, at), std::stoi(value));
+    if (place[0] == 'o') EXPECT_EQ(bytes[at], std::stoi(value));
+  }
 }
 
-std::string valueAt(const PlistDictionary& record, KeyName key) {
-  const std::string* text = record.string(key);
-  return text ? *text : "absent";
+std::string fileOf(std::size_t hopCount, std::size_t fermentables, std::size_t others) {
+  std::string bytes(
+      hops + hopCount * hopSize + fermentables * fermentableSize + others * otherSize + tailSize,
+      '\0');
+  put(bytes, 0,
+      "o0x55 -> " + std::to_string(hopCount) + " | o0x59 -> " + std::to_string(fermentables) +
+          " | o0x5d -> " + std::to_string(others));
+  return bytes;
 }
-
-PlistDictionary parsed(const Bytes& file) {
-  return ZYMRecFile::parseFileData(NSData(file.bytes)).value();
+PlistDictionary parsed(const std::string& bytes) {
+  return ZYMRecFile::parseFileData(NSData(bytes)).value();
 }
-PlistDictionary first(const PlistDictionary& recipe, KeyName list) {
-  return *recipe.array(list)->find(0)->dictionary();
+PlistDictionary first(const std::string& bytes, KeyName list) {
+  return *parsed(bytes).array(list)->find(0)->dictionary();
 }
-void expect(const PlistDictionary& record, const char* table) {
-  for (const auto& [key, value] : rowsOf(table))
-    EXPECT_EQ(valueAt(record, KeyName(key)), value) << key;
+void expect(const PlistDictionary& record, const std::string& table) {
+  for (const auto& [key, value] : rowsOf(table)) {
+    const std::string* text = record.string(KeyName(key));
+    EXPECT_EQ(text ? *text : "absent", value) << key;
+  }
 }
 
 // 5 gallons are 18927.05 ml, 6.5 are 24605.165 and 5.5 are 20819.755, each to the nearest float.
 TEST(RecFile, ReadsTheRecipe) {
-  Bytes file(0, 0, 0);
-  file.put(0, "Dubbel").put(0x61, 6.5F).put(0x65, 5.0F).put(0x71, 0.725F).put(0x75, 90);
-  file.put(0x7d, std::uint8_t{1}).put(0x7e, "Belgian Ale").put(0x1cf, 68.5F);
-  file.put(file.tailAt, "Trappist").put(file.tailAt + 0x37, "Lab").put(file.tailAt + 0x6e, "3787");
-  file.put(file.tailAt + 0x87, std::uint8_t{1})
-      .put(file.tailAt + 0x1c7, 71U)
-      .put(file.tailAt + 0x1cb, 76U);
-  file.put(file.tailAt + 0x1f4, 1.5F).put(file.tailAt + 0x1f8, 2.5F).put(file.tailAt + 0x1fc, 3.5F);
-  file.put(file.tailAt + 0x204, 4.5F).put(file.tailAt + 0x208, 5.5F).put(file.tailAt + 0x20c, 6.5F);
-  file.put(file.tailAt + 0x2f5, "Caf\xe9 \x93rich\x94");
+  std::string file = fileOf(0, 0, 0);
+  put(file, 0,
+      R"(s0 -> Dubbel | r0x61 -> 6.5 | r0x65 -> 5 | r0x71 -> 0.725 | i0x75 -> 90 | o0x7d -> 1 |
+      s0x7e -> Belgian Ale | r0x1cf -> 68.5)");
+  put(file, hops,
+      R"(s0 -> Trappist | s0x37 -> Lab | s0x6e -> 3787 | o0x87 -> 1 | o0x1c7 -> 71 | o0x1cb -> 76 |
+      r0x1f4 -> 1.5 | r0x1f8 -> 2.5 | r0x1fc -> 3.5 | r0x204 -> 4.5 | r0x208 -> 5.5 | r0x20c -> 6.5)");
+  put(file, hops, "s0x2f5 -> Caf\xe9 \x93rich\x94");
   const char* const texts = R"(RecipeTitle -> Dubbel | MashEfficiency -> 72.500000 |
       BoilDuration -> 90 | TYPE -> Partial Mash | STYLENAME -> Belgian Ale | Notes -> Café “rich” |
       FermentationTemperature -> 68.500000 | FinalBatchVolume -> 18927.050781 |
@@ -91,348 +94,256 @@ TEST(RecFile, ReadsTheRecipe) {
       MAGNESIUM -> 2.500000 | SODIUM -> 3.500000 | SULFATE -> 4.500000 | CHLORIDE -> 5.500000 |
       BICARBONATE -> 6.500000)";
   expect(parsed(file), texts);
-  expect(first(parsed(file), keys::YeastIngredients), R"(YEAST NAME -> Lab 3787-Trappist |
-      YEAST TYPE -> Lager | YEAST FORM -> Liquid)");
+  expect(first(file, keys::YeastIngredients),
+         "YEAST NAME -> Lab 3787-Trappist | YEAST TYPE -> Lager | YEAST FORM -> Liquid");
   // One of ours is in another encoding.
-  file.put(file.tailAt + 0x1d9, "The Brewer's Chosen Water")
-      .put(file.tailAt + 0x2f5, "Caf\x8e \xd2rich\xd3");
+  put(file, hops, "s0x1d9 -> The Brewer's Chosen Water | s0x2f5 -> Caf\x8e \xd2rich\xd3");
   expect(parsed(file), texts);
 
-  file.put(0x65, 6.5F)
-      .put(0x61, 5.5F)
-      .put(0x7d, std::uint8_t{9})
-      .put(file.tailAt + 0x87, std::uint8_t{0});
-  file.put(file.tailAt + 0x1c7, 0xFFFFFFFFU).put(file.tailAt + 0x1cb, 5U);
+  put(file, 0, "r0x65 -> 6.5 | r0x61 -> 5.5 | o0x7d -> 9");
+  put(file, hops, "o0x87 -> 0 | s0x1c7 -> \xff\xff\xff\xff | o0x1cb -> 5");
   expect(parsed(file), R"(TYPE -> absent | FinalBatchVolume -> 24605.164062 |
       PreBoilWortVolume -> 20819.755859 | FinalWortVolume -> 20819.755859 |
       VolumeToFermenter -> 20819.755859 | VolumeWaterAdded -> 3785.408203 | Attenuation -> 2.000000)");
-  expect(first(parsed(file), keys::YeastIngredients), "YEAST TYPE -> Ale | YEAST FORM -> Dry");
-  file.put(file.tailAt + 0x87, std::uint8_t{2});
-  expect(first(parsed(file), keys::YeastIngredients), "YEAST TYPE -> Other | YEAST FORM -> Liquid");
+  expect(first(file, keys::YeastIngredients), "YEAST TYPE -> Ale | YEAST FORM -> Dry");
+  put(file, hops, "o0x87 -> 2");
+  expect(first(file, keys::YeastIngredients), "YEAST TYPE -> Other | YEAST FORM -> Liquid");
 }
 
 TEST(RecFile, ReadsHopsByTheirCodes) {
-  const struct {
-    std::int16_t minutes;
-    const char* use;
-    std::uint8_t form;
-    const char* expected;
-  } cases[] = {
-      {60, "Boil", 3, "Whole Hop"},    {0, "Aroma", 9, "Whole Hop"},
-      {-5, "Dry Hop", 10, "absent"},   {91, "First Wort", 11, "Pellet"},
-      {92, "Mash", 19, "Pellet"},      {90, "Boil", 20, "absent"},
-      {93, "Boil", 21, "Pellet"},      {1, "Boil", 35, "Pellet"},
-      {-1, "Boil", 0xFF, "Whole Hop"},
-  };
-  for (const auto& c : cases) {
-    Bytes file(2, 0, 0);
-    file.put(0x75, 90).put(hopsAt, "Saaz").put(hopsAt + hopSize, "Last");
-    file.put(hopsAt + 0x51, c.form).put(hopsAt + 0x26c, 3.5F).put(hopsAt + 0x271, 2.0F);
-    file.put(hopsAt + 0x275, c.minutes);
-    const PlistDictionary hop = first(parsed(file), parsedKeys::HOPS);
-    expect(hop, "NAME -> Saaz | ALPHA -> 3.500000 | AMOUNT -> 56.700000");
-    EXPECT_EQ(valueAt(hop, parsedKeys::USE), c.use) << c.minutes;
-    EXPECT_EQ(valueAt(hop, parsedKeys::FORM), c.expected) << int{c.form};
-    EXPECT_EQ(hop.doubleValue(parsedKeys::TIME), c.minutes);
+  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+      {"60", "Boil", "3", "Whole Hop"},  {"0", "Aroma", "9", "Whole Hop"},
+      {"-5", "Dry Hop", "10", "absent"}, {"91", "First Wort", "11", "Pellet"},
+      {"92", "Mash", "19", "Pellet"},    {"90", "Boil", "20", "absent"},
+      {"93", "Boil", "21", "Pellet"},    {"1", "Boil", "35", "Pellet"},
+      {"-1", "Boil", "255", "Whole Hop"}};
+  for (const auto& [minutes, use, code, form] : cases) {
+    std::string file = fileOf(2, 0, 0);
+    put(file, 0, "i0x75 -> 90");
+    put(file, hops,
+        std::string("s0 -> Saaz | r0x26c -> 3.5 | r0x271 -> 2 | h0x275 -> ") + minutes +
+            " | o0x51 -> " + code);
+    expect(first(file, parsedKeys::HOPS),
+           std::string("NAME -> Saaz | ALPHA -> 3.500000 | AMOUNT -> 56.700000 | TIME -> ") +
+               minutes + ".000000 | USE -> " + use + " | FORM -> " + form);
     EXPECT_EQ(parsed(file).array(parsedKeys::HOPS)->size(), 2U);
   }
-  // Tested after those, and independently of them.
-  Bytes unboiled(1, 0, 0);
-  EXPECT_EQ(valueAt(first(parsed(unboiled.put(0x75, -1)), parsedKeys::HOPS), parsedKeys::USE),
-            "First Wort");
+  std::string unboiled = fileOf(1, 0, 0);
+  put(unboiled, 0, "s0x75 -> \xff\xff\xff\xff");
+  expect(first(unboiled, parsedKeys::HOPS), "TIME -> 0.000000 | USE -> First Wort");
 }
 
 TEST(RecFile, ReadsFermentablesAndOthers) {
   const char* const kinds[] = {"absent", "Grain", "Extract", "Sugar", "Adjunct", "absent"};
-  for (std::uint8_t kind = 0; kind < std::size(kinds); ++kind) {
-    Bytes file(1, 1, 1);
-    const std::size_t at = file.fermentablesAt;
-    file.put(at, "Munich").put(at + 0x6e, "Germany").put(at + 0xa5, kind).put(at + 0xa7, 1.0F);
-    file.put(at + 0xab, 9.0F).put(at + 0xaf, kind < 3 ? 8.0F : 12.5F).put(at + 0x209, 2.0F);
-    const PlistDictionary malt = first(parsed(file), parsedKeys::FERMENTABLES);
-    expect(malt, R"(NAME -> Munich | ORIGIN -> Germany | YIELD -> 0.000000 | COLOR -> 9.000000 |
-        AMOUNT -> 907.180000)");
-    EXPECT_EQ(valueAt(malt, parsedKeys::TYPE), kinds[kind]);
-    EXPECT_EQ(valueAt(malt, parsedKeys::MOISTURE), kind < 3 ? "8.000000" : "4.000000");
+  for (int kind = 0; kind < 6; ++kind) {
+    std::string file = fileOf(0, 1, 1);
+    put(file, hops,
+        "s0 -> Munich | s0x6e -> Germany | r0xa7 -> 1 | r0xab -> 9 | r0x209 -> 2 | o0xa5 -> " +
+            std::to_string(kind) + " | r0xaf -> " +
+            (kind < 3   ? "8"
+             : kind < 5 ? "12.5"
+                        : "nan"));
+    expect(first(file, parsedKeys::FERMENTABLES),
+           std::string("NAME -> Munich | ORIGIN -> Germany | YIELD -> 0.000000 | COLOR -> 9.000000 "
+                       "| AMOUNT -> 907.180000 | TYPE -> ") +
+               kinds[kind] + " | MOISTURE -> " + (kind < 3 ? "8.000000" : "4.000000"));
+    put(file, hops, "r0xa7 -> 1.0375");  // (1.0375 - 1) / 0.00046
+    EXPECT_NEAR(first(file, parsedKeys::FERMENTABLES).doubleValue(parsedKeys::YIELD), 81.5217,
+                1e-3);
   }
-  // (1.0375 - 1) / 0.00046, with the float next to 1.0375.
-  Bytes strong(0, 1, 0);
-  strong.put(strong.fermentablesAt + 0xa7, 1.0375F)
-      .put(strong.fermentablesAt + 0xaf, std::nanf(""));
-  EXPECT_NEAR(first(parsed(strong), parsedKeys::FERMENTABLES).doubleValue(parsedKeys::YIELD),
-              81.5217, 1e-3);
-  expect(first(parsed(strong), parsedKeys::FERMENTABLES), "MOISTURE -> 4.000000");
-
-  const struct {
-    std::uint8_t use, unit;
-    const char* expected;
-    double grams;
-  } cases[] = {{0, 0, "Boil", 56.7}, {1, 1, "Primary", 2}, {2, 2, "Mash", 907.18},
-               {3, 3, "absent", 10}, {0, 4, "Boil", 40},   {0, 5, "Boil", 2}};
-  for (const auto& c : cases) {
-    Bytes file(0, 1, 1);
-    file.put(file.othersAt, "Moss")
-        .put(file.othersAt + 0x3c, c.use)
-        .put(file.othersAt + 0x3e, c.unit);
-    const PlistDictionary other =
-        first(parsed(file.put(file.othersAt + 0x241, 2.0F)), parsedKeys::MISCS);
-    EXPECT_EQ(valueAt(other, parsedKeys::NAME), "Moss");
-    EXPECT_EQ(valueAt(other, parsedKeys::USE), c.expected);
-    EXPECT_DOUBLE_EQ(other.doubleValue(parsedKeys::AMOUNT), c.grams);
+  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+      {"0", "Boil", "0", "56.700000"},  {"1", "Primary", "1", "2.000000"},
+      {"2", "Mash", "2", "907.180000"}, {"3", "absent", "3", "10.000000"},
+      {"0", "Boil", "4", "40.000000"},  {"0", "Boil", "5", "2.000000"}};
+  for (const auto& [use, word, unit, grams] : cases) {
+    std::string file = fileOf(0, 1, 1);
+    put(file, hops + fermentableSize,
+        std::string("s0 -> Moss | r0x241 -> 2 | o0x3c -> ") + use + " | o0x3e -> " + unit);
+    expect(first(file, parsedKeys::MISCS),
+           std::string("NAME -> Moss | USE -> ") + word + " | AMOUNT -> " + grams);
   }
-}
-
-std::string stepsOf(const Bytes& file) {
-  std::string text;
-  const PlistDictionary recipe = parsed(file);
-  for (const PlistDictionary& step : recipe.rows(parsedKeys::MASHSTEPS)) {
-    for (const KeyName key :
-         {parsedKeys::NAME, parsedKeys::TYPE, parsedKeys::STEP_TEMP, parsedKeys::STEP_TIME}) {
-      text += valueAt(step, key) + ",";
-    }
-    text += ";";
-  }
-  return text;
 }
 
 // 152 °F are 66.67 °C, 168 are 75.56, 20 are -6.67.
 TEST(RecFile, ReadsTheMash) {
-  Bytes file(0, 0, 0);
-  const std::size_t tail = file.tailAt;
-  file.put(tail + 0x2d8, 152U).put(tail + 0x2dc, 60U).put(tail + 0x2e0, 152U).put(tail + 0x2e4, 5U);
-  EXPECT_EQ(stepsOf(file), "Saccharification Rest,Rest,66,60,;Mash Out,Rest,66,5,;");
-  EXPECT_EQ(stepsOf(file.put(tail + 0x2e0, 151U)), "Saccharification Rest,Rest,66,60,;");
+  const auto stepsOf = [](const std::string& bytes) {
+    std::string text;
+    const PlistDictionary recipe = parsed(bytes);
+    for (const PlistDictionary& step : recipe.rows(parsedKeys::MASHSTEPS)) {
+      for (const KeyName key :
+           {parsedKeys::NAME, parsedKeys::TYPE, parsedKeys::STEP_TEMP, parsedKeys::STEP_TIME}) {
+        text += std::string(step.stringValue(key)) + ",";
+      }
+    }
+    return text;
+  };
+  std::string file = fileOf(0, 0, 0);
+  put(file, hops, "i0x2d8 -> 152 | i0x2dc -> 60 | i0x2e0 -> 152 | i0x2e4 -> 5");
+  EXPECT_EQ(stepsOf(file), "Saccharification Rest,Rest,66,60,Mash Out,Rest,66,5,");
+  put(file, hops, "o0x2e0 -> 151");
+  EXPECT_EQ(stepsOf(file), "Saccharification Rest,Rest,66,60,");
   for (std::size_t i = 0; i < 4; ++i) {
-    const std::size_t step = tail + 0x2378 + i * 0x124;
-    file.put(step, ("S" + std::to_string(i)).c_str())
-        .put(step + 0xff, static_cast<std::uint8_t>(i));
-    file.put(step + 0x100, i == 0 ? 20U : 168U).put(step + 0x10c, 30U).put(step + 0x110, 10U);
+    const std::string number = std::to_string(i);
+    put(file, hops + 0x2378 + i * 0x124,
+        "s0 -> S" + number + " | o0xff -> " + number + " | o0x100 -> " + (i == 0 ? "20" : "168") +
+            " | o0x10c -> 30 | o0x110 -> 10");
   }
-  EXPECT_EQ(stepsOf(file.put(tail + 0x236c, 4U)),
-            "S0,Infusion,-6,10,;S0,Rest,-6,30,;S1,Direct Heat,75,10,;S1,Rest,75,30,;"
-            "S2,Decoction,75,10,;S2,Rest,75,30,;S3,absent,75,10,;S3,Rest,75,30,;");
+  put(file, hops, "o0x236c -> 4");
+  EXPECT_EQ(stepsOf(file),
+            "S0,Infusion,-6,10,S0,Rest,-6,30,S1,Direct Heat,75,10,S1,Rest,75,30,"
+            "S2,Decoction,75,10,S2,Rest,75,30,S3,,75,10,S3,Rest,75,30,");
 }
 
 // Every prefix is a recipe or none; counts that lie are found out before they cost anything.
 TEST(RecFile, RefusesWhatIsTooShort) {
-  Bytes file(1, 2, 1);
-  file.put(file.tailAt + 0x236c, 2U);
-  const std::size_t needed = file.tailAt + 0x2378 + 2 * 0x124;
-  for (std::size_t length = 0; length <= file.bytes.size(); ++length) {
+  std::string file = fileOf(1, 2, 1);
+  const std::size_t tail = file.size() - tailSize;
+  put(file, tail, "o0x236c -> 2");
+  for (std::size_t length = 0; length <= file.size(); ++length) {
     NSError error;
-    const auto recipe = ZYMRecFile::parseFileData(NSData(file.bytes.substr(0, length)), &error);
-    ASSERT_EQ(recipe.has_value(), length >= needed) << length;
-    ASSERT_EQ(error.localizedDescription.empty(), recipe.has_value());
+    const bool isRead =
+        ZYMRecFile::parseFileData(NSData(file.substr(0, length)), &error).has_value();
+    ASSERT_EQ(isRead, length >= tail + 0x2378 + 2 * 0x124) << length;
+    ASSERT_EQ(error.localizedDescription.empty(), isRead);
   }
   for (const std::size_t count :
-       {std::size_t{0x55}, std::size_t{0x59}, std::size_t{0x5d}, file.tailAt + 0x236c}) {
+       {std::size_t{0x55}, std::size_t{0x59}, std::size_t{0x5d}, tail + 0x236c}) {
     for (const std::uint32_t lie : {1000U, 0x7FFFFFFFU, 0xFFFFFFFFU, 0x98765432U}) {
-      Bytes lying = file;
-      EXPECT_FALSE(ZYMRecFile::parseFileData(NSData(lying.put(count, lie).bytes)));
+      std::string lying = file;
+      putNumber<std::uint32_t>(lying, count, lie);
+      EXPECT_FALSE(ZYMRecFile::parseFileData(NSData(lying)));
     }
   }
 }
 
 TEST(RecFile, EndsATextWithItsField) {
-  Bytes file(1, 0, 0);
-  std::fill(file.bytes.begin(), file.bytes.begin() + 0x55, 'a');
-  std::fill(file.bytes.begin() + hopsAt, file.bytes.end(), 'b');
-  file.put(file.tailAt + 0x236c, 0U).put(hopsAt + 0x271, std::numeric_limits<float>::infinity());
-  const PlistDictionary recipe = parsed(file);
-  EXPECT_EQ(recipe.stringValue(keys::RecipeTitle), std::string(0x55, 'a'));
-  EXPECT_EQ(first(recipe, parsedKeys::HOPS).stringValue(parsedKeys::NAME), std::string(0x37, 'b'));
-  EXPECT_EQ(recipe.stringValue(keys::Notes), std::string(0xfbc, 'b'));
-  EXPECT_EQ(first(recipe, parsedKeys::HOPS).doubleValue(parsedKeys::AMOUNT), 0);
+  std::string file = fileOf(1, 0, 0);
+  std::fill(file.begin(), file.begin() + 0x55, 'a');
+  std::fill(file.begin() + hops, file.end(), 'b');
+  put(file, hops, "r0x271 -> inf");
+  put(file, hops + hopSize, "i0x236c -> 0");
+  expect(parsed(file),
+         "RecipeTitle -> " + std::string(0x55, 'a') + " | Notes -> " + std::string(0xfbc, 'b'));
+  expect(first(file, parsedKeys::HOPS), "NAME -> " + std::string(0x37, 'b'));
+  EXPECT_EQ(first(file, parsedKeys::HOPS).doubleValue(parsedKeys::AMOUNT), 0);
 }
 
 // ---- Writing
 
 class RecWriterTest : public ExchangeTest {
  protected:
-  static std::string written(const PlistDictionary& recipe) {
-    return std::string(ZYMRecFile::dataForRecipe(recipe).view());
-  }
-  static PlistDictionary withOne(KeyName list, PlistDictionary addition) {
-    return {{keys::BoilDuration, "60"}, {list, PlistArray{std::move(addition)}}};
+  /// Of a recipe in JSON.
+  static std::string written(const std::string& recipe) {
+    return std::string(
+        ZYMRecFile::dataForRecipe(*safeJSONObjectWithData_options(recipe, 0).value().dictionary())
+            .view());
   }
 };
 
 TEST_F(RecWriterTest, WritesTheRecipe) {
-  PlistDictionary recipe = recipes().emptyRecipe();
   const auto style =
       ZYMStyles::sharedInstance().styleWithName_inGuidelines("American Light Lager", 1);
-  const PlistDictionary changes{
-      {keys::RecipeTitle, "Café"},
-      {keys::MashType, words::ExtractWithMiniMash},
-      {keys::MashEfficiency, "72.5"},
-      {keys::BoilDuration, "75"},
-      {keys::FinalBatchVolume, "18927.05"},
-      {keys::FinalWortVolume, "20819.755"},
-      {keys::StyleUUID, style->stringValue(keys::UUID)},
-      {keys::StyleGuidelinesSource, 1},
-      {keys::FermentationTemperature, "20"},
-      {keys::MashpH, "5.25"},
-      {keys::Notes, "“Rich”"},
-      {keys::Profile, PlistDictionary{{keys::WaterGrainRatio, "2"}}},
-      {keys::YeastIngredients,
-       PlistArray{PlistDictionary{{keys::Name, "Wyeast Old 2206-Bavarian Lager"},
-                                  {keys::Description, "Flocculation: High"}}}}};
-  for (const PlistEntry& change : changes) recipe.set(change.key, change.value);
-  const std::string bytes = written(recipe);
-  ASSERT_EQ(bytes.size(), 0x485 + tailSize);
-  EXPECT_EQ(textAt(bytes, 0), "Caf\x8e");
-  EXPECT_FLOAT_EQ(at<float>(bytes, 0x61), 5.0F);
-  EXPECT_FLOAT_EQ(at<float>(bytes, 0x65), 5.5F);
-  EXPECT_FLOAT_EQ(at<float>(bytes, 0x71), 0.725F);
-  EXPECT_EQ(at<std::int32_t>(bytes, 0x75), 75);
-  EXPECT_EQ(bytes[0x7d], 1);
-  EXPECT_EQ(textAt(bytes, 0x7e), "American Light Lager");
-  EXPECT_EQ(textAt(bytes, 0xb5), "");
-  const std::pair<std::size_t, float> limits[] = {
-      {0xed, 28.0F}, {0xf1, 40.0F},  {0xf5, 7.0F},  {0xf9, 10.0F}, {0xfd, 0.0F},
-      {0x105, 8.0F}, {0x109, 12.0F}, {0x10d, 2.0F}, {0x111, 3.0F}, {0x1cf, 0.0F}};
-  for (const auto& [offset, value] : limits)
-    EXPECT_NEAR(at<float>(bytes, offset), value, 1e-4) << offset;
-  EXPECT_EQ(bytes.substr(0x480, 5), std::string("\1\0\0\0\1", 5));
-  const std::string_view tail = std::string_view(bytes).substr(0x485);
-  EXPECT_EQ(textAt(tail, 0), "Old Bavarian Lager");
-  EXPECT_EQ(textAt(tail, 0x37), "Wyeast");
-  EXPECT_EQ(textAt(tail, 0x6e), "2206");
-  EXPECT_EQ(tail.substr(0x87, 2), "\1\1");
-  EXPECT_FLOAT_EQ(at<float>(tail, 0x1cf), 68.0F);
-  EXPECT_EQ(tail[0x1d3], 0);
-  EXPECT_EQ(textAt(tail, 0x1d9), "The Brewer's Chosen Water");
-  EXPECT_FLOAT_EQ(at<float>(tail, 0x210), 5.25F);
-  EXPECT_EQ(textAt(tail, 0x214), "Known for");
-  EXPECT_FLOAT_EQ(at<float>(tail, 0x2f0), 4.1727109F);  // 2 x 946.35 / 453.59
-  EXPECT_EQ(textAt(tail, 0x2f5), "\xd2Rich\xd3");
-  EXPECT_EQ(at<std::uint32_t>(tail, 0x2370), 68U);
+  const std::string bytes = written(R"({"RecipeTitle": "Café", "MashType": "Extract with Mini-mash",
+      "MashEfficiency": "72.5", "BoilDuration": "75", "FinalBatchVolume": "18927.05",
+      "FinalWortVolume": "20819.755", "VolumeToFermenter": "20000", "VolumeAtPitching": "20000",
+      "PreBoilWortVolume": "24000", "StyleGuidelinesSource": 1, "FermentationTemperature": "20",
+      "MashpH": "5.25", "Notes": "“Rich”", "CaCl2": "0.0001", "Profile": {"WaterGrainRatio": "2"},
+      "YeastIngredients": [{"Name": "Wyeast Old 2206-Bavarian Lager", "Description": "Flocculation: High"}],
+      "StyleUUID": ")" + std::string(style->stringValue(keys::UUID)) +
+                                    "\"}");
+  ASSERT_EQ(bytes.size(), hops + tailSize);
+  expectFields(bytes, 0, R"(r0x61 -> 5 | r0x65 -> 5.5 | r0x71 -> 0.725 | i0x75 -> 75 | o0x7d -> 1 |
+      s0x7e -> American Light Lager | s0xb5 -> '' | o0xec -> 0 | r0xed -> 28 | r0xf1 -> 40 | r0xf5 -> 7 |
+      r0xf9 -> 10 | r0xfd -> 0 | r0x105 -> 8 | r0x109 -> 12 | r0x10d -> 2 | r0x111 -> 3 | r0x1cf -> 0 |
+      o0x480 -> 1 | o0x481 -> 0 | o0x484 -> 1)");
+  expectFields(bytes, 0, "s0 -> Caf\x8e");
+  // 2 x 946.35 / 453.59 quarts a pound; 100 mg/l of calcium chloride are 36.4 and 63.6 of its ions.
+  expectFields(
+      bytes, hops,
+      R"(s0 -> Old Bavarian Lager | s0x37 -> Wyeast | s0x6e -> 2206 | o0x87 -> 1 | o0x88 -> 1 |
+      r0x1cf -> 68 | o0x1d3 -> 0 | s0x1d9 -> The Brewer's Chosen Water | r0x1f4 -> 36.4 | r0x1f8 -> 0 |
+      r0x200 -> 0 | r0x208 -> 63.6 | r0x210 -> 5.25 | s0x214 -> Known for | r0x2f0 -> 4.172711 | i0x2370 -> 68)");
+  expectFields(bytes, hops, "s0x2f5 -> \xd2Rich\xd3");
+  expectFields(
+      written(
+          R"({"MashType": "Extract", "YeastIngredients": [{"Name": "US-05", "Description": "Floculation:Low"}]})"),
+      hops, "s0 -> 05 | s0x37 -> US | s0x6e -> '' | o0x87 -> 0 | o0x88 -> 0 | o0x1d3 -> 2");
 }
 
 TEST_F(RecWriterTest, WritesAdditions) {
-  const struct {
-    std::string_view when;
-    std::int16_t minutes;
-    const char* alpha;
-    int kind;
-    std::string_view form;
-    int formCode;
-  } hops[] = {
-      {words::FirstWortHopped, 61, "4.99", 2, words::LooseWholeHops, 3},
-      {words::InMash, 62, "5", 3, words::LoosePelletHops, 35},
-      {words::DryHopped, -5, "8.9", 3, words::BaggedPelletHops, 35},
-      {"15 Min From End", 15, "9.0", 1, words::PelletizedHops, 35},
-  };
-  for (const auto& c : hops) {
-    const std::string bytes = written(withOne(keys::HopIngredients, {{keys::Variety, "Saaz"},
-                                                                     {keys::When, c.when},
-                                                                     {keys::Minutes, "15"},
-                                                                     {keys::Alpha, c.alpha},
-                                                                     {keys::Form, c.form},
-                                                                     {keys::Amount, "56.7"}}));
-    EXPECT_EQ(textAt(bytes, hopsAt), "Saaz");
-    EXPECT_EQ(at<std::int16_t>(bytes, hopsAt + 0x275), c.minutes);
-    EXPECT_EQ(bytes[hopsAt + 0x50], c.kind) << c.alpha;
-    EXPECT_EQ(bytes[hopsAt + 0x51], c.formCode) << c.form;
-    EXPECT_FLOAT_EQ(at<float>(bytes, hopsAt + 0x37), floatValue(c.alpha));
-    EXPECT_FLOAT_EQ(at<float>(bytes, hopsAt + 0x26c), floatValue(c.alpha));
-    EXPECT_FLOAT_EQ(at<float>(bytes, hopsAt + 0x271), 2.0F);
-    EXPECT_FLOAT_EQ(at<float>(bytes, hopsAt + 0x52), 0.5F);
+  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+      {"First Wort Hopped", "4.99", "Loose Whole Hops", "h0x275 -> 61 | o0x50 -> 2 | o0x51 -> 3"},
+      {"In Mash", "5", "Loose Pellet Hops", "h0x275 -> 62 | o0x50 -> 3 | o0x51 -> 35"},
+      {"Dry-Hopped", "8.9", "Bagged Pellet Hops", "h0x275 -> -5 | o0x50 -> 3 | o0x51 -> 35"},
+      {"15 Min From End", "9.0", "Pelletized Hops", "h0x275 -> 15 | o0x50 -> 1 | o0x51 -> 35"}};
+  for (const auto& [when, alpha, form, fields] : cases) {
+    expectFields(
+        written(
+            R"({"BoilDuration": "60", "HopIngredients": [{"Variety": "Saaz", "Minutes": "15", "Amount": "56.7",
+        "When": ")" +
+            std::string(when) + R"(", "Alpha": ")" + alpha + R"(", "Form": ")" + form + "\"}]}"),
+        hops,
+        std::string(fields) + " | s0 -> Saaz | r0x271 -> 2 | r0x52 -> 0.5 | r0x37 -> " + alpha +
+            " | r0x26c -> " + alpha);
   }
-  const struct {
-    const char* ingredient;
-    const char* isGrain;
-    const char* name;
-    const char* origin;
-    int kind;
-  } malts[] = {
-      {"UK Pale Malt", "1", "Pale Malt ", "UK", 1},
-      {"Vienna", "1", " ", "Vienna", 1},
-      {"", "0", " ", "", 4},
-      {"Extract - Light Malt", "0", "Light Malt ", "", 2},
-      {"Sugar Candi", "0", "Candi ", "", 3},
-      {"Dry Extract Sugar", "1", "Extract Sugar ", "Dry", 3},
-  };
-  for (const auto& c : malts) {
-    const std::string bytes =
-        written(withOne(keys::FermentableIngredients, {{keys::Ingredient, c.ingredient},
-                                                       {keys::IsGrain, c.isGrain},
-                                                       {keys::Extract, "80"},
-                                                       {keys::Color, "3"},
-                                                       {keys::Moisture, "4"},
-                                                       {keys::Amount, "907.18"}}));
-    EXPECT_EQ(textAt(bytes, hopsAt), c.name) << c.ingredient;
-    EXPECT_EQ(textAt(bytes, hopsAt + 0x6e), c.origin) << c.ingredient;
-    EXPECT_EQ(bytes[hopsAt + 0xa5], c.kind) << c.ingredient;
-    EXPECT_EQ(bytes[hopsAt + 0xa6], *c.isGrain - '0');
-    const std::pair<std::size_t, float> numbers[] = {
-        {0xa7, 1.0368F}, {0xab, 3.0F}, {0xaf, 4.0F}, {0x201, 0.8F}, {0x209, 2.0F}};
-    for (const auto& [offset, value] : numbers)
-      EXPECT_FLOAT_EQ(at<float>(bytes, hopsAt + offset), value);
+  const std::tuple<const char*, const char*, const char*> malts[] = {
+      {"UK Pale Malt", "1", "s0 -> Pale Malt  | s0x6e -> UK | o0xa5 -> 1"},
+      {"Vienna", "1", "s0x6e -> Vienna | o0xa5 -> 1"},
+      {"", "0", "s0x6e -> '' | o0xa5 -> 4"},
+      {"Extract - Light Malt", "0", "s0 -> Light Malt  | s0x6e -> '' | o0xa5 -> 2"},
+      {"Sugar Candi", "0", "s0 -> Candi  | s0x6e -> '' | o0xa5 -> 3"},
+      {"Dry Extract Sugar", "1", "s0x6e -> Dry | o0xa5 -> 3"}};
+  for (const auto& [name, isGrain, fields] : malts) {
+    expectFields(
+        written(
+            R"({"FermentableIngredients": [{"Extract": "80", "Color": "3", "Moisture": "4", "Amount": "907.18",
+        "Ingredient": ")" +
+            std::string(name) + R"(", "IsGrain": ")" + isGrain + "\"}]}"),
+        hops,
+        std::string(fields) +
+            " | r0xa7 -> 1.0368 | r0xab -> 3 | r0xaf -> 4 | r0x201 -> 0.8 | r0x209 -> 2 | o0xa6 "
+            "-> " +
+            isGrain);
   }
-  const struct {
-    std::string_view when;
-    int minutes, use, isTimed;
-  } others[] = {
-      {words::InMash, 45, 2, 1}, {words::InBoil, 60, 0, 1}, {words::InDispenseVessel, 0, 1, 0}};
-  for (const std::int64_t units : {1, 2}) {
-    NSUserDefaults::standardUserDefaults().setObject_forKey(units, keys::Units);
-    for (const auto& c : others) {
-      PlistDictionary recipe =
-          withOne(keys::OtherIngredients,
-                  {{keys::Ingredient, "Moss"}, {keys::When, c.when}, {keys::Amount, "56.7"}});
-      recipe.set(
-          keys::MashSchedule,
-          PlistDictionary{{keys::Steps, PlistArray{PlistDictionary{{keys::Duration, "45"}}}}});
-      const std::string bytes = written(recipe);
-      EXPECT_EQ(at<std::int32_t>(bytes, hopsAt + 0x38), c.minutes);
-      EXPECT_EQ(bytes.substr(hopsAt + 0x3c, 3),
-                std::string({char(c.use), char(c.isTimed), char(units - 1)}));
-      EXPECT_FLOAT_EQ(at<float>(bytes, hopsAt + 0x241), units == 2 ? 56.7F : 2.0F);
-      EXPECT_EQ(bytes[hopsAt + 0x37], 3);
-    }
+  expectFields(written(R"({"FermentableIngredients": [{"IsGrain": "1", "MustBeMashed": "0"}]})"),
+               hops, "o0xa6 -> 0");
+  const std::tuple<const char*, const char*> others[] = {
+      {"In Mash", "i0x38 -> 45 | o0x3c -> 2 | o0x3d -> 1"},
+      {"In Boil", "i0x38 -> 60 | o0x3c -> 0 | o0x3d -> 1"},
+      {"In Dispense Vessel", "i0x38 -> 0 | o0x3c -> 1 | o0x3d -> 0"}};
+  for (const auto& [when, fields] : others) {
+    const std::string recipe =
+        R"({"BoilDuration": "60", "MashSchedule": {"Steps": [{"Duration": "45"}]},
+        "OtherIngredients": [{"Ingredient": "Moss", "Amount": "56.7", "When": ")" +
+        std::string(when) + "\"}]}";
+    NSUserDefaults::standardUserDefaults().setObject_forKey(1, keys::Units);
+    expectFields(written(recipe), hops,
+                 std::string(fields) + " | s0 -> Moss | o0x37 -> 3 | o0x3e -> 0 | r0x241 -> 2");
+    NSUserDefaults::standardUserDefaults().setObject_forKey(2, keys::Units);
+    expectFields(written(recipe), hops, "o0x3e -> 1 | r0x241 -> 56.7");
   }
-}
-
-PlistDictionary mashOf(std::initializer_list<std::pair<std::string_view, const char*>> steps) {
-  PlistArray list;
-  for (const auto& [type, temperature] : steps) {
-    list.append(PlistDictionary{
-        {keys::StepType, type}, {keys::Temperature, temperature}, {keys::Duration, "20"}});
-  }
-  return {{keys::MashSchedule, PlistDictionary{{keys::ScheduleName, "Mine"}, {keys::Steps, list}}}};
 }
 
 TEST_F(RecWriterTest, WritesTheMash) {
-  const std::string simple = written(mashOf({{words::RestAt, "66.7"}, {words::MashOut, "76"}}));
-  const std::size_t tail = 0x485;
-  const std::pair<std::size_t, std::uint32_t> rests[] = {
-      {0x2d8, 152}, {0x2dc, 20}, {0x2e0, 168}, {0x2e4, 20}, {0x236c, 2}};
-  for (const auto& [offset, value] : rests)
-    EXPECT_EQ(at<std::uint32_t>(simple, tail + offset), value) << offset;
-  const std::string all = written(mashOf({{words::HeatToStrike, "40"},
-                                          {words::RestAt, "50"},
-                                          {words::RaiseByInfusion, "60"},
-                                          {words::PullDecoction, "70"},
-                                          {words::MashOut, "76"},
-                                          {words::RaiseByDirectHeating, "-20"}}));
-  const std::tuple<const char*, int, std::uint32_t> steps[] = {{"Rest", 0, 122},
-                                                               {"Infusion", 0, 140},
-                                                               {"Decoction", 2, 158},
-                                                               {"Direct Heating", 1, 168},
-                                                               {"Raise and Mash Out", 0, 0}};
-  EXPECT_EQ(at<std::uint32_t>(all, tail + 0x2d8), 0U);
-  EXPECT_EQ(at<std::uint32_t>(all, tail + 0x236c), 5U);
-  for (std::size_t i = 0; i < 5; ++i) {
-    const auto& [name, kind, temperature] = steps[i];
-    const std::size_t step = tail + 0x2378 + i * 0x124;
-    EXPECT_EQ(textAt(all, step), name);
-    EXPECT_EQ(all[step + 0xff], kind);
-    EXPECT_EQ(at<std::uint32_t>(all, step + 0x100), temperature);
-    EXPECT_EQ(at<std::uint32_t>(all, step + 0x10c), 20U);
-    EXPECT_EQ(at<std::uint32_t>(all, step + 0x110), 20U);
-  }
-  EXPECT_EQ(textAt(all, tail + 0x5c80), "Mine");
+  expectFields(written(R"({"MashSchedule": {"Steps": [
+      {"StepType": "Rest at", "Temperature": "66.7", "Duration": "60"},
+      {"StepType": "Raise to and Mash out at", "Temperature": "76", "Duration": "5"}]}})"),
+               hops, "i0x2d8 -> 152 | i0x2dc -> 60 | i0x2e0 -> 168 | i0x2e4 -> 5 | i0x236c -> 2");
+  const std::string all = written(R"({"MashSchedule": {"ScheduleName": "Mine", "Steps": [
+      {"StepType": "Heat to strike and dough in"}, {"StepType": "Rest at", "Temperature": "50", "Duration": "20"},
+      {"StepType": "Raise by infusion to", "Temperature": "60"},
+      {"StepType": "Pull decoction, boil, add back raising mash to", "Temperature": "70"},
+      {"StepType": "Raise to and Mash out at", "Temperature": "76"},
+      {"StepType": "Raise by direct heating to", "Temperature": "-20"}]}})");
+  expectFields(
+      all, hops,
+      "i0x2d8 -> 0 | i0x2e0 -> 0 | i0x236c -> 5 | s0x5c80 -> Mine | i0x2484 -> 20 | i0x2488 -> 20");
+  const char* const steps[] = {"s0 -> Rest | o0xff -> 0 | i0x100 -> 122",
+                               "s0 -> Infusion | o0xff -> 0 | i0x100 -> 140",
+                               "s0 -> Decoction | o0xff -> 2 | i0x100 -> 158",
+                               "s0 -> Direct Heating | o0xff -> 1 | i0x100 -> 168",
+                               "s0 -> Raise and Mash Out | o0xff -> 0 | i0x100 -> 0"};
+  for (std::size_t i = 0; i < 5; ++i) expectFields(all, hops + 0x2378 + i * 0x124, steps[i]);
 }
 
 // A text that doesn't fit leaves its field empty; steps past the room for them are left out.
@@ -440,19 +351,16 @@ TEST_F(RecWriterTest, KeepsToTheFields) {
   for (const auto& [title, expected] : {std::pair{std::string(84, 'a'), std::string(84, 'a')},
                                         {std::string(85, 'a'), ""},
                                         {"漢", ""}}) {
-    EXPECT_EQ(textAt(written({{keys::RecipeTitle, title}}), 0), expected);
+    EXPECT_EQ(&written("{\"RecipeTitle\": \"" + title + "\"}")[0], expected);
   }
-  PlistDictionary many = mashOf({});
-  PlistArray steps;
-  for (int i = 0; i < 200; ++i)
-    steps.append(PlistDictionary{{keys::StepType, words::RestAt}, {keys::Duration, "1e30"}});
-  many.editDictionary(keys::MashSchedule)->set(keys::Steps, steps);
-  many.set(keys::BoilDuration, "-99999999999");
-  const std::string bytes = written(many);
-  EXPECT_EQ(bytes.size(), 0x485 + tailSize);
-  EXPECT_EQ(at<std::uint32_t>(bytes, 0x485 + 0x236c), 50U);
-  EXPECT_EQ(at<std::int32_t>(bytes, 0x75), std::numeric_limits<std::int32_t>::min());
-  EXPECT_EQ(stringByDroppingInvalidUTF8(textAt(bytes, 0x485 + 0x5c80)), "Mine");
+  std::string steps;
+  for (int i = 0; i < 200; ++i) steps += R"({"StepType": "Rest at", "Duration": "1e30"},)";
+  const std::string bytes = written(
+      R"({"BoilDuration": "-99999999999", "MashSchedule": {"ScheduleName": "Mine", "Steps": [)" +
+      steps + "7]}}");
+  EXPECT_EQ(bytes.size(), hops + tailSize);
+  expectFields(bytes, 0, "i0x75 -> -2147483648");
+  expectFields(bytes, hops, "i0x236c -> 50 | s0x5c80 -> Mine");
 }
 
 }  // namespace

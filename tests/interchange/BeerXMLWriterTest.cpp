@@ -1,6 +1,7 @@
 #include "tests/interchange/ExchangeTest.h"
 #include "tests/support/TextTable.h"
 #include "zymcore/documents/DefaultsKeys.h"
+#include "zymcore/documents/SafeJSON.h"
 #include "zymcore/interchange/beerxml/NSXMLNodeExtensions.h"
 #include "zymcore/interchange/beerxml/ZYMBeerXML.h"
 #include "zymcore/library/ZYMProfiles.h"
@@ -14,102 +15,55 @@ namespace {
 /// of a list. The names of all tags of an element are at "HOPS/1/*".
 class BeerXMLWriterTest : public ExchangeTest {
  protected:
+  static PlistDictionary dictionaryOf(const std::string& JSON) {
+    return *safeJSONObjectWithData_options(JSON, 0).value().dictionary();
+  }
   static PlistDictionary lager() {
-    PlistDictionary water{{keys::UUID, "W"},     {keys::Name, "Well"},    {keys::Sulfate, "10"},
-                          {keys::Calcium, "20"}, {keys::Magnesium, "30"}, {keys::Chloride, "40"},
-                          {keys::Sodium, "50"},  {keys::Carbonate, "60"}};
-    ZYMWaters::sharedInstance().addItemsFromArray({water});
-    const auto step = [](std::string_view type, const char* temperature, const char* minutes) {
-      return PlistDictionary{
-          {keys::StepType, type}, {keys::Temperature, temperature}, {keys::Duration, minutes}};
-    };
-    PlistArray hops;
-    for (const auto& [when, minutes, form] :
-         {std::tuple{words::FirstWortHopped, "90", words::LooseWholeHops},
-          {words::InHopBack, "7", words::BaggedPelletHops},
-          {words::InFermenter, "7", words::LoosePelletHops},
-          {words::DryHopped, "7", words::BaggedWholeHops},
-          {words::InMash, "90", words::LoosePelletHops},
-          {std::string_view("20 Min From End"), "20.9", words::PelletizedHops}}) {
-      hops.append(PlistDictionary{{keys::Variety, "Saaz"},
-                                  {keys::Alpha, "3.5"},
-                                  {keys::Amount, "12.5"},
-                                  {keys::When, when},
-                                  {keys::Minutes, minutes},
-                                  {keys::Form, form}});
-    }
-    PlistArray fermentables;
-    for (const auto& [name, isGrain, when] :
-         {std::tuple{"Sugar of Grain", "1", words::InMashSteeped},
-          {"Flaked Oats", "0", words::InMashSteeped},
-          {"Flaked Sugar", "0", words::StartOfBoil},
-          {"Sugar Extract", "0", words::StartOfBoil},
-          {"Spraydried malt extract", "0", words::EndOfBoil},
-          {"Honey", "0", words::EndOfBoil}}) {
-      fermentables.append(PlistDictionary{{keys::Ingredient, name},
-                                          {keys::IsGrain, isGrain},
-                                          {keys::Amount, "2000"},
-                                          {keys::Extract, "75.5"},
-                                          {keys::Color, "3"},
-                                          {keys::When, when}});
-    }
-    PlistArray others;
-    for (const auto& [name, when] : {std::pair{"Salt", words::InMash},
-                                     {"irish moss", words::InBoil},
-                                     {"Plums", words::InFermenter},
-                                     {"Sugar", words::InDispenseVessel},
-                                     {"Ginger", words::InBoil}}) {
-      others.append(
-          PlistDictionary{{keys::Ingredient, name}, {keys::When, when}, {keys::Amount, "5"}});
-    }
-    PlistArray yeasts{
-        PlistDictionary{{keys::UUID, "nowhere"}, {keys::Name, "Wyeast"}, {keys::Amount, "3"}}};
-    for (const auto& [name, type] : {std::pair{"Wyeast 1056", words::CommercialPack},
-                                     {"White Labs 1", words::CommercialPack},
-                                     {"White Wyeast", words::Slurry}}) {
-      ZYMYeasts::sharedInstance().addItemsFromArray({PlistDictionary{{keys::UUID, name},
-                                                                     {keys::Name, name},
-                                                                     {keys::Attenuation, "73"},
-                                                                     {keys::YeastType, "Liquid"},
-                                                                     {keys::BeerType, "Ale"}}});
-      yeasts.append(
-          PlistDictionary{{keys::UUID, name}, {keys::Amount, "2"}, {keys::YeastAmountType, type}});
+    ZYMWaters::sharedInstance().addItemsFromArray({dictionaryOf(
+        R"({"UUID": "W", "Name": "Well", "Sulfate": "10", "Calcium": "20", "Magnesium": "30",
+            "Chloride": "40", "Sodium": "50", "Carbonate": "60"})")});
+    for (const std::string name : {"Wyeast 1056", "White Labs 1", "White Wyeast"}) {
+      ZYMYeasts::sharedInstance().addItemsFromArray({dictionaryOf(
+          R"({"Attenuation": "73", "YeastType": "Liquid", "BeerType": "Ale", "UUID": ")" + name +
+          R"(", "Name": ")" + name + "\"}")});
     }
     PlistDictionary recipe = recipes().emptyRecipe();
-    const PlistDictionary changes{
-        {keys::RecipeTitle, "Tom & Jörg's <\"½\">\x01"},
-        {keys::MashType, words::ExtractWithMiniMash},
-        {keys::Notes, "One\u2028two\tœ 漢\xff"},
-        {keys::BoilDuration, "75.9"},
-        {keys::FinalBatchVolume, "21000"},
-        {keys::VolumeAtPitching, "20000"},
-        {keys::VolumeToFermenter, "18000"},
-        {keys::VolumeWaterAdded, "2000"},
-        {keys::FinalWortVolume, "19000"},
-        {keys::PreBoilWortVolume, "24000"},
-        {keys::FermentationTemperature, "9.50"},
-        {keys::BaseWaterProfileUsedUUID, "W"},
-        {keys::CaSO4, "0.0001"},
-        {keys::MgSO4, "0.0002"},
-        {keys::CaCl2, "0.0003"},
-        {keys::CaCO3, "0.0004"},
-        {keys::NaCl, "0.0005"},
-        {keys::NaHCO3, "0.0006"},
-        {keys::Profile,
-         PlistDictionary{{keys::WaterGrainRatio, "2.5"}, {keys::MTThermalMass, "800"}}},
-        {keys::MashSchedule,
-         PlistDictionary{{keys::ScheduleName, "All"},
-                         {keys::Steps, PlistArray{step(words::HeatToStrike, "40", "0"),
-                                                  step(words::RestAt, "50.0", "10"),
-                                                  step(words::RaiseByInfusion, "60.0", "20.7"),
-                                                  step(words::PullDecoction, "70", "30"),
-                                                  step(words::RaiseByDirectHeating, "72", "15"),
-                                                  step(words::MashOut, "76", "5")}}}},
-        {keys::HopIngredients, hops},
-        {keys::FermentableIngredients, fermentables},
-        {keys::OtherIngredients, others},
-        {keys::YeastIngredients, yeasts}};
+    const PlistDictionary changes = dictionaryOf(R"({
+        "MashType": "Extract with Mini-mash", "BoilDuration": "75.9", "FinalBatchVolume": "21000",
+        "VolumeAtPitching": "20000", "VolumeToFermenter": "18000", "VolumeWaterAdded": "2000",
+        "FinalWortVolume": "19000", "PreBoilWortVolume": "24000", "FermentationTemperature": "9.50",
+        "BaseWaterProfileUsedUUID": "W", "CaSO4": "0.0001", "MgSO4": "0.0002", "CaCl2": "0.0003",
+        "CaCO3": "0.0004", "NaCl": "0.0005", "NaHCO3": "0.0006",
+        "Profile": {"WaterGrainRatio": "2.5", "MTThermalMass": "800"},
+        "MashSchedule": {"ScheduleName": "All", "Steps": [
+          {"StepType": "Heat to strike and dough in", "Temperature": "40", "Duration": "0"},
+          {"StepType": "Rest at", "Temperature": "50.0", "Duration": "10"},
+          {"StepType": "Raise by infusion to", "Temperature": "60.0", "Duration": "20.7"},
+          {"StepType": "Pull decoction, boil, add back raising mash to", "Temperature": "70", "Duration": "30"},
+          {"StepType": "Raise by direct heating to", "Temperature": "72", "Duration": "15"},
+          {"StepType": "Raise to and Mash out at", "Temperature": "76", "Duration": "5"}]},
+        "HopIngredients": [
+          {"When": "First Wort Hopped", "Minutes": "90", "Form": "Loose Whole Hops", "Alpha": "3.5", "Amount": "12.5"},
+          {"When": "In Hop-Back", "Minutes": "7", "Form": "Bagged Pellet Hops"},
+          {"When": "In Fermenter", "Minutes": "7", "Form": "Loose Pellet Hops"},
+          {"When": "Dry-Hopped", "Minutes": "7", "Form": "Bagged Whole Hops"},
+          {"When": "In Mash", "Minutes": "90"},
+          {"When": "20 Min From End", "Minutes": "20.9", "Form": "Pelletized Hops"}],
+        "FermentableIngredients": [
+          {"Ingredient": "Sugar of Grain", "IsGrain": "1", "Amount": "2000", "Extract": "75.5", "When": "In Mash/Steeped"},
+          {"Ingredient": "Flaked Oats", "IsGrain": "0", "Amount": "2000", "When": "In Mash/Steeped"},
+          {"Ingredient": "Flaked Sugar", "When": "Start Of Boil", "Amount": "1"},
+          {"Ingredient": "Sugar Extract", "When": "Start Of Boil"},
+          {"Ingredient": "Spraydried malt extract"}, {"Ingredient": "Honey", "When": "End Of Boil"}],
+        "OtherIngredients": [{"Ingredient": "Salt", "When": "In Mash", "Amount": "5"},
+          {"Ingredient": "irish moss", "When": "In Boil"}, {"Ingredient": "Plums", "When": "In Fermenter"},
+          {"Ingredient": "Sugar", "When": "In Dispense Vessel"}, {"Ingredient": "Ginger", "When": "In Boil"}],
+        "YeastIngredients": [{"UUID": "nowhere", "Name": "Wyeast", "Amount": "3"},
+          {"UUID": "Wyeast 1056", "Amount": "2"}, {"UUID": "White Labs 1", "Amount": "2"},
+          {"UUID": "White Wyeast", "Amount": "2", "YeastAmountType": "Slurry"}]})");
     for (const PlistEntry& change : changes) recipe.set(change.key, change.value);
+    recipe.set(keys::RecipeTitle, "Tom & Jörg's <\"½\">\x01");
+    recipe.set(keys::Notes, "One\u2028two\tœ 漢\xff");
     return recipe;
   }
 
@@ -246,14 +200,12 @@ TEST_F(BeerXMLWriterTest, WritesARecipeOfNothing) {
   expect({}, R"(NAME -> '' | TYPE -> Partial Mash | BATCH_SIZE -> 0.000000 | HOPS/* -> '' |
       YEASTS/* -> '' | MASH/NAME -> '' | MASH/MASH_STEPS/* -> '' | WATERS/WATER/SODIUM -> nan)");
   const auto first = [](std::string_view type) {
-    return PlistDictionary{
-        {keys::MashSchedule,
-         PlistDictionary{{keys::Steps, PlistArray{PlistDictionary{{keys::StepType, type},
-                                                                  {keys::Temperature, 66}}}}}}};
+    return dictionaryOf(R"({"MashSchedule": {"Steps": [{"Temperature": 66, "StepType": ")" +
+                        std::string(type) + "\"}]}}");
   };
   for (const std::string_view type : {words::RaiseByInfusion, words::PullDecoction}) {
-    expect(first(type), R"(MASH/MASH_STEPS/0/INFUSE_AMOUNT -> 0.000000 |
-        MASH/MASH_STEPS/0/STEP_TEMP -> 66)");
+    expect(first(type),
+           "MASH/MASH_STEPS/0/INFUSE_AMOUNT -> 0.000000 | MASH/MASH_STEPS/0/STEP_TEMP -> 66");
   }
   expect(first("unknown"), "MASH/MASH_STEPS/0/* -> NAME VERSION ");
 }

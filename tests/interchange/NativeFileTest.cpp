@@ -1,5 +1,6 @@
 #include "tests/interchange/ExchangeTest.h"
 #include "tests/support/TextTable.h"
+#include "zymcore/documents/SafeJSON.h"
 #include "zymcore/documents/StockKeys.h"
 #include "zymcore/interchange/native/ZYMIngFile.h"
 #include "zymcore/interchange/native/ZYMWortmeisterWMRFile.h"
@@ -29,21 +30,15 @@ class NativeFileTest : public ExchangeTest {
       EXPECT_EQ(text ? *text : "absent", value) << key;
     }
   }
+  static PlistDictionary dictionaryOf(const std::string& JSON) {
+    return *safeJSONObjectWithData_options(JSON, 0).value().dictionary();
+  }
   /// As it was written when keys had blanks.
   static PlistDictionary oldRecipe() {
-    return {
-        {KeyName("Recipe Title"), "Old Peculiar"},
-        {keys::Attenuation, 75},
-        {keys::Notes, ""},
-        {keys::CaCl2, "0.0"},
-        {keys::Style, "American Light Lagers"},
-        {KeyName("Final Batch Volume"), "20000"},
-        {KeyName("Final Wort Volume"), "18000"},
-        {KeyName("Mash Schedule"),
-         PlistDictionary{
-             {KeyName("Schedule Name"), "Plain"},
-             {keys::Steps, PlistArray{PlistDictionary{{KeyName("Step Type"), "none"}},
-                                      PlistDictionary{{KeyName("Step Type"), words::RestAt}}}}}}};
+    return dictionaryOf(
+        R"({"Recipe Title": "Old Peculiar", "Attenuation": 75, "Notes": "", "CaCl2": "0.0",
+        "Style": "American Light Lagers", "Final Batch Volume": "20000", "Final Wort Volume": "18000",
+        "Mash Schedule": {"Schedule Name": "Plain", "Steps": [{"Step Type": "none"}, {"Step Type": "Rest at"}]}})");
   }
 };
 
@@ -115,18 +110,13 @@ TEST_F(NativeFileTest, BringsOldBatchesUpToDate) {
   PlistDictionary brewed = oldRecipe();
   brewed.set(KeyName("Final Batch Volume"), "19000");
   brewed.set(keys::ExpectedColor, "12.5");
-  PlistDictionary measured{{keys::RecipeAtCreation, brewed},
-                           {keys::UUID, "OWN"},
-                           {keys::PreBoilHydroReading, "1.040"},
-                           {KeyName("OG Hydro Reading"), "1.050"},
-                           {KeyName("MeasuredPreBoil Grav"), "1.041"},
-                           {KeyName("Measured OG"), "1.051"},
-                           {KeyName("Actual Mash Efficiency"), "77"},
-                           {keys::ABV, "5.5"},
-                           {keys::ExpectedIBU, "30"},
-                           {keys::DateBrewed, day(20)},
-                           {keys::DateRacked, day(10)},
-                           {keys::DatePackaged, day(30)}};
+  PlistDictionary measured = dictionaryOf(R"({"UUID": "OWN", "PreBoilHydroReading": "1.040",
+      "OG Hydro Reading": "1.050", "MeasuredPreBoil Grav": "1.041", "Measured OG": "1.051",
+      "Actual Mash Efficiency": "77", "ABV": "5.5", "ExpectedIBU": "30"})");
+  measured.set(keys::RecipeAtCreation, brewed);
+  measured.set(keys::DateBrewed, day(20));
+  measured.set(keys::DateRacked, day(10));
+  measured.set(keys::DatePackaged, day(30));
   PlistDictionary recipe = oldRecipe();
   recipe.set(keys::Batches, PlistArray{measured, PlistDictionary(), "no batch"});
   const PlistDictionary read = NativeFileTest::read(recipe).value();
@@ -159,16 +149,10 @@ TEST_F(NativeFileTest, BringsOldBatchesUpToDate) {
 }
 
 TEST_F(NativeFileTest, MovesMeasurementsAndFillsInTheRest) {
-  PlistDictionary batch{{keys::PreBoilHydroReading, "1.040"},
-                        {KeyName("MeasuredPreBoil Grav"), "1.041"},
-                        {KeyName("MeasuredFG"), "1.012"},
-                        {keys::FGTemp, "18"},
-                        {keys::RealAttenuation, "61"},
-                        {KeyName("Actual Mash Efficiency"), "77"},
-                        {keys::ABV, "5.5"},
-                        {keys::ModifiedRecipe, PlistDictionary{{keys::ExpectedColor, "12"},
-                                                               {keys::ExpectedIBU, "30"},
-                                                               {keys::FinalWortVolume, "7"}}}};
+  PlistDictionary batch =
+      dictionaryOf(R"({"PreBoilHydroReading": "1.040", "MeasuredPreBoil Grav": "1.041",
+      "MeasuredFG": "1.012", "FGTemp": "18", "RealAttenuation": "61", "Actual Mash Efficiency": "77", "ABV": "5.5",
+      "ModifiedRecipe": {"ExpectedColor": "12", "ExpectedIBU": "30", "FinalWortVolume": "7"}})");
   WMR::createActualsBlockForExistingBatch(batch);
   expect(*batch.dictionary(keys::Actuals),
          R"(PreBoilHydroReading -> 1.040 | PreBoilGrav -> 1.041 | FG -> 1.012 |
@@ -194,6 +178,26 @@ TEST_F(NativeFileTest, MovesMeasurementsAndFillsInTheRest) {
   EXPECT_EQ(*empty.find(keys::MTThermalMass),
             *ZYMProfiles::sharedInstance().defaultProfile().find(keys::MTThermalMass));
   EXPECT_FALSE(empty.dictionary(keys::ModifiedRecipe)->contains(keys::Batches));
+}
+
+// Cut anywhere, a file is what it was or a failure with a reason.
+TEST_F(NativeFileTest, SurviveEveryCut) {
+  const auto list = [](NSPropertyListFormat format) {
+    return *NSPropertyListSerialization::dataWithPropertyList_format(oldRecipe(), format);
+  };
+  const std::string package = R"({"IngredientType": "Hop", "Ingredients": [{"UUID": "X"}]})";
+  const std::pair<std::string, decltype(&WMR::parseFileData)> files[] = {
+      {list(NSPropertyListFormat::XMLFormat_v1_0), &WMR::parseFileData},
+      {list(NSPropertyListFormat::BinaryFormat_v1_0), &WMR::parseFileData},
+      {package, &ZYMIngFile::parseFileData}};
+  for (const auto& [whole, read] : files) {
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+      NSError error;
+      const auto found = read(NSData(whole.substr(0, length)), &error);
+      ASSERT_EQ(found.has_value(), error.localizedDescription.empty()) << length;
+      ASSERT_TRUE(!found || found->size() == read(NSData(whole), nullptr)->size()) << length;
+    }
+  }
 }
 
 TEST_F(NativeFileTest, CarriesIngredients) {

@@ -580,9 +580,11 @@ TEST_F(FileImportTest, AFailureStoresNothing) {
       {file("list.wm2", "[{}]"), "list"},
       {file("number.wm2", "7"), ""},
       {file("deep.wm2", deep), ""},
-      {file("a.wmr", "x"), "yet"},
-      {file("a.rec", "x"), "yet"},
-      {file("a.ing", "x"), "yet"},
+      {file("a.wmr", "x"), ""},
+      {file("list.wmr", "<plist><array/></plist>"), "no recipe"},
+      {file("a.rec", "x"), "ends before"},
+      {file("a.ing", "x"), ""},
+      {file("list.ing", "[]"), "list"},
   };
   const std::string before = storeBytes();
   for (const auto& c : cases) {

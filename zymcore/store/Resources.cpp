@@ -11,8 +11,11 @@ namespace zym {
 std::optional<PlistDictionary> resourceDictionary(std::string_view name) {
   const std::optional<std::string> path =
       NSBundle::mainBundle().pathForResource_ofType(name, "plist");
-  const std::optional<std::string> bytes =
-      path ? NSFileManager::contentsAtPath(*path, XMLPropertyList::mostBytes) : std::nullopt;
+  return path ? dictionaryAtPath(*path) : std::nullopt;
+}
+
+std::optional<PlistDictionary> dictionaryAtPath(const std::string& path) {
+  const std::optional<std::string> bytes = NSFileManager::contentsAtPath(path, XMLPropertyList::mostBytes);
   std::optional<PlistValue> list =
       bytes ? NSPropertyListSerialization::propertyListWithData(*bytes) : std::nullopt;
   PlistDictionary* dictionary = list ? list->editDictionary() : nullptr;

@@ -89,7 +89,8 @@ struct ZYMCachingModel::Sorted {
   std::uint64_t changeCount = 0;
   std::optional<SimilarNames> names;
   /// Those that have some values; the last few that were asked for.
-  std::vector<std::pair<PlistDictionary, Sorted>> having;
+  std::vector<Sorted> having;
+  PlistDictionary values;  // which all of these have
 
   [[nodiscard]] const SimilarNames& namesUnder(KeyName nameKey) {
     if (!names) names = namesOf(objects, nameKey);
@@ -105,16 +106,17 @@ struct ZYMCachingModel::Sorted {
     return recordOf(*objects[static_cast<std::size_t>(index)]);
   }
   [[nodiscard]] Sorted& thoseHaving(const PlistDictionary& keysAndValues) {
-    for (auto& [values, found] : having) {
-      if (values == keysAndValues) return found;
+    for (Sorted& known : having) {
+      if (known.values == keysAndValues) return known;
     }
     Sorted found;
+    found.values = keysAndValues;
     std::ranges::copy_if(objects, std::back_inserter(found.objects), [&](NSManagedObject* object) {
       return holdsAll(static_cast<ZYMRecordEntity&>(*object), keysAndValues);
     });
     constexpr std::size_t mostKept = 16;
     if (having.size() == mostKept) having.clear();
-    return having.emplace_back(keysAndValues, std::move(found)).second;
+    return having.emplace_back(std::move(found));
   }
 };
 

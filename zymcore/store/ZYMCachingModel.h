@@ -17,6 +17,7 @@
 namespace zym {
 
 class NSManagedObjectContext;
+class ZYMCachingModelDataStoreImportOperation;
 
 /// Base of every library of flat records. It hides the store and keeps nothing itself but which
 /// records there are by name, until one changes: each call goes to the main context, and
@@ -90,6 +91,10 @@ class ZYMCachingModel {
   void addItemsFromArray(const PlistArray& items);
   /// The same for the values of a dictionary.
   void addItemsFromDictionary(const PlistDictionary& items);
+  /// An operation that does nearly the same and that the caller runs. Defined with it, above this
+  /// room.
+  [[nodiscard]] std::shared_ptr<ZYMCachingModelDataStoreImportOperation>
+  importOperationForDictionary(const PlistDictionary& records) const;
 
  protected:
   explicit ZYMCachingModel(KeyName nameKeyInRecords);

@@ -20,6 +20,13 @@ class ZYMBeerXML {
   /// left out.
   [[nodiscard]] static std::optional<PlistDictionary> parseFileData(const NSData& data,
                                                                     NSError* error = nullptr);
+
+  /// The recipe as a file, recalculated, with the profile it has or else the default one. What the
+  /// format has no place for, and what this writer leaves out, is in docs/formats.md. The text is
+  /// ASCII and well formed whatever the recipe holds: other letters become the nearest, characters
+  /// that XML doesn't allow are left out. Never fails.
+  [[nodiscard]] static NSData dataForRecipe(const PlistDictionary& recipe);
+  [[nodiscard]] static NSData dataForItem(const PlistDictionary& item);
 };
 
 }  // namespace zym

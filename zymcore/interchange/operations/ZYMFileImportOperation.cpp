@@ -9,7 +9,11 @@
 #include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/SafeJSON.h"
 #include "zymcore/documents/ZYMLocalization.h"
+#include "zymcore/interchange/ZYMFileImporterProtocol.h"
 #include "zymcore/interchange/beerxml/ZYMBeerXML.h"
+#include "zymcore/interchange/native/ZYMIngFile.h"
+#include "zymcore/interchange/native/ZYMWortmeisterWMRFile.h"
+#include "zymcore/interchange/rec/ZYMRecFile.h"
 #include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/events/NSNotificationCenter.h"
@@ -27,11 +31,14 @@ namespace {
 // Far above any recipe, with its pictures and all its batches.
 constexpr std::size_t mostBytes = 64 << 20;
 constexpr unsigned mutableContainersAndLeaves = 3;
+constexpr const char* storeFailure = "the store can't be written";
 
 using Recipe = std::optional<PlistDictionary>;
 
-Recipe readBeerXML(ZYMFileImportOperation& operation, const std::string& bytes, NSError& error) {
-  const Recipe parsed = ZYMBeerXML::parseFileData(NSData(bytes), &error);
+// A format of another program, to be matched with the libraries.
+template <ZYMRecipeFormat Format>
+Recipe readOther(ZYMFileImportOperation& operation, const std::string& bytes, NSError& error) {
+  const Recipe parsed = Format::parseFileData(NSData(bytes), &error);
   return parsed ? std::optional(operation.processParsedRecipe(*parsed)) : std::nullopt;
 }
 
@@ -45,18 +52,34 @@ Recipe readWM2(ZYMFileImportOperation& /*operation*/, const std::string& bytes, 
   return std::nullopt;
 }
 
+// A format of ours, whose recipe comes as it is.
+template <ZYMFileImporterProtocol Format>
+Recipe readOwn(ZYMFileImportOperation& /*operation*/, const std::string& bytes, NSError& error) {
+  return Format::parseFileData(NSData(bytes), &error);
+}
+
 struct Format {
   std::string_view extension;
-  /// Null where there is none yet.
   Recipe (*read)(ZYMFileImportOperation& operation, const std::string& bytes, NSError& error);
+  /// What is read is no recipe, but a package of ingredients.
+  bool isPackage = false;
 };
 constexpr Format formats[] = {
-    {"xml", readBeerXML}, {"rec", nullptr}, {"ing", nullptr}, {"wmr", nullptr}, {"wm2", readWM2},
+    {"xml", readOther<ZYMBeerXML>},
+    {"rec", readOther<ZYMRecFile>},
+    {"ing", readOwn<ZYMIngFile>, true},
+    {"wmr", readOwn<ZYMWortmeisterWMRFile>},
+    {"wm2", readWM2},
 };
 
 std::string pathExtension(const std::string& path) {
   const std::string extension = std::filesystem::path(path).extension().string();
   return extension.empty() ? "" : extension.substr(1);
+}
+
+const Format* formatOf(const std::string& path) {
+  const auto* format = std::ranges::find(formats, pathExtension(path), &Format::extension);
+  return format == std::end(formats) ? nullptr : format;
 }
 
 PlistArray take(PlistDictionary& document, KeyName key) {
@@ -145,10 +168,11 @@ void ZYMFileImportOperation::main() {
     NSRunLoop::mainRunLoop().performOnMainThreadAndWait([this] { main(); });
     return;
   }
-  if (importFile()) {
-    post(ZYMImportOperationSucceededNotification, *this);
-  } else {
+  importFile();
+  if (failureReason_) {
     postFailedNotification();
+  } else {
+    post(ZYMImportOperationSucceededNotification, *this);
   }
 }
 
@@ -163,30 +187,43 @@ const PlistDictionary& ZYMFileImportOperation::emptyRecipe() {
 }
 
 std::optional<PlistDictionary> ZYMFileImportOperation::recipeInFile() {
+  return contentsOfFile(false);
+}
+
+std::optional<PlistDictionary> ZYMFileImportOperation::packageInFile() {
+  return contentsOfFile(true);
+}
+
+std::optional<PlistDictionary> ZYMFileImportOperation::contentsOfFile(bool isPackage) {
   const auto refuse = [this](std::string reason) -> Recipe {
     failureReason_ = std::move(reason);
     return std::nullopt;
   };
   if (!url_) return refuse("there is no file");
   const std::string extension = pathExtension(*url_);
-  const auto* format = std::ranges::find(formats, extension, &Format::extension);
-  if (format == std::end(formats)) {
-    return refuse("\"" + extension + "\" is no extension of a file of recipes");
+  const Format* format = formatOf(*url_);
+  if (!format) return refuse("\"" + extension + "\" is no extension of a file of recipes");
+  if (format->isPackage != isPackage) {
+    return refuse(isPackage ? "a recipe, and no ingredients" : "ingredients, and no recipe");
   }
   NSError error;
   const auto bytes = NSFileManager::contentsAtPath(*url_, mostBytes, &error);
   if (!bytes) return refuse(error.localizedFailureReason);
-  if (!format->read) return refuse("files of this kind can't be read yet");
   try {
-    Recipe recipe = format->read(*this, *bytes, error);
-    return recipe ? std::move(recipe) : refuse(error.localizedDescription);
+    Recipe contents = format->read(*this, *bytes, error);
+    return contents ? std::move(contents) : refuse(error.localizedDescription);
   } catch (const NSException& exception) {
     return refuse(exception.reason());
   }
 }
 
-bool ZYMFileImportOperation::importFile() {
+void ZYMFileImportOperation::importFile() {
   try {
+    const Format* format = url_ ? formatOf(*url_) : nullptr;
+    if (format && format->isPackage) {
+      if (const auto package = packageInFile()) install(*package);
+      return;
+    }
     Recipe recipe;
     // The libraries are read as they stand at one moment.
     mainContext().performBlockAndWait([&] { recipe = recipeInFile(); });
@@ -194,7 +231,11 @@ bool ZYMFileImportOperation::importFile() {
   } catch (const std::exception& fault) {
     failureReason_ = fault.what();
   }
-  return uuidOfRecipe_.has_value();
+}
+
+void ZYMFileImportOperation::install(const PlistDictionary& package) {
+  ingredientCount_ = ZYMIngFile::installIngredients(package);
+  if (mainContext().hasChanges()) failureReason_ = storeFailure;
 }
 
 void ZYMFileImportOperation::insert(PlistDictionary recipe) {
@@ -221,7 +262,7 @@ void ZYMFileImportOperation::insert(PlistDictionary recipe) {
     }
   }
   if (!isStored(*entity)) {
-    failureReason_ = "the store can't be written";
+    failureReason_ = storeFailure;
     takeBack(entity, earlier);
     return;
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -23,12 +24,13 @@ inline constexpr const char* ZYMImportOperationSucceededNotification =
 inline constexpr const char* ZYMImportOperationFailedNotification =
     "ZYMImportOperationFailedNotification";
 
-/// Imports one file into the store, by its extension: "xml" (BeerXML) or "wm2" (a recipe of ours,
-/// with its batches and images).
+/// Imports one file into the store, by its extension: "xml" (BeerXML) and "rec" of other programs,
+/// "wm2" and "wmr" (a recipe of ours, with its batches and images, as JSON and as a property list),
+/// "ing" (ingredients of ours, which go into the libraries).
 ///
 /// The recipe of another program's file is matched against the libraries: each ingredient becomes
 /// the library's record with the nearest name, however far that is, with the file's amounts laid
-/// over it. The libraries don't change.
+/// over it. The libraries don't change by a recipe.
 ///
 /// An import is one save and one undo step: whenever the process ends, the recipe is stored with
 /// all its batches and images or not at all. An image that can't be read is left out. A file with
@@ -57,6 +59,9 @@ class ZYMFileImportOperation final : public NSOperation {
   /// The recipe as it would be stored, but for what the store adds: identity, the defaults that it
   /// lacks, and a profile. Absent, with a `failureReason`, when there is none.
   [[nodiscard]] std::optional<PlistDictionary> recipeInFile();
+  /// The package of ingredients (`ZYMIngFile`) in the file. Absent, with a `failureReason`, when
+  /// there is none.
+  [[nodiscard]] std::optional<PlistDictionary> packageInFile();
   /// The recipe document of a parsed recipe (`ParsedRecipeKeys.h`). Throws `NSRangeException` when
   /// a library that it needs is empty, and `NSInvalidArgumentException` for so many or so long
   /// names that matching them would take seconds.
@@ -79,14 +84,18 @@ class ZYMFileImportOperation final : public NSOperation {
   [[nodiscard]] const std::optional<std::string>& failureReason() const noexcept {
     return failureReason_;
   }
+  /// How many ingredients of a package went to a library; 0 where there is no such library.
+  [[nodiscard]] std::size_t ingredientCount() const noexcept { return ingredientCount_; }
   /// The recipe that was stored.
   [[nodiscard]] const std::optional<std::string>& uuidOfRecipe() const noexcept {
     return uuidOfRecipe_;
   }
 
  private:
-  [[nodiscard]] bool importFile();
+  [[nodiscard]] std::optional<PlistDictionary> contentsOfFile(bool isPackage);
+  void importFile();
   void insert(PlistDictionary recipe);
+  void install(const PlistDictionary& package);
   /// Made once for all that an import needs it for.
   [[nodiscard]] const PlistDictionary& emptyRecipe();
 
@@ -96,6 +105,7 @@ class ZYMFileImportOperation final : public NSOperation {
   std::vector<ImportMatch> matches_;
   std::optional<std::string> failureReason_;
   std::optional<std::string> uuidOfRecipe_;
+  std::size_t ingredientCount_ = 0;
 };
 
 }  // namespace zym

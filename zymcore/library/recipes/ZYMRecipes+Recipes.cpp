@@ -11,6 +11,7 @@
 #include "zymcore/library/internal/StoredRecipeRepair.h"
 #include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/events/NSOperation.h"
 #include "zymcore/platform/text/NSString.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/ZYMUndoGroup.h"
@@ -94,6 +95,10 @@ PlistDictionary copyOf(ZYMDocumentEntity& object, KeyName titleKey) {
 ZYMRecipes& ZYMRecipes::sharedInstance() {
   static ZYMRecipes instance;
   return instance;
+}
+
+ZYMRecipes::~ZYMRecipes() {
+  if (importOp_) importOp_->cancel();
 }
 
 PlistDictionary ZYMRecipes::emptyRecipe() const {

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,6 +19,8 @@
 
 namespace zym {
 
+class NSOperation;
+class NSOperationQueue;
 class ZYMGroupEntity;
 class ZYMImageEntity;
 class ZYMRecipeEntity;
@@ -184,6 +188,26 @@ class ZYMRecipes {
   /// 0 for all.
   std::vector<ZYMHistoryItem> historyWithMaximumNumberOfItems(std::size_t count);
 
+  // Bundles of recipes with their batches and groups: "Recipes" and "Groups". Each goes, as an
+  // operation, to the main queue, where it replaces what is there under the same uuids. `progress`
+  // hears after each recipe what fraction is done, `completion` when all is stored; either may be
+  // empty. Defined with the operation, above this room.
+
+  /// The resource "Examples" of the main bundle.
+  void unbundleExamplesWithProgressHandler_completionHandler(
+      std::function<void(float fraction)> progress, std::function<void()> completion);
+  /// A property list; what is none brings nothing, and completes all the same.
+  void unbundleRecipesFrom_progressHandler_completionHandler(
+      const std::string& path, std::function<void(float fraction)> progress,
+      std::function<void()> completion);
+  /// Corrects the bundle for storage, in place.
+  void unbundleRecipesFromDictionary_progressHandler_completionHandler(
+      PlistDictionary& bundle, std::function<void(float fraction)> progress,
+      std::function<void()> completion);
+  /// The last of these operations, and the queue that it went to; null before.
+  [[nodiscard]] const std::shared_ptr<NSOperation>& importOp() const noexcept { return importOp_; }
+  [[nodiscard]] NSOperationQueue* importQueue() const noexcept { return importQueue_; }
+
   // Images of a recipe or a batch: a record each, and two PNG files named by its uuid in the images
   // folder. Listing drops each record that has lost a file, and its other file.
 
@@ -223,6 +247,10 @@ class ZYMRecipes {
 
  private:
   ZYMRecipes() = default;
+  ~ZYMRecipes();
+
+  std::shared_ptr<NSOperation> importOp_;
+  NSOperationQueue* importQueue_ = nullptr;
 };
 
 }  // namespace zym

@@ -20,4 +20,12 @@ enum class InvalidBytes { Refused, Replaced };
                                                             const char* encoding,
                                                             InvalidBytes invalid);
 
+/// The text in a single-byte encoding, by any of its names. Absent where a character has no place
+/// in it or the text isn't UTF-8.
+[[nodiscard]] std::optional<std::string> dataUsingEncoding(std::string_view text,
+                                                           const char* encoding);
+/// The text in ASCII, with the nearest letters ("e" for "é", "ss" for "ß") and "?" where there are
+/// none. Every line end stays one.
+[[nodiscard]] std::string dataUsingLossyASCII(std::string_view text);
+
 }  // namespace zym

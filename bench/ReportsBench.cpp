@@ -66,24 +66,25 @@ std::string marker(std::string_view key) {
   return "<*KEYNAME=" + std::string(key) + ">";
 }
 
+constexpr const char* sheetKeys[] = {"RecipeTitle",
+                                     "ExpectedOGText",
+                                     "ExpectedOriginalGravity",
+                                     "ExpectedFGText",
+                                     "Notes",
+                                     "ExpectedFinalGravity",
+                                     "FermentableItems",
+                                     "HopItems",
+                                     "MinimumOGText",
+                                     "MinOG",
+                                     "FontName",
+                                     "PreBoilWortVolume",
+                                     "WaterProfileUsed"};
+
 /// A sheet as templates are: most of it is markup and style, with a marker here and there.
 std::string sheetTemplate() {
-  static constexpr const char* names[] = {"RecipeTitle",
-                                          "ExpectedOGText",
-                                          "ExpectedOriginalGravity",
-                                          "ExpectedFGText",
-                                          "Notes",
-                                          "ExpectedFinalGravity",
-                                          "FermentableItems",
-                                          "HopItems",
-                                          "MinimumOGText",
-                                          "MinOG",
-                                          "FontName",
-                                          "PreBoilWortVolume",
-                                          "WaterProfileUsed"};
   std::string text = "<!DOCTYPE html><style>" + std::string(6000, 's') + "</style>";
   for (int i = 0; i < 12; ++i) {
-    for (const char* name : names) {
+    for (const char* name : sheetKeys) {
       if (i > 0 && std::string_view(name).ends_with("Items")) continue;
       text += "<tr class=\"figure\"><td class=\"label\">A word</td><td class=\"number\">" +
               marker(name) + "</td></tr>\n";
@@ -176,10 +177,7 @@ void fillSheet(benchmark::State& state) {
   const std::string text = sheetTemplate();
   PlistDictionary values;
   for (int i = 0; i < 200; ++i) values.set(KeyName("Other" + std::to_string(i)), "value");
-  for (const char* name : {"RecipeTitle", "ExpectedOGText", "ExpectedOriginalGravity", "Notes",
-                           "MinOG", "PreBoilWortVolume"}) {
-    values.set(KeyName(name), "1.050 SG");
-  }
+  for (const char* name : sheetKeys) values.set(KeyName(name), "1.050 SG");
   values.set(keys::FermentableItems, std::string(3000, 'r'));
   const Pieces pieces(text, values);
   measureRatio(
@@ -241,10 +239,11 @@ void suggest(benchmark::State& state) {
         NSManagedObjectContext context(NSPrivateQueueConcurrencyType);
         context.setPersistentStoreCoordinator(mainContext().persistentStoreCoordinator());
         context.performBlockAndWait([&] {
-          for (auto* object : *ZYMRecipeEntity::findAllObjectsInContext_predicate_sortDescriptor(
-                   &context, std::nullopt, std::nullopt)) {
-            benchmark::DoNotOptimize(
-                BinaryPropertyList::read(object->documentForKey(attributes::data)->view()));
+          const auto objects = ZYMRecipeEntity::findAllObjectsInContext_predicate_sortDescriptor(
+              &context, std::nullopt, std::nullopt);
+          for (auto* object : *objects) {
+            const auto data = object->documentForKey(attributes::data);
+            benchmark::DoNotOptimize(BinaryPropertyList::read(data->view()));
           }
         });
       });

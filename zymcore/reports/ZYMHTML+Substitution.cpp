@@ -11,8 +11,18 @@ constexpr std::string_view marker = "<*KEYNAME=";
 /// Bytes of values that are put in at most. A large page of a real document has some 100 KB.
 constexpr std::size_t mostPutIn = 64U << 20U;
 
+/// The first marker. Its second character is far rarer in a page than its first.
+std::size_t findMarker(std::string_view text) noexcept {
+  for (std::size_t at = text.find(marker[1]); at != std::string_view::npos;
+       at = text.find(marker[1], at + 1)) {
+    if (at > 0 && text.substr(at - 1).starts_with(marker)) return at - 1;
+  }
+  return std::string_view::npos;
+}
+
 /// How many characters of the marker the text ends in, short of all.
 std::size_t begunAtEndOf(std::string_view text) noexcept {
+  if (text.ends_with('>')) return 0;  // as mostly, behind a tag
   const std::size_t start = text.size() - std::min(marker.size() - 1, text.size());
   const std::size_t at = text.find('<', start);
   for (std::size_t i = at; i != std::string_view::npos; i = text.find('<', i + 1)) {
@@ -32,7 +42,8 @@ class Filling {
   }
 
   [[nodiscard]] std::string run() {
-    while (readMarker() && readKey()) putValue();
+    while (putNextValue() || (readMarker() && readKey())) {
+    }
     while (!left_.empty()) take(left_.back().size());
     return std::move(written_);
   }
@@ -48,13 +59,30 @@ class Filling {
     if (front.empty()) left_.pop_back();
   }
 
+  /// The usual case: a whole marker before the next seam.
+  bool putNextValue() {
+    if (left_.empty() || begun_ > 0 || putIn_ >= mostPutIn) return false;
+    std::string_view& front = left_.back();
+    const std::size_t at = findMarker(front);
+    if (at == std::string_view::npos) return false;
+    const std::size_t key = at + marker.size();
+    const std::size_t end = front.find('>', key);
+    if (end == std::string_view::npos) return false;
+    const std::string_view name = front.substr(key, end - key);
+    written_.append(front.substr(0, at));
+    front.remove_prefix(end + 1);
+    if (front.empty()) left_.pop_back();
+    putValue(name);
+    return true;
+  }
+
   bool readMarker() {
     while (!left_.empty() && begun_ < marker.size()) {
       const std::string_view front = left_.back();
       if (begun_ > 0) {
         begun_ = front[0] == marker[begun_] ? begun_ + 1 : front[0] == marker[0] ? 1 : 0;
         take(1);
-      } else if (const std::size_t at = front.find(marker); at != std::string_view::npos) {
+      } else if (const std::size_t at = findMarker(front); at != std::string_view::npos) {
         begun_ = marker.size();
         take(at + marker.size());
       } else {
@@ -71,18 +99,25 @@ class Filling {
       const std::string_view front = left_.back();
       const std::size_t end = front.find('>');
       take(end == std::string_view::npos ? front.size() : end + 1);
-      if (end != std::string_view::npos) return putIn_ < mostPutIn;
+      if (end == std::string_view::npos) continue;
+      if (putIn_ >= mostPutIn) return false;
+      const std::string name = written_.substr(key_, written_.size() - 1 - key_);
+      written_.resize(key_ - marker.size());
+      putValue(name);
+      return true;
     }
     return false;
   }
 
-  void putValue() {
-    const std::string_view key = std::string_view(written_).substr(key_);
-    const std::string_view value = values_.stringValue(KeyName(key.substr(0, key.size() - 1)));
-    written_.resize(key_ - marker.size());
+  void putValue(std::string_view key) {
+    const std::string_view value = values_.stringValue(KeyName(key));
     begun_ = begunAtEndOf(written_);
     putIn_ += value.size();
-    put(value);
+    if (begun_ == 0 && value.find(marker[0]) == std::string_view::npos) {
+      written_.append(value);
+    } else {
+      put(value);
+    }
   }
 
   const PlistDictionary& values_;

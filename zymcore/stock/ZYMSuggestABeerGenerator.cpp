@@ -16,6 +16,7 @@
 #include "zymcore/stock/internal/Needs.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/SummaryRows.h"
 #include "zymcore/store/entities/ZYMInventoryEntity.h"
 #include "zymcore/store/entities/ZYMRecipeEntity.h"
 
@@ -111,7 +112,8 @@ struct ZYMSuggestABeerGenerator::Run : std::enable_shared_from_this<Run> {
   }
 
   void generate();
-  [[nodiscard]] PlistArray compareAll(NSManagedObjectContext& context);
+  [[nodiscard]] PlistArray compareAll(const std::vector<ZYMRecipeEntity*>& recipes,
+                                      NSManagedObjectContext& context);
 
   ZYMSuggestABeerGenerator* generator;  // main thread
   std::atomic<bool> isAbandoned{false};
@@ -119,21 +121,20 @@ struct ZYMSuggestABeerGenerator::Run : std::enable_shared_from_this<Run> {
   std::string html;  // under the lock
 };
 
-// For each recipe by name its rows that are short; how many there are where no group wants them.
-PlistArray ZYMSuggestABeerGenerator::Run::compareAll(NSManagedObjectContext& context) {
-  const auto recipes = ZYMRecipeEntity::findAllObjectsInContext_predicate_sortDescriptor(
-      &context, std::nullopt, NSSortDescriptor(attributes::name, true));
+// For each recipe its rows that are short; how many there are where no group wants them.
+PlistArray ZYMSuggestABeerGenerator::Run::compareAll(const std::vector<ZYMRecipeEntity*>& recipes,
+                                                     NSManagedObjectContext& context) {
   const StockOf stockOf = stockOfAll(context);
   std::map<std::string, int> holders;
-  for (const ZYMRecipeEntity* recipe : recipes.value_or(std::vector<ZYMRecipeEntity*>())) {
+  for (const ZYMRecipeEntity* recipe : recipes) {
     if (const auto uuid = recipe->uuid()) ++holders[*uuid];
   }
   PlistArray results;
-  for (std::size_t i = 0; recipes && i < recipes->size() && isWanted(); ++i) {
+  for (std::size_t i = 0; i < recipes.size() && isWanted(); ++i) {
     try {
-      const auto uuid = (*recipes)[i]->uuid();
+      const auto uuid = recipes[i]->uuid();
       std::optional<PlistDictionary> recipe;
-      if (uuid && holders[*uuid] == 1) recipe = (*recipes)[i]->dictionaryRepresentation();
+      if (uuid && holders[*uuid] == 1) recipe = recipes[i]->dictionaryRepresentation();
       PlistArray rows = missingIngredients(
           ingredientsRequiredForRecipe(std::move(recipe).value_or(PlistDictionary())), stockOf);
       const std::size_t missing = rows.size();
@@ -142,7 +143,7 @@ PlistArray ZYMSuggestABeerGenerator::Run::compareAll(NSManagedObjectContext& con
       NSLog(damage.what());
       results.append(tooManyMissing);
     }
-    tellProgress(static_cast<float>(i + 1) / static_cast<float>(recipes->size()));
+    tellProgress(static_cast<float>(i + 1) / static_cast<float>(recipes.size()));
   }
   return results;
 }
@@ -155,15 +156,16 @@ void ZYMSuggestABeerGenerator::Run::generate() {
   });
   if (!coordinator) return;
   PlistArray results;
-  {
-    NSManagedObjectContext context(NSPrivateQueueConcurrencyType);
-    context.setUndoManager(nullptr);
-    context.setPersistentStoreCoordinator(coordinator);
-    context.performBlockAndWait([&] { results = compareAll(context); });
-  }
-  std::vector<ZYMSummary> summaries;
-  NSRunLoop::mainRunLoop().performOnMainThreadAndWait([&] {
-    if (isWanted()) summaries = ZYMRecipes::sharedInstance().summariesForAllRecipes();
+  std::vector<ZYMSummary> summaries;  // of the same moment, and without keeping the main thread
+  NSManagedObjectContext context(NSPrivateQueueConcurrencyType);
+  context.setUndoManager(nullptr);
+  context.setPersistentStoreCoordinator(coordinator);
+  context.performBlockAndWait([&] {
+    const auto recipes = ZYMRecipeEntity::findAllObjectsInContext_predicate_sortDescriptor(
+        &context, std::nullopt, NSSortDescriptor(attributes::name, true));
+    if (!recipes) return;
+    summaries = summariesOf({recipes->begin(), recipes->end()});
+    results = compareAll(*recipes, context);
   });
   if (!isWanted()) return;
   PlistDictionary page;

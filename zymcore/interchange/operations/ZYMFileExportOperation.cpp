@@ -14,9 +14,11 @@
 #include "zymcore/platform/formats/NSJSONSerialization.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
 #include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/platform/services/WebView.h"
 #include "zymcore/platform/text/NSString.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSLog.h"
+#include "zymcore/reports/ZYMHTML.h"
 
 namespace zym {
 namespace {
@@ -46,6 +48,19 @@ Bytes packageOf(const PlistValue& item, NSError& /*error*/) {
 template <class Format>
 Bytes fileOf(const PlistValue& item, NSError& /*error*/) {
   return std::string(Format::dataForItem(*item.dictionary()).view());
+}
+
+Bytes pageOf(const PlistValue& item, NSError& /*error*/) {
+  PlistDictionary document = *item.dictionary();
+  return document.contains(keys::ModifiedRecipe) ? ZYMHTML::renderBatchToHTMLForWeb(document)
+                                                 : ZYMHTML::renderRecipeToHTMLForWeb(document);
+}
+
+Bytes PDFOf(const PlistValue& item, NSError& error) {
+  constexpr double width = 600;
+  WebView view(width);
+  view.loadHTMLString(*pageOf(item, error));
+  return view.dataWithPDF(&error);
 }
 
 // ---- Names
@@ -81,7 +96,6 @@ struct ZYMFileExportOperation::Kind {
   std::string_view extension;
   const char* itemMessage;
   const char* pathMessage;
-  /// Null where there is no writer.
   Bytes (*bytesOf)(const PlistValue& item, NSError& error);
 };
 
@@ -99,9 +113,9 @@ constexpr ZYMFileExportOperation::Kind ZYMFileExportOperation::kinds[] = {
     {ZYMExportFileType::BeerXML, "xml", "Item is required to be an NSDcitionary for REC export",
      "path is required to be a directory for REC export", fileOf<ZYMBeerXML>},
     {ZYMExportFileType::HTML, "htm", "Item is required to be an NSDcitionary for HTM export",
-     "path is required to be a directory for REC export", nullptr},
+     "path is required to be a directory for REC export", pageOf},
     {ZYMExportFileType::PDF, "pdf", "Item is required to be an NSDcitionary for PDF export",
-     "path is required to be a directory for REC export", nullptr},
+     "path is required to be a directory for PDF export", PDFOf},
 };
 
 void ZYMFileExportOperation::main() {
@@ -134,7 +148,6 @@ void ZYMFileExportOperation::exportItem() {
     return refuse(kind->pathMessage);
   }
   if (!fits) return refuse(kind->itemMessage);
-  if (!kind->bytesOf) return refuse("files of this kind can't be written yet");
 
   NSError error;
   const Bytes bytes = kind->bytesOf(item_, error);

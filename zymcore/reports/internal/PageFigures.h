@@ -27,7 +27,7 @@ template <>
 
 template <class Transformer>
 [[nodiscard]] std::string shown(double number) {
-  const PlistValue value(number);
+  const PlistValue value(number + 0.0);  // never "-0" of nothing
   return shown<Transformer>(&value);
 }
 template <class Transformer>

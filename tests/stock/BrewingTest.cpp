@@ -1,21 +1,14 @@
 // A brew writes the stock down: what it leaves, that it is one change, whole or not at all.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-
 #include "tests/stock/Shelf.h"
 #include "tests/support/Child.h"
+#include "tests/support/Test.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr KeyName malts = keys::FermentableIngredients;
 

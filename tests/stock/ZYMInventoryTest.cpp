@@ -1,7 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "tests/stock/Shelf.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/stock/ZYMInventory.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
@@ -11,8 +10,6 @@
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
 
 class Inventory : public testing::WithShelf {
  protected:

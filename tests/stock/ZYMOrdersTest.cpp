@@ -1,16 +1,12 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "tests/stock/Shelf.h"
+#include "tests/support/Test.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/stock/ZYMOrders.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::UnorderedElementsAre;
 
 class Orders : public testing::WithShelf {
  protected:

@@ -2,23 +2,13 @@
 
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/SafeJSON.h"
-#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/platform/events/NSOperationQueue.h"
-#include "zymcore/platform/host/NSFileManager.h"
-#include "zymcore/platform/values/NSLog.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMHopEntity.h"
-#include "zymcore/store/entities/ZYMImageEntity.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
 #include "zymcore/transformers/ZYMTemperatureValueTransformer.h"
 
 namespace zym {

@@ -3,16 +3,9 @@
 #include <ctime>
 
 #include "tests/support/Differences.h"
-#include "tests/support/Json.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMGroupEntity.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {

@@ -1,11 +1,5 @@
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
-#include "zymcore/platform/host/NSFileManager.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {

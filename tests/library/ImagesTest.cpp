@@ -1,13 +1,7 @@
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
 #include "zymcore/library/recipes/ZYMImageUtils.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
-#include "zymcore/platform/host/NSFileManager.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMImageEntity.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {

@@ -1,8 +1,4 @@
-#include "tests/support/Json.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/StockKeys.h"
-#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMFermentables.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMMashSchedules.h"
@@ -11,12 +7,7 @@
 #include "zymcore/library/ZYMSuppliers.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
-#include "zymcore/platform/values/NSException.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMInventoryEntity.h"
-#include "zymcore/store/entities/ZYMProfileEntity.h"
-#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym {
 namespace {

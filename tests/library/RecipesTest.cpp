@@ -1,21 +1,12 @@
 #include "tests/support/Differences.h"
-#include "tests/support/Json.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/ZYMStyles.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMGroupEntity.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
-#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym {
 namespace {

@@ -1,9 +1,6 @@
 // The seed data and the style lists that come with the program.
 
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/RecordKeys.h"
-#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMFermentables.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMMashSchedules.h"

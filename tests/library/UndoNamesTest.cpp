@@ -2,13 +2,9 @@
 
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {

@@ -2,8 +2,6 @@
 
 #include "tests/stock/Shelf.h"
 #include "tests/support/Child.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
 

@@ -2,9 +2,7 @@
 
 #include "tests/stock/SecondWriting.h"
 #include "tests/stock/Shelf.h"
-#include "tests/support/Test.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
-#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
 
 namespace zym {

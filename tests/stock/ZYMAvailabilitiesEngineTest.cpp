@@ -1,9 +1,6 @@
 
 #include "tests/stock/Shelf.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/platform/host/NSAlert.h"
-#include "zymcore/platform/values/NSLog.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
 #include "zymcore/stock/internal/Lots.h"
 

@@ -1,12 +1,8 @@
 
 #include "tests/stock/Shelf.h"
-#include "tests/support/Test.h"
-#include "zymcore/platform/values/NSException.h"
 #include "zymcore/stock/ZYMInventory.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
-#include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/ZYMInventoryBatchEntity.h"
-#include "zymcore/store/entities/ZYMInventoryEntity.h"
 
 namespace zym {
 namespace {

@@ -1,7 +1,5 @@
 
 #include "tests/stock/Shelf.h"
-#include "tests/support/Test.h"
-#include "zymcore/platform/values/NSException.h"
 #include "zymcore/stock/ZYMOrders.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
 

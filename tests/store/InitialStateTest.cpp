@@ -1,6 +1,5 @@
 #include "tests/support/Child.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
 #include "zymcore/store/ZYMCachingModel.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"

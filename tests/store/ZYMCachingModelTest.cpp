@@ -1,11 +1,7 @@
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSNotFound.h"
 #include "zymcore/store/ZYMCachingModel.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMHopEntity.h"
 
 namespace zym {
 namespace {

@@ -1,14 +1,8 @@
 #include <barrier>
 
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/platform/events/NSRunLoop.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/platform/values/NSLog.h"
-#include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/ZYMOneChange.h"
 #include "zymcore/store/ZYMUndoGroup.h"
-#include "zymcore/store/entities/ZYMHopEntity.h"
 
 namespace zym {
 namespace {

@@ -47,17 +47,6 @@ class Recalculation : public testing::WithDefaults {
   }
 };
 
-// 5 kg at 80 % yield and 80 % efficiency are 3200 g of extract: 28.6174 degrees Plato, a quarter
-// of them left, 260 / (260 - 7.1543).
-TEST_F(Recalculation, GravitiesOfAnAllGrainBeer) {
-  const PlistDictionary recipe =
-      recipeWith({{keys::FermentableIngredients, PlistArray{grain("5000")}},
-                  {keys::YeastIngredients, PlistArray{yeast("75")}}});
-  EXPECT_EQ(recipe.stringValue(keys::ExpectedOriginalGravity), "1.123680");
-  EXPECT_EQ(recipe.stringValue(keys::ExpectedPreBoilGravity), "1.103067");
-  EXPECT_EQ(recipe.stringValue(keys::ExpectedFinalGravity), "1.028295");
-}
-
 // In the language of the user and in English, whatever the case; a sugar by an attenuation of 80
 // takes 0.2 and 0.225 of its points out, lactose adds 1.225.
 TEST_F(Recalculation, SugarFermentsOutAndLactoseStays) {

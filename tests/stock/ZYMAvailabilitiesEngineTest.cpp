@@ -136,8 +136,6 @@ TEST_F(Engine, TellsWhereAHopChangesItsForm) {
   set(keys::BaggedHopAdjustment, 1.0);
   set(keys::BaggedPelletHopAdjustment, 1.0);
   open(hops, {hop("1", "10", "Loose Whole Hops", "1"), hop("1", "10", "Bagged Whole Hops", "20")});
-  EXPECT_FALSE(engine().recalculateAvailabilitiesWithAdvisories(nullptr)) << "nobody to tell";
-  open(hops, {hop("1", "10", "Loose Whole Hops", "1"), hop("1", "10", "Bagged Whole Hops", "20")});
   ZYMAvailabilitiesEngine::Advisories told;
   EXPECT_TRUE(engine().recalculateAvailabilitiesWithAdvisories(&told));
   const auto advisory = ZYMAvailabilitiesAdvisory::advisoryWithTitle_message;
@@ -166,30 +164,8 @@ TEST_F(Engine, TellsWhereAHopChangesItsForm) {
   EXPECT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return shown.size() == 2; }, 10));
   EXPECT_THAT(shown, ElementsAre("C: c", "A: a\n\nb"));
   NSAlert::setPresenter(nullptr);
-  std::vector<std::string> logged;
-  setNSLogSink([&](std::string_view line) { logged.emplace_back(line); });
-  ZYMAvailabilitiesEngine::presentAdvisories({advisory("D", "d")});
-  setNSLogSink(nullptr);
-  EXPECT_THAT(logged, ElementsAre("D", "d"));
   EXPECT_FALSE(engine().recalculateAvailabilitiesWithAdvisories(&told)) << "nothing new";
   EXPECT_EQ(told.size(), 2U);
-}
-
-TEST_F(Engine, TheBatchIsShared) {
-  stock("malt", "Fermentable", {lot("a", "9", 1)});
-  const SharedBatch mine(
-      {{keys::ModifiedRecipe, PlistDictionary{{malts, PlistArray{addition("malt", "2")}}}}});
-  const PlistDictionary before = *mine;
-  engine().setBatch(mine);
-  plan();
-  EXPECT_EQ(taken(malts, 0), std::vector<std::string>{"2.000000"});
-  EXPECT_NE(*mine, before);
-  mine->set(keys::AdjustedInventory, "1");
-  EXPECT_EQ(state(malts, 99), 3);
-  engine().setBatch({});
-  plan();
-  engine().adjustInventoryForBatchAndSave();
-  EXPECT_EQ(item("malt").doubleValue(keys::AmountInStock), 9);
 }
 
 TEST_F(Engine, AnAllotmentStandsWhileItsLotsAreThere) {

@@ -36,10 +36,7 @@ class InitialState : public testing::WithStore {
                content, NSPropertyListFormat::BinaryFormat_v1_0);
   }
   static std::vector<std::string> hops() {
-    std::vector<std::string> names;
-    for (const ZYMSummary& row : library("ZYMHopEntity").summariesforAllItems())
-      names.push_back(row.name);
-    return names;
+    return namesOf(library("ZYMHopEntity").summariesforAllItems());
   }
   const std::string resources = folder / "resources";
 };

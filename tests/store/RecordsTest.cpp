@@ -29,10 +29,7 @@ class Records : public testing::WithStore {
     return {{keys::StepType, type}, {keys::UUID, uuid}, {keys::Duration, "10"}};
   }
   static std::vector<std::string> uuids(const PlistDictionary& record, KeyName rows) {
-    std::vector<std::string> result;
-    for (const PlistDictionary& row : record.rows(rows))
-      result.emplace_back(row.stringValue(keys::UUID));
-    return result;
+    return texts(record.array(rows), keys::UUID);
   }
 };
 
@@ -173,12 +170,8 @@ TEST_F(Records, ARecipeWithoutADocumentIsAbsentAndADamagedOneThrows) {
   const NSData text(*BinaryPropertyList::write(PlistValue("text")));
   for (const NSData& damaged : {NSData("bplist00"), NSData("bplist00\xff\xff\xff"), text}) {
     recipe.setDocument_forKey(damaged, attributes::data);
-    try {
-      (void)recipe.dictionaryRepresentation();
-      FAIL();
-    } catch (const NSException& fault) {
-      EXPECT_EQ(fault.reason().find("the document of an object without uuid can't be read: "), 0U);
-    }
+    EXPECT_THAT(reasonOf([&] { (void)recipe.dictionaryRepresentation(); }),
+                ::testing::StartsWith("the document of an object without uuid can't be read: "));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
+#include "tests/support/TextTable.h"
 #include "zymcore/documents/SafeJSON.h"
 #include "zymcore/interchange/ParsedRecipeKeys.h"
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
@@ -141,13 +142,10 @@ TEST_F(FileImportTest, KnowsFermentablesByTheirNamesHere) {
     const PlistDictionary malt = *recipe.array(keys::FermentableIngredients)->find(0)->dictionary();
     EXPECT_EQ(malt.stringValue(keys::Ingredient), match.nameMatched);
     EXPECT_NE(malt.stringValue(keys::UUID), "");
-    EXPECT_EQ(malt.stringValue(keys::IsGrain), c.isGrain);
-    EXPECT_EQ(malt.stringValue(keys::MustBeMashed), c.isGrain);
-    EXPECT_EQ(malt.stringValue(keys::When),
-              *c.isGrain == '1' ? "In Mash/Steeped" : "Start Of Boil");
-    EXPECT_EQ(malt.stringValue(keys::Amount), "4500.000000");
-    EXPECT_EQ(malt.stringValue(keys::Extract), "70");
-    EXPECT_EQ(malt.stringValue(keys::Moisture), "4.0");
+    EXPECT_EQ(shown(malt, {keys::IsGrain, keys::MustBeMashed, keys::When, keys::Amount,
+                           keys::Extract, keys::Moisture}),
+              std::string(*c.isGrain == '1' ? "1 1 In Mash/Steeped" : "0 0 Start Of Boil") +
+                  " 4500.000000 70 4.0");
   }
 }
 
@@ -223,37 +221,28 @@ TEST(ImportMatch, IsPoorWhereNameOrFigureIsFarOff) {
 }
 
 TEST_F(FileImportTest, PutsHopsWhereTheyBelong) {
-  const struct {
-    const char *use, *time, *boil, *when, *minutes;
-  } cases[] = {
-      {"Boil", "60", "60", "60 Min From End", "60"},
-      {"Boil", "75", "75", "All Of Boil", "75"},
-      {"Boil", "0", "60", "Dry-Hopped", "0"},
-      {"Boil", "-5", "60", "Dry-Hopped", "0"},
-      {"Boil", "33", "60", "35 Min From End", "35"},
-      {"Boil", "65", "90", "60 Min From End", "60"},
-      {"Boil", "500", "60", "60 Min From End", "60"},
-      {"boil", "15 minutes", "60", "15 Min From End", "15"},
-      {"Boil", "120", "120", "All Of Boil", "120"},
-      {"Boil", "500", "1000", "In Mash", "1000"},
-      {"Boil", "10", "-1e300", "All Of Boil", "-1e300"},
-      {"Boil", "99999999999999999999", "99999999999999999999", "All Of Boil",
-       "99999999999999999999"},
-      {"Dry Hop", "5", "60", "Dry-Hopped", "0"},
-      {"First Wort", "60", "60", "First Wort Hopped", "60"},
-      {"Aroma", "5", "60", "At turn off", "0"},
-      {"Mash", "60", "90", "In Mash", "90"},
-      {"Aroma in the mash", "60", "90", "In Mash", "90"},
-      {"Whirlpool", "60", "90", "In Mash", "90"},
-  };
-  for (const auto& c : cases) {
-    const PlistDictionary in = hop(c.use, c.time, c.boil);
-    const std::string which = std::string(c.use) + " " + c.time + " of " + c.boil;
-    EXPECT_EQ(in.stringValue(keys::When), c.when) << which;
-    EXPECT_EQ(in.stringValue(keys::Minutes), c.minutes) << which;
-    EXPECT_EQ(in.stringValue(keys::Amount), "20.000000");
-    EXPECT_EQ(in.stringValue(keys::Alpha), "4.2");
-    EXPECT_EQ(in.stringValue(keys::Form), "Loose Whole Hops");
+  // Use, minutes and those of the boil.
+  const char* const rows = R"(
+      Boil, 60, 60 -> 60 Min From End, 60 | Boil, 75, 75 -> All Of Boil, 75
+      Boil, 0, 60 -> Dry-Hopped, 0 | Boil, -5, 60 -> Dry-Hopped, 0
+      Boil, 33, 60 -> 35 Min From End, 35 | Boil, 65, 90 -> 60 Min From End, 60
+      Boil, 500, 60 -> 60 Min From End, 60 | boil, 15 minutes, 60 -> 15 Min From End, 15
+      Boil, 120, 120 -> All Of Boil, 120 | Boil, 500, 1000 -> In Mash, 1000
+      Boil, 10, -1e300 -> All Of Boil, -1e300
+      Boil, 99999999999999999999, 99999999999999999999 -> All Of Boil, 99999999999999999999
+      Dry Hop, 5, 60 -> Dry-Hopped, 0 | First Wort, 60, 60 -> First Wort Hopped, 60
+      Aroma, 5, 60 -> At turn off, 0 | Mash, 60, 90 -> In Mash, 90
+      Aroma in the mash, 60, 90 -> In Mash, 90 | Whirlpool, 60, 90 -> In Mash, 90)";
+  for (const auto& [given, placed] : rowsOf(rows)) {
+    const std::size_t first = given.find(", ");
+    const std::size_t last = given.rfind(", ");
+    const PlistDictionary in = hop(
+        given.substr(0, first), given.substr(first + 2, last - first - 2), given.substr(last + 2));
+    EXPECT_EQ(
+        std::string(in.stringValue(keys::When)).append(", ").append(in.stringValue(keys::Minutes)),
+        placed)
+        << given;
+    EXPECT_EQ(shown(in, {keys::Amount, keys::Alpha, keys::Form}), "20.000000 4.2 Loose Whole Hops");
   }
   const PlistDictionary pellets =
       ingredient(parsedKeys::HOPS, {{parsedKeys::NAME, "Fuggle"}, {parsedKeys::FORM, "PELLETS"}},
@@ -272,8 +261,7 @@ TEST_F(FileImportTest, TakesOthersAndYeasts) {
         parsedKeys::MISCS,
         {{parsedKeys::NAME, "Irish Moss"}, {parsedKeys::USE, use}, {parsedKeys::AMOUNT, "5"}},
         keys::OtherIngredients);
-    EXPECT_EQ(other.stringValue(keys::When), when) << use;
-    EXPECT_EQ(other.stringValue(keys::Amount), "5");
+    EXPECT_EQ(shown(other, {keys::When, keys::Amount}), std::string(when) + " 5") << use;
     EXPECT_THAT(std::string(other.stringValue(keys::Ingredient)), HasSubstr("Irish Moss"));
   }
   EXPECT_NO_THROW(
@@ -288,9 +276,8 @@ TEST_F(FileImportTest, TakesOthersAndYeasts) {
                                        {keys::Amount, "7"}});
   EXPECT_THAT(std::string(known.stringValue(keys::Name)), HasSubstr("BRY-97"));
   EXPECT_EQ(known.size(), 6U) << "not the library's record";
-  EXPECT_EQ(known.stringValue(keys::Amount), "1");
-  EXPECT_EQ(known.stringValue(keys::YeastAmountType), "Commercial Pack");
-  EXPECT_EQ(known.stringValue(keys::UsageNote), "");
+  EXPECT_EQ(shown(known, {keys::Amount, keys::YeastAmountType, keys::UsageNote}),
+            "1 Commercial Pack ");
   // A form that no yeast has is no filter.
   EXPECT_EQ(yeast({{parsedKeys::YEAST_NAME, "Bry-97"}, {parsedKeys::YEAST_FORM, "Frozen"}})
                 .stringValue(keys::Name),
@@ -326,12 +313,12 @@ TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
   for (const auto& c : cases) {
     EXPECT_EQ(process({{c.key, c.text}}).stringValue(c.resultKey), c.result) << c.text;
   }
-  EXPECT_EQ(process({{parsedKeys::AGE, "28"}, {parsedKeys::AGE_TEMP, "7.9"}})
-                .stringValue(keys::Conditioning),
-            "Lagered for 4 weeks");
-  EXPECT_EQ(process({{parsedKeys::AGE, "28"}, {parsedKeys::AGE_TEMP, "8"}})
-                .stringValue(keys::Conditioning),
-            "Matured for 4 weeks");
+  for (const auto& [degrees, text] :
+       {std::pair("7.9", "Lagered for 4 weeks"), {"8", "Matured for 4 weeks"}}) {
+    EXPECT_EQ(process({{parsedKeys::AGE, "28"}, {parsedKeys::AGE_TEMP, degrees}})
+                  .stringValue(keys::Conditioning),
+              text);
+  }
   for (const char* age : {"soon", "nan", "1e300", "-1e300", "1e999", "-7", ""}) {
     const std::string text(process({{parsedKeys::AGE, age}}).stringValue(keys::Conditioning));
     EXPECT_THAT(text, ::testing::StartsWith("Matured for ")) << age;
@@ -409,8 +396,8 @@ TEST_F(FileImportTest, ImportsARecipeWithBatchesAndPicturesAsOneStepAndSave) {
   EXPECT_EQ(recipe.find(keys::Batches), nullptr);
   EXPECT_EQ(recipe.find(keys::Images), nullptr);
   const PlistDictionary& profile = *recipe.dictionary(keys::Profile);
-  EXPECT_EQ(profile.stringValue(keys::ProfileName), "Specific to this recipe");
-  EXPECT_EQ(profile.stringValue(keys::PreBoilVolume), "33333.0");
+  EXPECT_EQ(shown(profile, {keys::ProfileName, keys::PreBoilVolume}),
+            "Specific to this recipe 33333.0");
 
   const auto sizesOf = [&](const std::string& owner) {
     std::vector<NSSize> sizes;
@@ -428,10 +415,9 @@ TEST_F(FileImportTest, ImportsARecipeWithBatchesAndPicturesAsOneStepAndSave) {
   EXPECT_NE(batchUUID, "BATCH-IN-FILE");
   EXPECT_THAT(sizesOf(batchUUID), ElementsAre(NSSize{7, 9}));
   const auto batch = recipes().batchWithUUID(batchUUID);
-  const PlistDictionary& own = *batch->dictionary(keys::ModifiedRecipe)->dictionary(keys::Profile);
-  EXPECT_EQ(own.stringValue(keys::PreferredSpargeMethod), "Batch Sparge");
-  EXPECT_EQ(own.stringValue(keys::WaterGrainRatio), "3.25");
-  EXPECT_EQ(own.stringValue(keys::MTThermalMass), "700");
+  EXPECT_EQ(shown(*batch->dictionary(keys::ModifiedRecipe)->dictionary(keys::Profile),
+                  {keys::PreferredSpargeMethod, keys::WaterGrainRatio, keys::MTThermalMass}),
+            "Batch Sparge 3.25 700");
 
   EXPECT_EQ(undoManager().undoActionName(), "Import Recipe");
   undoManager().undo();
@@ -512,9 +498,8 @@ TEST_F(FileImportTest, ASaveThatFailsIsNoSuccess) {
   NSManagedObjectContext other(NSPrivateQueueConcurrencyType);
   other.setPersistentStoreCoordinator(model().persistentStoreCoordinator());
   other.performBlockAndWait([&] {
-    const auto hops =
-        ZYMHopEntity::findAllObjectsInContext_predicate_sortDescriptor(&other, {}, {});
-    for (auto* hop : *hops) hop->setName("theirs");
+    (*ZYMHopEntity::findAllObjectsInContext_predicate_sortDescriptor(&other, {}, {}))[0]->setName(
+        "theirs");
     EXPECT_TRUE(other.save());
   });
   const testing::Posts posts{succeeded, failed};

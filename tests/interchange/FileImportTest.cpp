@@ -203,7 +203,7 @@ TEST(ImportMatch, IsPoorWhereNameOrFigureIsFarOff) {
       {words::Fermentable, 0.4, std::nullopt, std::nullopt, false},
       {words::Fermentable, 0.3, 10, 10, true},
       {words::Fermentable, 1, 2, 3.5, false},
-      {words::Fermentable, 1, 2, 3.75, true},
+      {words::Fermentable, 1, 2, 3.55, true},
       {words::Fermentable, 1, 40, 54, false},
       {words::Fermentable, 1, 40, 54.5, true},
       {words::Fermentable, 1, 60, 20, true},
@@ -284,6 +284,16 @@ TEST_F(FileImportTest, TakesOthersAndYeasts) {
             known.stringValue(keys::Name));
   EXPECT_THAT(*process({{keys::YeastIngredients, PlistArray()}}).array(keys::YeastIngredients),
               IsEmpty());
+}
+
+// A record counts as a hundred letters and those of its names.
+TEST_F(FileImportTest, NamesHaveABoundTogether) {
+  const auto yeastOf = [](std::size_t letters) {
+    const PlistDictionary yeast{{parsedKeys::YEAST_NAME, std::string(letters, 'y')}};
+    return PlistDictionary{{keys::YeastIngredients, PlistArray{yeast}}};
+  };
+  EXPECT_NO_THROW((void)process(yeastOf(199'800)));
+  EXPECT_EQ(reasonOf([&] { (void)process(yeastOf(199'801)); }), "more names than any recipe has");
 }
 
 TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
@@ -552,6 +562,7 @@ TEST_F(FileImportTest, AFailureStoresNothing) {
             std::regex_replace(bitter, std::regex("Fuggle"), std::string(3'000'000, 'a'))),
        "more names"},
       {file("empty.wm2", ""), ""},
+      {file("huge.wm2", ""), "File too large"},
       {file("cut.wm2", ownFile().substr(0, ownFile().size() / 2)), ""},
       {file("list.wm2", "[{}]"), "list"},
       {file("number.wm2", "7"), ""},
@@ -560,6 +571,7 @@ TEST_F(FileImportTest, AFailureStoresNothing) {
       {file("a.rec", "x"), "yet"},
       {file("a.ing", "x"), "yet"},
   };
+  fs::resize_file(folder / "huge.wm2", (64U << 20U) + 1);
   const std::string before = storeBytes();
   for (const auto& c : cases) {
     const testing::Posts posts{succeeded, failed};

@@ -32,8 +32,6 @@ PlistDictionary adjunct(const char* name, const char* amount, const char* color 
   return changed(R"({"Extract": "100", "IsGrain": "0", "When": "Start Of Boil"})"_json,
                  {{keys::Ingredient, name}, {keys::Amount, amount}, {keys::Color, color}});
 }
-const PlistDictionary hop = R"({"Alpha": "5", "Amount": "20", "Form": "Loose Whole Hops",
-                                "When": "All Of Boil", "Minutes": "60"})"_json;
 PlistDictionary yeast(const char* attenuation) {
   return {{keys::Attenuation, attenuation}};
 }
@@ -47,44 +45,7 @@ class Recalculation : public testing::WithDefaults {
     ZYMBeerCalculations::recalculateBeerRecipe(recipe);
     return recipe;
   }
-  static double colorOf(const PlistDictionary& fermentable) {
-    return recipeWith({{keys::FermentableIngredients, PlistArray{fermentable}}})
-        .doubleValue(keys::ExpectedColor);
-  }
-  /// Of 4 kg of grain, 2560 g of extract, in 20 l.
-  static PlistDictionary batchWith(Changes inActuals, Changes inBatch = {}) {
-    PlistDictionary batch{{keys::ModifiedRecipe,
-                           changed(wort, {{keys::PreBoilWortVolume, "25000"},
-                                          {keys::FinalWortVolume, "20000"},
-                                          {keys::FermentableIngredients, PlistArray{grain("4000")}},
-                                          {keys::HopIngredients, PlistArray{hop}}})},
-                          {keys::Actuals, changed({{keys::PreBoilWortVolume, "25000"},
-                                                   {keys::FinalWortVolume, "20000"},
-                                                   {keys::VolumeToFermenter, "20000"},
-                                                   {keys::VolumeAtPitching, "20000"},
-                                                   {keys::FinalBatchVolume, "19000"}},
-                                                  inActuals)},
-                          {keys::SpargeMethod, words::FlySparge},
-                          {keys::WaterGrainRatio, "2.5"}};
-    batch = changed(batch, inBatch);
-    ZYMBeerCalculations::recalculateBatch(batch);
-    return batch;
-  }
-  static std::string measured(const PlistDictionary& batch, KeyName key) {
-    return std::string(batch.dictionary(keys::Actuals)->stringValue(key));
-  }
 };
-
-// 5 kg at 80 % yield and 80 % efficiency are 3200 g of extract: 28.6174 degrees Plato, a quarter
-// of them left, 260 / (260 - 7.1543).
-TEST_F(Recalculation, GravitiesOfAnAllGrainBeer) {
-  const PlistDictionary recipe =
-      recipeWith({{keys::FermentableIngredients, PlistArray{grain("5000")}},
-                  {keys::YeastIngredients, PlistArray{yeast("75")}}});
-  EXPECT_EQ(recipe.stringValue(keys::ExpectedOriginalGravity), "1.123680");
-  EXPECT_EQ(recipe.stringValue(keys::ExpectedPreBoilGravity), "1.103067");
-  EXPECT_EQ(recipe.stringValue(keys::ExpectedFinalGravity), "1.028295");
-}
 
 // In the language of the user and in English, whatever the case; a sugar by an attenuation of 80
 // takes 0.2 and 0.225 of its points out, lactose adds 1.225.
@@ -121,41 +82,6 @@ TEST_F(Recalculation, SugarFermentsOutAndLactoseStays) {
   NSBundle::setMainBundle(NSBundle());
 }
 
-TEST_F(Recalculation, Colour) {
-  // 1 lb of 10 °L in 10 l is 3.78541 MCU, of which the mash takes 0.8 times 0.8.
-  const auto extract = [](double mcu) {
-    return changed(adjunct("Extract", "453.59"), {{keys::Color, mcu * 10000 / 3785.41}});
-  };
-  struct Row {
-    int formula;
-    PlistDictionary fermentable;
-    double color;
-  };
-  for (const Row& row :
-       {Row{0, extract(10), 7.2398078}, Row{1, extract(10), 10.4}, Row{2, extract(10), 7.7},
-        Row{3, extract(10), 11}, Row{3, extract(0.0999), 0.0999}, Row{3, extract(0.1001), 1.1001},
-        Row{3, grain("4535.9"), 30 * 0.378541 * 0.64 + 1}, Row{4, extract(10), 0},
-        // A colouring counts outside the formula.
-        Row{2, adjunct("Colour", "10", "2000"), 4.7 + 2}, Row{3, adjunct("", "10", "2000"), 2},
-        Row{3, adjunct("", "10", "1000"), 10 / 453.59 * 378.541 + 1}}) {
-    set(keys::BeerColorFormula, row.formula);
-    EXPECT_NEAR(colorOf(row.fermentable), row.color, 2e-6) << row.formula << " " << row.color;
-  }
-}
-
-// 40 points in 25 l, as 50 in 20, are 2587.322 g of extract, of the 2560 g that 80 % would give.
-TEST_F(Recalculation, EfficiencyIsMeasuredBeforeTheBoil) {
-  const PlistDictionary before = batchWith({{keys::PreBoilHydroReading, "1.040"}});
-  const PlistDictionary after = batchWith({{keys::OGHydroReading, "1.050"}});
-  EXPECT_EQ(measured(before, keys::ActualMashEfficiency), "80.853816");
-  EXPECT_EQ(measured(after, keys::ActualMashEfficiency), "0.0");
-  EXPECT_EQ(measured(after, keys::IBU), measured(before, keys::IBU));
-  EXPECT_NEAR(std::stod(measured(before, keys::IBU)),
-              50 * 1.65 * std::pow(0.000125, 0.04) * (1 - std::exp(-2.4)) / 4.15, 1e-5);
-  EXPECT_EQ(measured(batchWith({{keys::PreBoilHydroReading, "1.0"}}), keys::ActualMashEfficiency),
-            "0.0");
-}
-
 TEST_F(Recalculation, MashThicknessWithoutSparge) {
   set(keys::BoilingPoint, 100);
   const auto ratio = [](std::string_view second, std::string_view sparge, const char* malt) {
@@ -180,26 +106,6 @@ TEST_F(Recalculation, MashThicknessWithoutSparge) {
   EXPECT_EQ(ratio(words::RestAt, words::NoSparge, "0.09"), "2.000000");
   EXPECT_EQ(ratio(words::RestAt, words::NoSparge, "0.1"), "250001.000000");
   EXPECT_EQ(ratio(words::RaiseByInfusion, words::FlySparge, "4000"), "3.1");
-}
-
-TEST_F(Recalculation, CostSumsAllocationsInSinglePrecision) {
-  const auto addition = [](const char* amount, const char* cost) {
-    return PlistArray{
-        PlistDictionary{{keys::Batches,
-                         PlistArray{PlistDictionary{{keys::Amount, amount}, {keys::Cost, cost}}}}},
-        PlistDictionary{{keys::Amount, "5"}}};
-  };
-  PlistDictionary b{{keys::ModifiedRecipe,
-                     PlistDictionary{{keys::FermentableIngredients, addition("4000", "0.0015")},
-                                     {keys::HopIngredients, addition("20", "0.1")},
-                                     {keys::OtherIngredients, addition("1", "0.25")},
-                                     {keys::YeastIngredients, addition("2", "33333333.3")}}}};
-  ZYMBeerCalculations::recalculateBatchCost(b);
-  // 33333333.3 is 33333334 in single precision.
-  EXPECT_EQ(b.stringValue(keys::Cost), "66666676.250000");
-  const PlistDictionary kept = batchWith({}, {{keys::Cost, "12.50"}});
-  EXPECT_EQ(kept.stringValue(keys::Cost), "12.50");
-  EXPECT_EQ(kept.dictionary(keys::ModifiedRecipe)->stringValue(keys::Cost), "0.000000");
 }
 
 TEST_F(Recalculation, NothingInNothingOut) {

@@ -178,32 +178,8 @@ TEST(BeerXML, EveryFixtureIsExpected) {
 TEST(BeerXML, KeepsEveryTagOfACompleteRecipe) {
   const auto recipe = ZYMBeerXML::parseFileData(contentsOf(fixtures / "complete.xml"));
   ASSERT_TRUE(recipe);
-  const char* const texts = R"(
-      Acid -> 2.5 | TYPE -> Partial Mash | MashEfficiency -> 71.5 |
-      FermentationTemperature -> 10.5 | AGE -> 42.0 | FORCED_CARBONATION -> FALSE |
-      FinalBatchVolume -> 18927.100000 | FinalWortVolume -> 18927.100000 |
-      VolumeAtPitching -> 18927.100000 | VolumeToFermenter -> 18927.100000 |
-      VolumeWaterAdded -> 0.0 | PreBoilWortVolume -> 23500.000000 |
-      PRIMING_SUGAR_NAME -> Corn Sugar | BoilDuration -> 90 | Attenuation -> 72.0 % |
-      YeastIngredients/1/YEAST NAME -> Swiss | YeastIngredients/0/YEAST TYPE -> Lager |
-      YeastIngredients/1/YEAST FORM -> Dry | YeastIngredients/2/YEAST FORM -> absent |
-      CALCIUM -> 75.0 | SULFATE -> 10 | CHLORIDE -> 2 | SODIUM -> 1 | MAGNESIUM -> 18 |
-      CaCO3 -> 0.1 | CaCl2 -> 0.2 | CaSO4 -> 0.3 | MgSO4 -> 0.4 | NaCl -> 0.5 | NaHCO3 -> 0.6 |
-      Carbonation -> Primed With Sugar | Conditioning -> Lagered for 4 weeks |
-      FERMENTABLES/0/NAME -> Munich | FERMENTABLES/0/TYPE -> Grain |
-      FERMENTABLES/0/AMOUNT -> 3500.000000 | FERMENTABLES/0/YIELD -> 79 |
-      FERMENTABLES/0/COLOR -> 9 | FERMENTABLES/0/ORIGIN -> Germany |
-      FERMENTABLES/0/MOISTURE -> 4.5 | FERMENTABLES/0/ADD_AFTER_BOIL -> FALSE |
-      FERMENTABLES/0/WORTMEISTER_UUID -> 4C1C3D0E-0000-4000-8000-000000000001 |
-      FERMENTABLES/0/POTENTIAL -> absent | FERMENTABLES/1/NAME -> Honey |
-      FERMENTABLES/1/AMOUNT -> 0.0 | HOPS/0/TIME -> 90 | HOPS/0/FORM -> Pellet |
-      HOPS/0/WORTMEISTER_FORM -> Loose Pellet Hops | HOPS/1/AMOUNT -> 25.000000 |
-      HOPS/1/TIME -> 60 | HOPS/2/NAME -> Mash without time | HOPS/2/TIME -> 90 |
-      MISCS/0/AMOUNT -> 10.000000 | MISCS/0/AMOUNT IS WEIGHT -> absent |
-      MISCS/0/AMOUNT_IS_WEIGHT -> absent | MISCS/1/AMOUNT -> 0.0 | MASHNAME -> Hochkurz |
-      MASHSTEPS/0/TYPE -> Infusion | MASHSTEPS/1/NAME -> Mash out | MASHSTEPS/1/STEP_TEMP -> 77 |
-      MASHSTEPS/1/STEP_TIME -> 5 | MASHSTEPS/1/AMOUNT -> absent)";
-  for (const auto& [place, text] : rowsOf(texts)) {
+  const NSData expected = contentsOf(fixtures.parent_path() / "complete.txt");
+  for (const auto& [place, text] : rowsOf(std::string(expected.view()))) {
     EXPECT_EQ(textAt(*recipe, place).value_or("absent"), text) << place;
   }
 }

@@ -3,16 +3,9 @@
 #include <ctime>
 
 #include "tests/support/Differences.h"
-#include "tests/support/Json.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMGroupEntity.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {
@@ -57,19 +50,7 @@ TEST_F(Batches, ANewOneIsMadeOfTheRecipeAndTheDefaultProfile) {
                 60);
     batch.remove(key);
   }
-  PlistDictionary expected = R"({
-      "BatchTitle": "Batch 1 of Bock", "BatchNotes": "", "BoilNotes": "", "FermentationNotes": "",
-      "PackagingNotes": "", "TastingNotes": "", "WaterGrainRatio": "3.500000",
-      "MTThermalMass": "120.000000", "SpargeMethod": "Fly Sparge", "RoomTemperature": "15.0",
-      "AdjustedInventory": "0",
-      "Actuals": {
-        "FinalWortVolume": "23000", "VolumeWaterAdded": "0.000000",
-        "FermentationTemperature": "9.000000", "PreBoilHydroReading": "1.000",
-        "OGHydroReading": "1.000", "FGHydroReading": "1.000", "PreBoilGrav": "1.000000",
-        "OG": "1.000000", "FG": "1.000000", "ApparentAttenuation": "0.000000",
-        "RealAttenuation": "0.000000", "ActualMashEfficiency": "0.0", "ABV": "0.000000",
-        "ABW": "0.000000", "Color": "0.000000", "IBU": "0.000000", "PreBoilTemp": "15.600000",
-        "OGTemp": "15.600000", "FGTemp": "15.600000", "HydrometerCalibratedAt": "15.600000"}})"_json;
+  PlistDictionary expected = document("new-batch.json");
   expected.set(keys::OriginalRecipe, stored);
   expected.set(keys::ModifiedRecipe, stored);
   // The figures are those of a recalculation, which also counts what the recipe costs.
@@ -169,17 +150,12 @@ TEST_F(Batches, AreRepairedWhenTheyAreRead) {
 TEST_F(Batches, OnlyAChangeIsStored) {
   addRecipe("Bock");
   const NSDate date = NSDate::dateWithTimeIntervalSinceReferenceDate(0.1);
-  PlistDictionary recipe{{keys::BoilDuration, 60},
-                         {keys::MashEfficiency, 0.1},
-                         {keys::IsGrain, true},
-                         {keys::BatchNotes, PlistArray{1, 0.1, true, "1"}}};
+  PlistDictionary recipe{{keys::BoilDuration, 60}, {keys::IsGrain, true}};
   ZYMRecipes::checkSaltWeightsExistInRecipe(recipe);
   ZYMRecipes::ensureRecipeLatestVersion(recipe);
-  PlistDictionary batch{{keys::UUID, "a"},
-                        {keys::DateLastModified, date},
-                        {keys::Actuals, PlistDictionary{{keys::OG, 1.05}}},
-                        {keys::TastingNotes, ""},
-                        {keys::ModifiedRecipe, recipe}};
+  PlistDictionary batch = R"({"UUID": "a", "Actuals": {"OG": 1.05}, "TastingNotes": ""})"_json;
+  batch.set(keys::DateLastModified, date);
+  batch.set(keys::ModifiedRecipe, recipe);
   recipes().restoreBatch_toRecipeWithUUID(batch, "Bock");
   reopen();
   PlistDictionary read = recipes().batchWithUUID("a").value();
@@ -280,12 +256,7 @@ TEST_F(Batches, PromotionMakesARecipeAndMovesTheBatchUnderIt) {
   EXPECT_NE(moved, uuid);
   const PlistDictionary stored = recipes().batchWithUUID(*moved).value();
   EXPECT_GT(*stored.date(keys::DateLastModified), *batch.date(keys::DateLastModified));
-  EXPECT_EQ(stored.dictionary(keys::ModifiedRecipe)
-                ->array(keys::HopIngredients)
-                ->begin()
-                ->dictionary()
-                ->size(),
-            3);
+  EXPECT_EQ(stored.dictionary(keys::ModifiedRecipe)->rows(keys::HopIngredients).begin()->size(), 3);
   const PlistDictionary group = recipes().groupForUUID(groupUUID).value();
   EXPECT_EQ(*group.array(keys::KeysOfContents), (PlistArray{recipeUUID}));
   EXPECT_GE(*group.date(keys::DateLastModified), *recipe.date(keys::DateLastModified));

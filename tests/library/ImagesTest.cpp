@@ -1,13 +1,7 @@
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
 #include "zymcore/library/recipes/ZYMImageUtils.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
-#include "zymcore/platform/host/NSFileManager.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMImageEntity.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {
@@ -58,11 +52,15 @@ TEST_F(ImagesTest, SizesKeepTheShape) {
   const struct {
     NSSize size, thumbnail, large;
   } cases[] = {
-      {{1000, 500}, {128, 64}, {600, 300}}, {{500, 1000}, {64, 128}, {300, 600}},
-      {{1000, 1}, {128, 1}, {600, 1}},      {{1, 1000}, {1, 128}, {1, 600}},
-      {{700, 700}, {128, 128}, {600, 600}}, {{1000, 333}, {128, 43}, {600, 200}},
-      {{300, 200}, {128, 86}, {300, 200}},  {{128, 128}, {128, 128}, {128, 128}},
-      {{129, 128}, {128, 128}, {129, 128}}, {{1, 1}, {1, 1}, {1, 1}},
+      {{1000, 500}, {128, 64}, {600, 300}},
+      {{500, 1000}, {64, 128}, {300, 600}},
+      {{1000, 1}, {128, 1}, {600, 1}},
+      {{1, 1000}, {1, 128}, {1, 600}},
+      {{1000, 333}, {128, 43}, {600, 200}},
+      {{300, 200}, {128, 86}, {300, 200}},
+      {{128, 128}, {128, 128}, {128, 128}},
+      {{129, 128}, {128, 128}, {129, 128}},
+      {{1, 1}, {1, 1}, {1, 1}},
   };
   for (const auto& c : cases) {
     const NSImage image = plain(static_cast<int>(c.size.width), static_cast<int>(c.size.height));

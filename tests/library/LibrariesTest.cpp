@@ -1,8 +1,4 @@
-#include "tests/support/Json.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/StockKeys.h"
-#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMFermentables.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMMashSchedules.h"
@@ -11,12 +7,7 @@
 #include "zymcore/library/ZYMSuppliers.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
-#include "zymcore/platform/values/NSException.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMInventoryEntity.h"
-#include "zymcore/store/entities/ZYMProfileEntity.h"
-#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym {
 namespace {
@@ -33,52 +24,24 @@ class Libraries : public testing::WithStore {
 };
 
 TEST_F(Libraries, NewRecordsHaveTheirDefaults) {
-  struct Case {
-    ZYMCachingModel& library;
-    PlistDictionary expected;
-    const char* german;
-  };
-  const Case cases[] = {
-      {ZYMFermentables::sharedInstance(), R"({
-               "Ingredient": "New Ingredient", "Extract": "75.000000", "Moisture": "0.000000",
-               "Color": "0.000000", "IsGrain": "1", "MustBeMashed": "1", "Description": ""})"_json,
-       "Neue Zutat"},
-      {ZYMHops::sharedInstance(),
-       R"({"Variety": "New Hop", "Alpha": "0.000000", "Description": ""})"_json, "Neuer Hopfen"},
-      {ZYMYeasts::sharedInstance(), R"({
-               "Name": "New Yeast", "Attenuation": "75.000000", "BeerType": "Ale",
-               "YeastType": "Liquid", "Description": ""})"_json,
-       "Neue Hefe"},
-      {ZYMOtherIngredients::sharedInstance(),
-       R"({"Ingredient": "New Ingredient", "Description": ""})"_json, "Neue Zutat"},
-      {ZYMSuppliers::sharedInstance(), R"({"Name": "New Supplier", "Email": "",
-               "Location": "", "Phone": "", "Homepage": ""})"_json,
-       "Neuer Lieferant"},
-      {ZYMWaters::sharedInstance(), R"({
-               "Name": "New Water", "Calcium": "0.000000", "Carbonate": "0.000000",
-               "Chloride": "0.000000", "Magnesium": "0.000000", "Sodium": "0.000000",
-               "Sulfate": "0.000000"})"_json,
-       "Neues Wasser"},
-      {ZYMMashSchedules::sharedInstance(),
-       R"({"ScheduleName": "New Schedule", "Version": "3", "Steps": []})"_json, "Neuer Maischplan"},
-      {ZYMProfiles::sharedInstance(), R"({
-               "ProfileName": "New Profile", "Version": "2", "PreBoilVolume": "24000",
-               "PostBoilVolume": "22000", "VolumeToFermenter": "20000", "VolumeWaterAdded": "0",
-               "VolumeAtPitching": "20000", "FinishedBatchVolume": "19000",
-               "PreferredRecipeType": "Full Mash", "PreferredSpargeMethod": "Fly Sparge",
-               "MTThermalMass": "1000", "WaterGrainRatio": "2", "ExtractEfficiency": "75",
-               "BoilDuration": "90", "PreferredMashSchedule": "", "PreferredBaseWaterUUID": "",
-               "PreferredTargetWaterUUID": ""})"_json,
-       "Neues Profil"},
-  };
-  for (const Case& c : cases) {
+  const PlistDictionary expected = document("new-records.json");
+  const std::tuple<ZYMCachingModel&, const char*, const char*> cases[] = {
+      {ZYMFermentables::sharedInstance(), "Fermentables", "Neue Zutat"},
+      {ZYMHops::sharedInstance(), "Hops", "Neuer Hopfen"},
+      {ZYMYeasts::sharedInstance(), "Yeasts", "Neue Hefe"},
+      {ZYMOtherIngredients::sharedInstance(), "OtherIngredients", "Neue Zutat"},
+      {ZYMSuppliers::sharedInstance(), "Suppliers", "Neuer Lieferant"},
+      {ZYMWaters::sharedInstance(), "Waters", "Neues Wasser"},
+      {ZYMMashSchedules::sharedInstance(), "MashSchedules", "Neuer Maischplan"},
+      {ZYMProfiles::sharedInstance(), "Profiles", "Neues Profil"}};
+  for (const auto& [library, name, german] : cases) {
     PlistDictionary made;
-    c.library.prepareNewItem(made);
-    EXPECT_EQ(made, c.expected) << c.library.entityClass();
+    library.prepareNewItem(made);
+    EXPECT_EQ(made, *expected.dictionary(KeyName(name)));
     useLocale("de_DE");
-    c.library.prepareNewItem(made);
+    library.prepareNewItem(made);
     useLocale("en_US");
-    EXPECT_EQ(made.stringValue(c.library.nameKeyInRecords()), c.german);
+    EXPECT_EQ(made.stringValue(library.nameKeyInRecords()), german);
   }
 }
 

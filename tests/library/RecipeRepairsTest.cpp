@@ -1,7 +1,4 @@
-#include "tests/support/Json.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/ZYMYeasts.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"

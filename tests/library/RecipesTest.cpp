@@ -1,21 +1,12 @@
 #include "tests/support/Differences.h"
-#include "tests/support/Json.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/ZYMProfiles.h"
 #include "zymcore/library/ZYMStyles.h"
 #include "zymcore/library/ZYMWaters.h"
 #include "zymcore/library/recipes/StoredDocuments.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMGroupEntity.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
-#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym {
 namespace {
@@ -63,25 +54,7 @@ TEST_F(Recipes, AnEmptyRecipeIsForTheDefaultProfile) {
   PlistDictionary recipe = recipes().emptyRecipe();
   EXPECT_EQ(recipe.stringValue(keys::UUID).size(), 36U);
   EXPECT_GE(*recipe.date(keys::DateLastModified), *profile.date(keys::DateLastModified));
-  PlistDictionary expected = R"({
-      "RecipeTitle": "New Recipe", "StyleUUID": "", "StyleGuidelinesSource": 1,
-      "MashType": "Extract", "MashEfficiency": "75.000000", "BoilDuration": "90",
-      "PreBoilWortVolume": "24000.000000", "FinalWortVolume": "12345.000000",
-      "VolumeToFermenter": "20000.000000", "VolumeWaterAdded": "0.000000",
-      "VolumeAtPitching": "20000.000000", "FinalBatchVolume": "19000.000000",
-      "ExpectedPreBoilGravity": "1.000", "ExpectedOriginalGravity": "1.000",
-      "ExpectedFinalGravity": "1.000", "ExpectedABV": "0.0", "ExpectedABW": "0.0",
-      "ExpectedColor": "0.0", "ExpectedIBU": "0.0", "Attenuation": "0.0",
-      "ApparentAttenuation": "0.0", "FermentableIngredients": [], "HopIngredients": [],
-      "OtherIngredients": [], "YeastIngredients": [], "TargetWaterProfileUsedUUID": "W",
-      "BaseWaterProfileUsedUUID": "W", "WaterProfileUsed": " Aa", "MgSO4": "0.0", "CaCO3": "0.0",
-      "CaSO4": "0.0", "NaCl": "0.0", "CaCl2": "0.0", "NaHCO3": "0.0", "MgSO4InGrammes": "0.0",
-      "CaCO3InGrammes": "0.0", "CaSO4InGrammes": "0.0", "NaClInGrammes": "0.0",
-      "CaCl2InGrammes": "0.0", "NaHCO3InGrammes": "0.0", "MashpH": "5.2", "Acid": "Unadjusted",
-      "MashSchedule": {"ScheduleName": "", "UUID": "", "Steps": []},
-      "FermentationTemperature": "18.0", "Carbonation": "Nothing", "CarbonationVolumes": "0.0",
-      "Conditioning": "Lagered for 4 weeks", "Notes": "", "SteepTemperature": "80",
-      "SteepDuration": "0"})"_json;
+  PlistDictionary expected = document("new-recipe.json");
   expected.set(keys::Profile, profile);
   for (const KeyName key : {keys::UUID, keys::DateLastModified})
     expected.set(key, *recipe.find(key));

@@ -2,13 +2,8 @@
 
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMMashSchedules.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/store/entities/EntityKeys.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
 
 namespace zym {
 namespace {
@@ -18,9 +13,7 @@ using UndoNames = testing::WithStore;
 /// What the changes below begin with.
 struct Start {
   ZYMRecipes& recipes = ZYMRecipes::sharedInstance();
-  ZYMHops& hops = ZYMHops::sharedInstance();
   ZYMMashSchedules& schedules = ZYMMashSchedules::sharedInstance();
-  PlistDictionary hop = hops.createItem();
   PlistDictionary schedule = schedules.createItem();
   ZYMSummary group = recipes.createGroup();
   PlistDictionary recipe = recipes.createRecipeAndAddToGroupWithUUID(group.uuid);
@@ -39,13 +32,6 @@ TEST_F(UndoNames, OfEachChange) {
     void (*make)(Start&);
   };
   const Change changes[] = {
-      {"Add Item", [](Start& s) { s.hops.createItem(); }},
-      {"Duplicate Item",
-       [](Start& s) { s.hops.duplicateItemWithUUID(s.hop.stringValue(keys::UUID)); }},
-      {"Edit Item", [](Start& s) { s.hop.set(keys::Alpha, "9"), s.hops.updateItem(s.hop); }},
-      {"Delete Item",
-       [](Start& s) { s.hops.removeItemWithUUID(std::string(s.hop.stringValue(keys::UUID))); }},
-      {"Delete Items", [](Start& s) { s.hops.removeItems({PlistValue(s.hop)}); }},
       {"Duplicate Item",
        [](Start& s) { s.schedules.duplicateItemWithUUID(s.schedule.stringValue(keys::UUID)); }},
       {"Add Step", [](Start& s) { s.schedules.addNewStepToSchedule(s.schedule); }},
@@ -133,8 +119,6 @@ TEST_F(UndoNames, WhatFailsOrFindsNothingLeavesNoStep) {
   recipes.removeImageWithUUID("unknown");
   start.schedules.updateSteps_inMashScheduleWithUUID(nullptr,
                                                      start.schedule.stringValue(keys::UUID));
-  start.hops.updateItem(start.hop);
-  start.hops.removeItemWithUUID("unknown");
   EXPECT_FALSE(undoManager().canUndo());
 }
 

@@ -1,7 +1,5 @@
 // A brew writes the stock down: what it leaves, that it is one change, whole or not at all.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 
@@ -10,15 +8,11 @@
 
 #include "tests/stock/Shelf.h"
 #include "tests/support/Child.h"
-#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
 
 namespace zym {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr KeyName malts = keys::FermentableIngredients;
 

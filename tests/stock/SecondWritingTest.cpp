@@ -1,14 +1,8 @@
 // What the engine allots, blends and writes down, against a second writing of it.
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <random>
-
 #include "tests/stock/SecondWriting.h"
 #include "tests/stock/Shelf.h"
 #include "zymcore/calculations/ZYMBeerCalculations.h"
-#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/stock/ZYMAvailabilitiesEngine.h"
 
 namespace zym {
@@ -57,23 +51,45 @@ PlistDictionary recordOf(const Lot& lot) {
           {keys::Extract, lot.extract},
           {keys::Color, lot.color},
           {keys::Form, lot.form},
+          {keys::Amount, lot.amount},
           {keys::ExpiresOn, NSDate::dateWithTimeIntervalSinceReferenceDate(lot.expires)}};
 }
 
 PlistArray recordsOf(const std::vector<Addition>& list) {
   PlistArray result;
   for (const Addition& addition : list) {
-    result.append(PlistDictionary{{keys::UUID, addition.uuid},
-                                  {keys::Amount, addition.amount},
-                                  {keys::Alpha, addition.alpha},
-                                  {keys::Extract, addition.extract},
-                                  {keys::Color, addition.color},
-                                  {keys::Form, addition.form},
-                                  {keys::YeastAmountType, addition.amountType},
-                                  {keys::IBUForAddition, addition.ibu},
-                                  {keys::When, "60 Min From End"},
-                                  {keys::Minutes, "60"},
-                                  {keys::IngredientDeducted, addition.deducted ? "1" : "0"}});
+    PlistDictionary record{{keys::UUID, addition.uuid},
+                           {keys::Amount, addition.amount},
+                           {keys::Alpha, addition.alpha},
+                           {keys::Extract, addition.extract},
+                           {keys::Color, addition.color},
+                           {keys::Form, addition.form},
+                           {keys::YeastAmountType, addition.amountType},
+                           {keys::IBUForAddition, addition.ibu},
+                           {keys::When, "60 Min From End"},
+                           {keys::Minutes, "60"},
+                           {keys::IngredientDeducted, addition.deducted ? "1" : "0"}};
+    if (addition.batches) {
+      PlistArray lots;
+      for (const Lot& lot : *addition.batches) lots.append(recordOf(lot));
+      record.set(keys::Batches, std::move(lots));
+    }
+    result.append(std::move(record));
+  }
+  return result;
+}
+
+/// What is compared of additions and lots.
+std::string linesOf(const PlistArray& records) {
+  std::string result;
+  for (const PlistDictionary& record : PlistRows(&records)) {
+    for (const KeyName key : {keys::UUID, keys::Amount, keys::Alpha, keys::Extract, keys::Color,
+                              keys::Form, keys::IBUForAddition, keys::AmountInStock, keys::Cost}) {
+      result.append(record.stringValue(key)).append("|");
+    }
+    result += record.boolValue(keys::IngredientDeducted) ? "deducted\n" : "\n";
+    if (const PlistArray* lots = record.array(keys::Batches))
+      result += "{" + linesOf(*lots) + "}\n";
   }
   return result;
 }
@@ -176,47 +192,10 @@ class SecondWriting : public testing::WithShelf {
     }
   }
 
-  static std::string shown(const std::vector<Addition>& list) {
-    std::string result;
-    for (const Addition& a : list) {
-      result += a.uuid + "|" + a.amount + "|" + a.alpha + "|" + a.extract + "|" + a.color + "|" +
-                a.form + "|" + a.ibu + (a.deducted ? "|deducted" : "") + "\n";
-      if (!a.batches) continue;
-      for (const Lot& lot : *a.batches) {
-        result += "  " + lot.uuid + "|" + lot.stock + "|" + lot.cost + "|" + lot.amount + "\n";
-      }
-      result += "  .\n";
-    }
-    return result;
-  }
-  static std::string shown(const PlistDictionary& recipe, KeyName key) {
-    std::string result;
-    const auto add = [&](const PlistDictionary& record, KeyName each) {
-      result.append(record.stringValue(each)).append("|");
-    };
-    for (const PlistDictionary& row : recipe.rows(key)) {
-      for (const KeyName each : {keys::UUID, keys::Amount, keys::Alpha, keys::Extract, keys::Color,
-                                 keys::Form, keys::IBUForAddition}) {
-        add(row, each);
-      }
-      result.pop_back();
-      result += row.boolValue(keys::IngredientDeducted) ? "|deducted\n" : "\n";
-      if (!row.contains(keys::Batches)) continue;
-      for (const PlistDictionary& lot : row.rows(keys::Batches)) {
-        result += "  ";
-        for (const KeyName each : {keys::UUID, keys::AmountInStock, keys::Cost, keys::Amount}) {
-          add(lot, each);
-        }
-        result.back() = '\n';
-      }
-      result += "  .\n";
-    }
-    return result;
-  }
   static bool isSame(const Brew& brew, const PlistDictionary& batch) {
     const PlistDictionary& recipe = *batch.dictionary(keys::ModifiedRecipe);
     for (std::size_t i = 0; i < 4; ++i) {
-      EXPECT_EQ(shown(recipe, keys::additions[i]), shown(brew.*lists[i]));
+      EXPECT_EQ(linesOf(*recipe.array(keys::additions[i])), linesOf(recordsOf(brew.*lists[i])));
     }
     EXPECT_EQ(recipe.stringValue(keys::ExpectedIBU), brew.expectedIBU);
     return !::testing::Test::HasFailure();
@@ -252,13 +231,13 @@ class SecondWriting : public testing::WithShelf {
     for (const auto& [uuid, expected] : shelf) {
       const PlistDictionary stored = item(uuid);
       EXPECT_EQ(stored.stringValue(keys::AmountInStock), second::text(expected.total)) << uuid;
-      std::vector<std::string> lots, expectedLots;
+      std::vector<std::string> lots;
+      for (const Lot& lot : expected.lots) lots.push_back(lot.uuid + " " + lot.stock);
+      std::size_t i = 0;
       for (const PlistDictionary& lot : stored.rows(keys::Batches)) {
-        lots.push_back(std::string(lot.stringValue(keys::UUID)) + " " +
-                       std::string(lot.stringValue(keys::AmountInStock)));
+        EXPECT_EQ(WithStore::shown(lot, {keys::UUID, keys::AmountInStock}), lots.at(i++)) << uuid;
       }
-      for (const Lot& lot : expected.lots) expectedLots.push_back(lot.uuid + " " + lot.stock);
-      EXPECT_EQ(lots, expectedLots) << uuid;
+      EXPECT_EQ(i, lots.size()) << uuid;
     }
   }
 

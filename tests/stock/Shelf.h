@@ -1,12 +1,6 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "tests/support/Store.h"
-#include "zymcore/documents/RecordKeys.h"
-#include "zymcore/documents/StockKeys.h"
-#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/library/ZYMFermentables.h"
 #include "zymcore/library/ZYMHops.h"
 #include "zymcore/library/ZYMSuppliers.h"

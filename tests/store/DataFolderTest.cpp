@@ -5,10 +5,6 @@
 
 #include "tests/support/Child.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/store/ZYMCoreDataModel.h"
-#include "zymcore/store/entities/ZYMHopEntity.h"
 
 namespace zym {
 namespace {

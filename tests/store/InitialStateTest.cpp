@@ -1,6 +1,5 @@
 #include "tests/support/Child.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
 #include "zymcore/platform/formats/NSPropertyListSerialization.h"
 #include "zymcore/store/ZYMCachingModel.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
@@ -37,10 +36,7 @@ class InitialState : public testing::WithStore {
                content, NSPropertyListFormat::BinaryFormat_v1_0);
   }
   static std::vector<std::string> hops() {
-    std::vector<std::string> names;
-    for (const ZYMSummary& row : library("ZYMHopEntity").summariesforAllItems())
-      names.push_back(row.name);
-    return names;
+    return namesOf(library("ZYMHopEntity").summariesforAllItems());
   }
   const std::string resources = folder / "resources";
 };

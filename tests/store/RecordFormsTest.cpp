@@ -2,10 +2,8 @@
 
 #include "tests/store/Forms.h"
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
 #include "zymcore/store/ZYMLibraryRegistry.h"
 #include "zymcore/store/entities/ZYMRecordEntity.h"
-#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym {
 namespace {

@@ -1,24 +1,12 @@
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/documents/StockKeys.h"
-#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/platform/formats/BinaryPropertyList.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/store/entities/EntityKeys.h"
 #include "zymcore/store/entities/SummaryRows.h"
 #include "zymcore/store/entities/ZYMFermentableEntity.h"
-#include "zymcore/store/entities/ZYMGroupEntity.h"
-#include "zymcore/store/entities/ZYMImageEntity.h"
 #include "zymcore/store/entities/ZYMInventoryBatchEntity.h"
-#include "zymcore/store/entities/ZYMInventoryEntity.h"
 #include "zymcore/store/entities/ZYMMashScheduleEntity.h"
 #include "zymcore/store/entities/ZYMMashStepEntity.h"
 #include "zymcore/store/entities/ZYMOrderEntity.h"
 #include "zymcore/store/entities/ZYMOrderItemEntity.h"
-#include "zymcore/store/entities/ZYMProfileEntity.h"
-#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
-#include "zymcore/store/entities/ZYMRecipeEntity.h"
-#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym {
 namespace {
@@ -41,10 +29,7 @@ class Records : public testing::WithStore {
     return {{keys::StepType, type}, {keys::UUID, uuid}, {keys::Duration, "10"}};
   }
   static std::vector<std::string> uuids(const PlistDictionary& record, KeyName rows) {
-    std::vector<std::string> result;
-    for (const PlistDictionary& row : record.rows(rows))
-      result.emplace_back(row.stringValue(keys::UUID));
-    return result;
+    return texts(record.array(rows), keys::UUID);
   }
 };
 
@@ -185,12 +170,8 @@ TEST_F(Records, ARecipeWithoutADocumentIsAbsentAndADamagedOneThrows) {
   const NSData text(*BinaryPropertyList::write(PlistValue("text")));
   for (const NSData& damaged : {NSData("bplist00"), NSData("bplist00\xff\xff\xff"), text}) {
     recipe.setDocument_forKey(damaged, attributes::data);
-    try {
-      (void)recipe.dictionaryRepresentation();
-      FAIL();
-    } catch (const NSException& fault) {
-      EXPECT_EQ(fault.reason().find("the document of an object without uuid can't be read: "), 0U);
-    }
+    EXPECT_THAT(reasonOf([&] { (void)recipe.dictionaryRepresentation(); }),
+                ::testing::StartsWith("the document of an object without uuid can't be read: "));
   }
 }
 

@@ -1,14 +1,9 @@
 #include <barrier>
 
 #include "tests/support/Store.h"
-#include "tests/support/Test.h"
-#include "zymcore/platform/events/NSRunLoop.h"
-#include "zymcore/platform/values/NSException.h"
-#include "zymcore/platform/values/NSLog.h"
-#include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/ZYMOneChange.h"
 #include "zymcore/store/ZYMUndoGroup.h"
-#include "zymcore/store/entities/ZYMHopEntity.h"
+#include "zymcore/store/internal/SaveFailure.h"
 
 namespace zym {
 namespace {
@@ -101,6 +96,20 @@ TEST_F(CoreDataModel, AFailedSaveIsLoggedAndLosesNothing) {
   EXPECT_EQ(hop.name(), "ours");
   EXPECT_TRUE(context().hasChanges());
   context().rollback();
+}
+
+TEST_F(CoreDataModel, EachDetailOfAFailureIsLogged) {
+  const Log log;
+  NSError error;
+  error.localizedDescription = "full";
+  error.userInfo = R"({"NSDetailedErrors": []})"_json;
+  logSaveFailure(error);
+  error.userInfo = R"({"NSDetailedErrors": [{"a": "1"}, {"b": "2"}]})"_json;
+  logSaveFailure(error);
+  EXPECT_THAT(log.lines,
+              ElementsAre("Failed to save to data store: full", R"(  {"NSDetailedErrors":[]})",
+                          "Failed to save to data store: full", R"(  DetailedError: {"a":"1"})",
+                          R"(  DetailedError: {"b":"2"})"));
 }
 
 // Whoever observes a save inside the coordinator may throw; the first such fault costs a second

@@ -1,17 +1,31 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "tests/support/Defaults.h"
+#include "tests/support/Json.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Test.h"
+#include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecordKeys.h"
+#include "zymcore/documents/StockKeys.h"
+#include "zymcore/documents/Vocabularies.h"
 #include "zymcore/documents/ZYMSummary.h"
 #include "zymcore/platform/events/NSNotificationCenter.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/events/NSUndoManager.h"
 #include "zymcore/platform/host/NSBundle.h"
+#include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/platform/values/NSException.h"
+#include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
+#include "zymcore/store/entities/EntityKeys.h"
+#include "zymcore/store/entities/ZYMGroupEntity.h"
+#include "zymcore/store/entities/ZYMHopEntity.h"
+#include "zymcore/store/entities/ZYMImageEntity.h"
+#include "zymcore/store/entities/ZYMInventoryEntity.h"
+#include "zymcore/store/entities/ZYMProfileEntity.h"
+#include "zymcore/store/entities/ZYMRecipeBatchEntity.h"
+#include "zymcore/store/entities/ZYMRecipeEntity.h"
+#include "zymcore/store/entities/ZYMWaterEntity.h"
 
 namespace zym::testing {
 
@@ -61,6 +75,20 @@ class WithStore : public WithDefaults {
       result += (result.empty() ? "" : " ") + (text ? *text : "-");
     }
     return result;
+  }
+  /// One of the documents among the fixtures.
+  static PlistDictionary document(const std::string& name) {
+    const std::string text = zym::bytesOf(std::string(ZYM_FIXTURES "/") + name);
+    return operator""_json(text.data(), text.size());
+  }
+  /// Of the exception that it throws.
+  static std::string reasonOf(const std::function<void()>& fault) {
+    try {
+      fault();
+    } catch (const NSException& exception) {
+      return exception.reason();
+    }
+    return "none";
   }
   /// What can be undone, once the turn has ended.
   static std::string undoName() {

@@ -1,32 +1,10 @@
-#include "zymcore/documents/SafeJSON.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/values/NSException.h"
-#include "zymcore/platform/values/NSLog.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 #include "zymcore/store/ZYMOneChange.h"
+#include "zymcore/store/internal/SaveFailure.h"
 
 namespace zym {
-namespace {
-
-constexpr KeyName NSDetailedErrorsKey{"NSDetailedErrors"};
-
-std::string textOf(const PlistDictionary& userInfo) {
-  return safeDataWithJSONObject_options(userInfo, 0).value_or("{}");
-}
-
-void logFailure(const NSError& error) {
-  NSLog("Failed to save to data store: " + error.localizedDescription);
-  const PlistArray* details = error.userInfo.array(NSDetailedErrorsKey);
-  if (!details || details->empty()) {
-    NSLog("  " + textOf(error.userInfo));
-    return;
-  }
-  for (const PlistDictionary& detail : error.userInfo.rows(NSDetailedErrorsKey)) {
-    NSLog("  DetailedError: " + textOf(detail));
-  }
-}
-
-}  // namespace
 
 void ZYMCoreDataModel::saveNow() {
   if (ZYMOneChange::isOpen()) return;
@@ -38,7 +16,7 @@ void ZYMCoreDataModel::saveNow() {
   bool saved = false;
   NSError error;
   const auto report = [&] {
-    if (!saved) logFailure(error);
+    if (!saved) logSaveFailure(error);
     postNotificationOnMainThreadWithName(saved ? CoreDataModelDidSaveNotification
                                                : CoreDataModelDidSaveFailedNotification);
   };

@@ -59,27 +59,6 @@ TEST(NSImage, ReadsScalesAndWrites) {
   EXPECT_EQ(image->size(), (NSSize{4, 2}));
 }
 
-// TIFF, whose orientation lies in a tag of its own: 2 by 1 pixels, grey, taken on its side.
-TEST(NSImage, TurnsUpright) {
-  const auto picture = [](std::uint32_t orientation) {
-    const auto tag = [](std::uint32_t number, std::uint32_t type, std::uint32_t value) {
-      const bool isShort = type == 3;
-      return bigEndian(number, 2) + bigEndian(type, 2) + bigEndian(1, 4) +
-             (isShort ? bigEndian(value, 2) + bigEndian(0, 2) : bigEndian(value, 4));
-    };
-    const std::string tags = tag(256, 3, 2) + tag(257, 3, 1) + tag(258, 3, 8) + tag(259, 3, 1) +
-                             tag(262, 3, 1) + tag(273, 4, 8) + tag(274, 3, orientation) +
-                             tag(277, 3, 1) + tag(278, 3, 1) + tag(279, 4, 2);
-    return std::string("MM\0*", 4) + bigEndian(10, 4) + "\x20\xE0" + bigEndian(10, 2) + tags +
-           bigEndian(0, 4);
-  };
-  const auto lying = imageOf(picture(1));
-  const auto standing = imageOf(picture(6));
-  ASSERT_TRUE(lying && standing);
-  EXPECT_EQ(lying->size(), (NSSize{2, 1}));
-  EXPECT_EQ(standing->size(), (NSSize{1, 2}));
-}
-
 TEST(NSImage, RefusesWhatIsNoPictureOrTooLarge) {
   struct Case {
     std::string bytes;

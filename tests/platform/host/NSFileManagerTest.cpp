@@ -4,7 +4,6 @@
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Test.h"
 #include "zymcore/platform/host/NSFileManager.h"
-#include "zymcore/platform/host/NSSearchPath.h"
 
 namespace zym {
 namespace {
@@ -112,24 +111,6 @@ TEST(NSFileManager, CopiesMovesAndRemovesFolders) {
   EXPECT_FALSE(NSFileManager::contentsOfDirectoryAtPath(folder / "d/b/file", &error));
   for (int i = 0; i < 2; ++i) EXPECT_TRUE(NSFileManager::createDirectoryAtPath(folder / "x/y"));
   EXPECT_FALSE(NSFileManager::createDirectoryAtPath(folder / "d/b/file"));
-}
-
-TEST(NSSearchPath, FollowsTheEnvironment) {
-  const auto path = [](NSSearchPathDirectory directory) {
-    return NSSearchPathForDirectory(directory);
-  };
-  using enum NSSearchPathDirectory;
-  const std::string home = std::getenv("HOME") ? std::getenv("HOME") : "";
-  ::setenv("HOME", "/somewhere", 1);
-  ::setenv("XDG_DATA_HOME", "/data", 1);
-  ::setenv("XDG_CONFIG_HOME", "not/absolute", 1);
-  EXPECT_EQ(path(LibraryDirectory), "/somewhere");
-  EXPECT_EQ(path(ApplicationSupportDirectory), "/data");
-  EXPECT_EQ(path(ConfigurationDirectory), "/somewhere/.config");
-  ::unsetenv("XDG_DATA_HOME");
-  EXPECT_EQ(path(ApplicationSupportDirectory), "/somewhere/.local/share");
-  ::unsetenv("XDG_CONFIG_HOME");
-  ::setenv("HOME", home.c_str(), 1);
 }
 
 }  // namespace

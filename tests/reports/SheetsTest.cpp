@@ -22,7 +22,7 @@ constexpr const char* batchKeys =
     "ActualApparentAttenuation ActualABV ActualABW ActualMashEfficiency ActualIBU "
     "ActualFermentationTemperature BatchNotes BoilNotes FermentationNotes PackagingNotes "
     "TastingNotes ";
-// All that end in "Text".
+// All that end in "Text"; those without a colon from "RecipeOverview" on.
 constexpr const char* labelKeys =
     "MinimumOG MaximumOG MinimumFG MaximumFG MinimumIBU MaximumIBU MinimumColor MaximumColor "
     "WortVolumeBeforeBoil TargetWortVolumeBeforeBoil ActualWortVolumeBeforeBoil "
@@ -130,12 +130,46 @@ TEST_F(Sheets, FillEveryKey) {
     if (!recipe.contains(name)) ++batchOnly;
   }
   EXPECT_EQ(batchOnly, 25);
-  EXPECT_EQ(recipe.at("BUGURatioText"), "BU:GU ratio:");
-  EXPECT_EQ(recipe.at("MinutesText"), "minutes");
+  EXPECT_EQ(recipe.at("SelectedStyleAndTargetSpecs"), "Selected Style and Target Specs");
   EXPECT_EQ(recipe.at("ExpectedPreBoilGravityText"), "Expected Pre-Boil Gravity:");
+  EXPECT_EQ(recipe.at("TotalSulfateText"), "Total Sulfate (ppm):");
+  EXPECT_EQ(recipe.at("YeastUsageText"), "Used");
   EXPECT_EQ(brewed.at("ActualPreBoilGravity"), "-No Record-");
   EXPECT_EQ(brewed.at("ActualOriginalGravity"), "1.060 SG");
   EXPECT_EQ(brewed.at("BatchNotes"), "x&nbsp;<br>y");
+}
+
+TEST_F(Sheets, NameLabelsByTheirWords) {
+  const auto labels = filledKeys(fullRecipe(), 0, withText(labelKeys));
+  const auto letters = [](std::string text) {
+    std::erase_if(text, [](unsigned char c) { return !std::isalpha(c); });
+    std::transform(text.begin(), text.end(), text.begin(), ::tolower);
+    return text;
+  };
+  bool hasColon = true;
+  std::istringstream all(labelKeys);
+  for (std::string name; std::getline(all, name, ' ');) {
+    hasColon = hasColon && name != "RecipeOverview";
+    const std::string text = labels.at(name + "Text");
+    EXPECT_EQ(text.ends_with(':'), hasColon) << name;
+    if (name == "YeastUsage") continue;
+    // Short words of the longer names: "Temp", "ppm".
+    EXPECT_TRUE(letters(name).starts_with(letters(text)) ||
+                letters(text) == letters(name) + (name.starts_with("Total") ? "ppm" : "with"))
+        << name << " " << text;
+  }
+}
+
+TEST_F(Sheets, ShowNoGravityThatIsThatOfWater) {
+  const auto gravities = [&](const char* sg) {
+    const PlistDictionary recipe{{keys::ExpectedOriginalGravity, sg}, {keys::ExpectedIBU, "11"}};
+    const auto values = filledKeys({{keys::ModifiedRecipe, recipe},
+                                    {keys::Actuals, PlistDictionary{{keys::OGHydroReading, sg}}}},
+                                   1, "BUGURatio ActualOriginalGravity ");
+    return values.at("BUGURatio") + " " + values.at("ActualOriginalGravity");
+  };
+  EXPECT_EQ(gravities("1.001"), "- -No Record-");
+  EXPECT_EQ(gravities("1.0011"), "10.00 1.001 SG");
 }
 
 TEST_F(Sheets, ShowFiguresAndTextsAsTheyAre) {

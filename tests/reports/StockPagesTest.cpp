@@ -1,4 +1,5 @@
 #include "tests/reports/Pages.h"
+#include "zymcore/transformers/ZYMDateValueTransformer.h"
 
 namespace zym {
 namespace {
@@ -42,7 +43,23 @@ TEST_F(StockPages, ListItemsWithTheirLots) {
             "25 g", "25 g of \"L&lt;1&gt;\" (" + std::string(shown) + ", 4.5 %) added Jan 1, 2001",
             "0.00 g")));
   }
-  EXPECT_THAT(page("Hop", "1", nullptr), HasSubstr("InventoryHeading: Inventory - Hops as of "));
+  const PlistValue today = NSDate::date();
+  const std::string date = ZYMDateValueTransformer::convertForDisplay(&today);
+  EXPECT_THAT(page("Hop", "1", nullptr),
+              HasSubstr("InventoryHeading: Inventory - Hops as of " + date + "\n"));
+  const PlistArray items{R"({"Ingredient": "X", "AmountInStock": "1"})"_json};
+  const std::pair<void (*)(const PlistArray&, PlistDictionary&), std::string> processes[] = {
+      {ZYMHTML::processFermentableInventoryItems_intoTemplateValues, "Fermentables"},
+      {ZYMHTML::processHopInventoryItems_intoTemplateValues, "Hops"},
+      {ZYMHTML::processOtherIngredientInventoryItems_intoTemplateValues, "Other Ingredients"},
+      {ZYMHTML::processYeastInventoryItems_intoTemplateValues, "Yeasts"}};
+  for (const auto& [process, name] : processes) {
+    PlistDictionary values;
+    process(items, values);
+    EXPECT_EQ(values.stringValue(keys::InventoryHeading), "Inventory - " + name + " as of " + date);
+    EXPECT_EQ(values.stringValue(keys::Stock).find("1 pack") != std::string::npos,
+              name == "Yeasts");
+  }
   EXPECT_THAT(page("Beer", "1", nullptr), HasSubstr("InventoryHeading: \nIntroText: You currently "
                                                     "have the following:\nStock: \n"));
   set(keys::HopUnits, 0);

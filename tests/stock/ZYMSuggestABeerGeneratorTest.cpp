@@ -1,6 +1,7 @@
 #include "tests/stock/Shelf.h"
 #include "tests/support/Json.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/values/NSLog.h"
 #include "zymcore/platform/values/ProcessTearDown.h"
 #include "zymcore/reports/PageKeys.h"
 #include "zymcore/stock/ZYMSuggestABeerGenerator.h"
@@ -69,7 +70,10 @@ TEST_F(Suggestions, CompareARecipeOrABatchWithTheShelf) {
   EXPECT_EQ(shown(Generator::ingredientsNotAvailableForRecipeOrBatchWithUUID("b")), missing);
   EXPECT_EQ(shown(Generator::ingredientsNotAvailableForRecipeWithUUID_usingContext("b", context())),
             "");
+  EXPECT_EQ(Generator::ingredientsRequiredForRecipeWithUUID_usingContext("b", context()),
+            PlistArray());
   EXPECT_EQ(shown(Generator::ingredientsNotAvailableForRecipeOrBatchWithUUID("?")), "");
+  EXPECT_EQ(Generator::missingIngredients_inContext({"no row"}, context()), PlistArray());
   // A sack can't serve both; each slurry is a pack, and what has no uuid is like no other.
   const PlistDictionary both{
       {keys::Ingredient, Generator::ingredientsNotAvailableForRecipesWithUUIDs({"r", "b", "?"})}};
@@ -120,7 +124,13 @@ TEST_F(Suggestions, GroupRecipesAsThePlainAnswerDoes) {
     expected[std::min<std::size_t>(missing, 4)] += "Beer " + std::to_string(100 + i) + " ";
     store(beer);
   }
-  store({{keys::UUID, "twice"}, {keys::RecipeTitle, "Zzz"}});
+  store({{keys::UUID, "empty"}, {keys::RecipeTitle, "Zzz"}});
+  auto& damaged = ZYMRecipeEntity::insertInContext(context());
+  damaged.setName("Beer 000");
+  damaged.setUuid("damaged");
+  damaged.setDocument_forKey(NSData(std::string("junk")), KeyName("data"));
+  std::string log;
+  setNSLogSink([&](std::string_view line) { log += line; });
   model().save();
 
   Generator generator;
@@ -129,6 +139,8 @@ TEST_F(Suggestions, GroupRecipesAsThePlainAnswerDoes) {
   generator.generateWithProgressHandler_completionHandler(
       [&](float done) { progress.push_back(done); }, [&](const std::string& html) { page = html; });
   ASSERT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return !page.empty(); }, 30));
+  setNSLogSink(nullptr);
+  EXPECT_THAT(log, HasSubstr("damaged"));
   expected[0] += "Zzz ";
   for (int group = 0; group < 4; ++group) {
     const std::size_t from = page.find(std::to_string(group) + "<ul>");
@@ -142,7 +154,7 @@ TEST_F(Suggestions, GroupRecipesAsThePlainAnswerDoes) {
     EXPECT_EQ(titles, expected[static_cast<std::size_t>(group)]) << group;
   }
   EXPECT_FALSE(expected[4].empty());
-  EXPECT_EQ(progress.size(), count + 2U);
+  EXPECT_EQ(progress.size(), count + 3U);
   EXPECT_EQ(progress.front(), 0);
   EXPECT_EQ(progress.back(), 1);
   EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));

@@ -110,7 +110,9 @@ class Filling {
   }
 
   void putValue(std::string_view key) {
-    const std::string_view value = values_.stringValue(KeyName(key));
+    const PlistValue* found = values_.find(KeyName(key));
+    const std::string* text = found ? found->string() : nullptr;
+    const std::string_view value = text ? std::string_view(*text) : std::string_view();
     begun_ = begunAtEndOf(written_);
     putIn_ += value.size();
     if (begun_ == 0 && value.find(marker[0]) == std::string_view::npos) {

@@ -94,7 +94,7 @@ TEST_F(FileExportTest, SaysInTheLogWhatIsWrong) {
     std::string item, path;
   } cases[] = {{0, item("WMR"), path("WMR")}, {1, item("WMR"), path("WMR")},
                {4, item("REC"), path("REC")}, {5, item("REC"), path("REC")},
-               {6, item("HTM"), path("REC")}, {7, item("PDF"), path("REC")}};
+               {6, item("HTM"), path("REC")}, {7, item("PDF"), path("PDF")}};
   for (const auto& c : cases) {
     for (const std::string& place : {file, folder / "gone"}) {
       log.clear();

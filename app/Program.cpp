@@ -6,6 +6,7 @@
 
 #include "app/commands/BatchCommands.h"
 #include "app/commands/CalcCommand.h"
+#include "app/commands/ExportCommand.h"
 #include "app/commands/ImageCommands.h"
 #include "app/commands/ImportCommand.h"
 #include "app/commands/LibraryCommands.h"
@@ -63,6 +64,7 @@ int parse(std::vector<std::string> arguments, CalledFrom caller) {
   addPageCommands(program, exitCode);
   addImageCommands(program);
   addImportCommand(program, exitCode);
+  addExportCommand(program, exitCode);
   addLibraryCommands(program);
   addUnitsCommand(program);
   addSettingsCommands(program);

@@ -33,7 +33,7 @@ struct Options {
   bool asJSON = false;
 };
 
-constexpr std::string_view extensions[] = {".xml", ".wm2"};
+constexpr std::string_view extensions[] = {".xml", ".wm2", ".wmr", ".rec", ".ing"};
 
 /// The files themselves, and those of a known extension below the folders, by name.
 std::vector<std::string> filesOf(const std::vector<std::string>& paths) {
@@ -67,14 +67,42 @@ struct Outcome {
   std::optional<PlistDictionary> recipe;  // recalculated
   std::vector<ImportMatch> matches;
   std::string reason;
+  std::size_t ingredients = 0;
+
+  [[nodiscard]] bool isGood() const { return recipe || ingredients > 0; }
 };
 
+/// A word on what is read, where the name doesn't say that it is one of these.
+std::string reasonFor(const std::string& file, const std::string& reason) {
+  const std::string extension = fs::path(file).extension().string();
+  if (std::ranges::find(extensions, extension) != std::end(extensions)) return reason;
+  return reason + "; " + label("what is read ends in .xml, .wm2, .wmr, .rec or .ing");
+}
+
+bool isPackage(const std::string& file) {
+  return fs::path(file).extension() == ".ing";
+}
+
+/// What a package holds, of which nothing is stored.
+Outcome tryPackage(const std::string& file) {
+  ZYMFileImportOperation operation(file);
+  const auto package = operation.packageInFile();
+  Outcome outcome{file, std::nullopt, {}, operation.failureReason().value_or(""), 0};
+  if (!package) return outcome;
+  for (const PlistEntry& entry : *package) {
+    if (const PlistArray* records = entry.value.array()) outcome.ingredients += records->size();
+  }
+  if (outcome.ingredients == 0) outcome.reason = label("no ingredients");
+  return outcome;
+}
+
 Outcome tryFile(const std::string& file) {
+  if (isPackage(file)) return tryPackage(file);
   try {
     RecipeToImport found = recipeToImport(file);
-    return {file, std::move(found.recipe), std::move(found.matches), {}};
+    return {file, std::move(found.recipe), std::move(found.matches), {}, 0};
   } catch (const InputError& error) {
-    return {file, std::nullopt, {}, error.what()};
+    return {file, std::nullopt, {}, reasonFor(file, error.what()), 0};
   }
 }
 
@@ -83,8 +111,12 @@ Outcome importFile(const std::string& file) {
   operation->setPrepareRecipe(prepareImport);
   NSOperationQueue::mainQueue().addOperation(operation);
   NSOperationQueue::mainQueue().waitUntilAllOperationsAreFinished();
-  Outcome outcome{file, std::nullopt, operation->matches(),
-                  operation->failureReason().value_or("")};
+  Outcome outcome{file, std::nullopt, operation->matches(), operation->failureReason().value_or(""),
+                  operation->ingredientCount()};
+  if (isPackage(file) && !outcome.isGood() && outcome.reason.empty()) {
+    outcome.reason = label("no ingredients");
+  }
+  if (!outcome.reason.empty()) outcome.reason = reasonFor(file, outcome.reason);
   if (const auto& uuid = operation->uuidOfRecipe()) {
     outcome.recipe = documentOf({Item::Kind::Recipe, "", *uuid});
   }
@@ -124,6 +156,11 @@ void printMatches(const Outcome& outcome) {
 }
 
 void print(const Outcome& outcome, bool withMatches) {
+  if (outcome.ingredients > 0) {
+    std::cout << printable(outcome.file) << ": "
+              << label("%1 ingredients", {std::to_string(outcome.ingredients)}) << '\n';
+    return;
+  }
   if (!outcome.recipe) {
     std::cout << printable(outcome.file) << ": " << printable(outcome.reason) << '\n';
     return;
@@ -141,6 +178,8 @@ PlistDictionary recordOf(const Outcome& outcome) {
   PlistDictionary record{{KeyName("File"), outcome.file}};
   if (outcome.recipe) {
     record.set(KeyName("Recipe"), *outcome.recipe);
+  } else if (outcome.ingredients > 0) {
+    record.set(KeyName("Ingredients"), static_cast<std::int64_t>(outcome.ingredients));
   } else {
     record.set(KeyName("Reason"), outcome.reason);
   }
@@ -170,7 +209,7 @@ int importAll(const Options& options) {
     for (std::size_t i = 0; i < files.size(); ++i) {
       progress.show(i);
       const Outcome outcome = options.isDryRun ? tryFile(files[i]) : importFile(files[i]);
-      if (!outcome.recipe) ++failed;
+      if (!outcome.isGood()) ++failed;
       if (options.asJSON) {
         records.append(recordOf(outcome));
       } else {
@@ -194,9 +233,10 @@ int importAll(const Options& options) {
 void addImportCommand(CLI::App& program, int& exitCode) {
   const auto options = std::make_shared<Options>();
   CLI::App* const command = program.add_subcommand(
-      "import", "Import recipe files of other brewing programs (BeerXML), and our own (wm2).");
+      "import",
+      "Import recipe files of other brewing programs (xml, rec), and our own (wm2, wmr, ing).");
   command->fallthrough();
-  command->add_option("FILE", options->paths, "Files, or folders whose files end in .xml or .wm2")
+  command->add_option("FILE", options->paths, "Files, or folders with files of recipes")
       ->required();
   command->add_flag("--dry-run", options->isDryRun,
                     "Store nothing; show what each name would be matched to, and how well");

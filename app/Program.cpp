@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "app/commands/BackupCommands.h"
 #include "app/commands/BatchCommands.h"
 #include "app/commands/CalcCommand.h"
 #include "app/commands/ExportCommand.h"
@@ -70,6 +71,7 @@ int parse(std::vector<std::string> arguments, CalledFrom caller) {
   addSettingsCommands(program);
   addStepCommands(program);
   addStoreCommand(program, exitCode);
+  addBackupCommands(program);
   std::ranges::reverse(arguments);
   try {
     program.parse(std::move(arguments));

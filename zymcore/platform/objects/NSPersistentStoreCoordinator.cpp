@@ -55,6 +55,24 @@ bool NSPersistentStoreCoordinator::addPersistentStoreWithType_configuration_URL_
   }
 }
 
+bool NSPersistentStoreCoordinator::copyStoreToPath(const std::string& path, NSError* error) const {
+  if (!store_) {
+    return fail(error, NSCocoaErrorDomain, NSPersistentStoreOperationError, "There is no store.");
+  }
+  SQLiteDatabase& database = store_->writer();
+  const std::lock_guard lock(database.mutex);
+  try {
+    database.endMoment();
+    SQLiteStatement copy = database.statement("VACUUM INTO ?");
+    copy.bind(1, std::string_view(path));
+    copy.run();
+    return true;
+  } catch (const StoreFailure& failure) {
+    if (error) *error = failure.error;
+    return false;
+  }
+}
+
 std::vector<std::string> NSPersistentStoreCoordinator::integrityProblems() const {
   std::vector<std::string> problems;
   if (!store_) return problems;

@@ -66,6 +66,9 @@ class NSPersistentStoreCoordinator {
   /// What is wrong with the file of the store, in words; nothing when it is sound. Reads all of it.
   [[nodiscard]] std::vector<std::string> integrityProblems() const;
 
+  /// Writes the store as it stands at one moment into a new file, while others use it.
+  bool copyStoreToPath(const std::string& path, NSError* error = nullptr) const;
+
   [[nodiscard]] const NSManagedObjectModel& managedObjectModel() const noexcept { return *model_; }
   /// Null before one was added.
   [[nodiscard]] SQLiteStore* store() const noexcept { return store_.get(); }

@@ -1,0 +1,145 @@
+#include "zymcore/platform/host/FolderArchive.h"
+
+#include <archive.h>
+#include <archive_entry.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+#include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/platform/values/NSCocoaErrors.h"
+
+namespace zym {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t blockSize = 64U << 10U;
+
+/// What libarchive says went wrong.
+class ArchiveFailure : public std::runtime_error {
+ public:
+  explicit ArchiveFailure(archive* of)
+      : std::runtime_error(archive_error_string(of) ? archive_error_string(of) : "unreadable") {}
+  explicit ArchiveFailure(const std::string& reason) : std::runtime_error(reason) {}
+};
+
+template <int (*end)(archive*)>
+struct Ended {
+  void operator()(archive* one) const { end(one); }
+};
+template <int (*end)(archive*)>
+using Archive = std::unique_ptr<archive, Ended<end>>;
+
+struct EntryFreed {
+  void operator()(archive_entry* one) const { archive_entry_free(one); }
+};
+
+void check(archive* of, int code) {
+  if (code < ARCHIVE_WARN) throw ArchiveFailure(of);
+}
+
+void append(archive* out, const fs::path& file, const std::string& name) {
+  const std::unique_ptr<archive_entry, EntryFreed> entry(archive_entry_new());
+  NSError error;
+  const auto bytes = NSFileManager::contentsAtPath(
+      file.string(), static_cast<std::size_t>(FolderArchive::mostBytes), &error);
+  if (!bytes) throw ArchiveFailure(error.localizedDescription);
+  archive_entry_set_pathname_utf8(entry.get(), name.c_str());
+  archive_entry_set_size(entry.get(), static_cast<la_int64_t>(bytes->size()));
+  archive_entry_set_filetype(entry.get(), AE_IFREG);
+  archive_entry_set_perm(entry.get(), 0600);
+  check(out, archive_write_header(out, entry.get()));
+  if (archive_write_data(out, bytes->data(), bytes->size()) < 0) throw ArchiveFailure(out);
+}
+
+void write(const fs::path& folder, const std::string& path) {
+  const Archive<archive_write_free> out(archive_write_new());
+  check(out.get(), archive_write_add_filter_gzip(out.get()));
+  check(out.get(), archive_write_set_format_pax_restricted(out.get()));
+  check(out.get(), archive_write_open_filename(out.get(), path.c_str()));
+  std::vector<fs::path> files;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.is_regular_file() && !entry.is_symlink()) files.push_back(entry.path());
+  }
+  std::ranges::sort(files);
+  for (const fs::path& file : files) {
+    append(out.get(), file, fs::relative(file, folder).generic_string());
+  }
+  check(out.get(), archive_write_close(out.get()));
+}
+
+void read(const std::string& path, const std::string& folder) {
+  const Archive<archive_read_free> in(archive_read_new());
+  check(in.get(), archive_read_support_filter_gzip(in.get()));
+  check(in.get(), archive_read_support_format_tar(in.get()));
+  check(in.get(), archive_read_open_filename(in.get(), path.c_str(), blockSize));
+  const Archive<archive_write_free> out(archive_write_disk_new());
+  check(out.get(), archive_write_disk_set_options(out.get(), ARCHIVE_EXTRACT_SECURE_NODOTDOT |
+                                                                 ARCHIVE_EXTRACT_SECURE_SYMLINKS));
+  std::int64_t files = 0;
+  std::int64_t left = FolderArchive::mostBytes;
+  archive_entry* entry = nullptr;
+  for (int code; (code = archive_read_next_header(in.get(), &entry)) != ARCHIVE_EOF;) {
+    check(in.get(), code);
+    const char* const name = archive_entry_pathname_utf8(entry);
+    const auto type = archive_entry_filetype(entry);
+    if (!name || *name == '/' || archive_entry_hardlink(entry) ||
+        (type != AE_IFREG && type != AE_IFDIR)) {
+      throw ArchiveFailure("it holds more than plain files");
+    }
+    if (++files > FolderArchive::mostFiles) throw ArchiveFailure("it holds too many files");
+    // The check of ".." is libarchive's, of the whole path.
+    archive_entry_set_pathname_utf8(entry, (folder + "/" + name).c_str());
+    check(out.get(), archive_write_header(out.get(), entry));
+    const void* block = nullptr;
+    std::size_t size = 0;
+    la_int64_t offset = 0;
+    while ((code = archive_read_data_block(in.get(), &block, &size, &offset)) == ARCHIVE_OK) {
+      left -= static_cast<std::int64_t>(size);
+      if (left < 0) throw ArchiveFailure("it holds too much");
+      if (archive_write_data_block(out.get(), block, size, offset) < ARCHIVE_WARN) {
+        throw ArchiveFailure(out.get());
+      }
+    }
+    if (code != ARCHIVE_EOF) throw ArchiveFailure(in.get());
+    check(out.get(), archive_write_finish_entry(out.get()));
+  }
+}
+
+bool failAs(NSError* error, std::int64_t code, const std::string& path, const char* reason) {
+  if (error) *error = {NSCocoaErrorDomain, code, path + ": " + reason, {}, reason};
+  return false;
+}
+
+}  // namespace
+
+bool FolderArchive::writeFolder_toPath(const std::string& folder, const std::string& path,
+                                       NSError* error) {
+  const std::string unfinished = path + ".part";
+  std::error_code ignored;
+  try {
+    write(folder, unfinished);
+    NSFileManager::synchronizeFileSystemAtPath(unfinished);
+    fs::rename(unfinished, path);
+    return true;
+  } catch (const std::exception& failure) {
+    fs::remove(unfinished, ignored);
+    return failAs(error, NSFileWriteUnknownError, path, failure.what());
+  }
+}
+
+bool FolderArchive::readPath_intoFolder(const std::string& path, const std::string& folder,
+                                        NSError* error) {
+  try {
+    read(path, folder);
+    return true;
+  } catch (const std::exception& failure) {
+    return failAs(error, NSFileReadCorruptFileError, path, failure.what());
+  }
+}
+
+}  // namespace zym

@@ -271,6 +271,13 @@ TEST_F(RecWriterTest, WritesTheRecipe) {
       written(
           R"({"MashType": "Extract", "YeastIngredients": [{"Name": "US-05", "Description": "Floculation:Low"}]})"),
       hops, "s0 -> 05 | s0x37 -> US | s0x6e -> '' | o0x87 -> 0 | o0x88 -> 0 | o0x1d3 -> 2");
+  for (const auto& [type, code] : {std::pair{"Full Mash", "0"},
+                                   {"Extract", "2"},
+                                   {"Extract with Steeped Grains", "2"},
+                                   {"Odd", "0"}}) {
+    expectFields(written(std::string(R"({"MashType": ")") + type + "\"}"), 0,
+                 std::string("o0x7d -> ") + code);
+  }
 }
 
 TEST_F(RecWriterTest, WritesAdditions) {

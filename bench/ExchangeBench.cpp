@@ -218,8 +218,16 @@ void bundle(benchmark::State& state) {
   }
   const std::string document = BinaryPropertyList::write(recipe("Recipe")).value();
   const std::string batch = document + document;
+  const auto clear = [] {
+    ZYMRecipes& recipesThere = ZYMRecipes::sharedInstance();
+    std::vector<std::string> uuids;
+    for (const ZYMSummary& row : recipesThere.summariesForAllRecipes()) {
+      uuids.push_back(row.uuid.value());
+    }
+    recipesThere.removeItems_fromGroupWithUUID(uuids, "");
+  };
   measureRatio(
-      state, 1.5,
+      state, 1.5, clear,
       [&] {
         ZYMRecipeDataStoreImportOperation operation({{KeyName("Recipes"), recipes}});
         operation.start();

@@ -190,6 +190,9 @@ TEST_F(BeerXMLWriterTest, DividesTheStyle) {
   recipe.remove(keys::StyleGuidelinesSource);
   recipe.set(keys::StyleUUID, styleNamed("American Light Lager", 1));
   expect(recipe, "STYLE/NAME -> American Light Lager");
+  recipe.set(keys::StyleUUID, styleNamed("Pre-Prohibition Lager", 1));
+  expect(recipe, R"(STYLE/CATEGORY -> Pre | STYLE/NAME -> Prohibition Lager |
+      STYLE/CATEGORY_NUMBER -> 27 | STYLE/STYLE_LETTER -> F)");
   NSUserDefaults::standardUserDefaults().setObject_forKey(0, ZYMPreferredStyleGuidelinesKey);
   expect(recipe,
          "STYLE/NAME -> " + std::string(ZYMStyles::noChosenStyle().stringValue(keys::Name)));

@@ -243,6 +243,10 @@ TEST_F(FileExportTest, OurOwnFormatsLoseNothing) {
       EXPECT_EQ(testing::differences(before, after), std::set<std::string>());
     }
   }
+  PlistDictionary unmeasured{{keys::UUID, "bare"}, {keys::BatchNotes, "Kept"}};
+  recipes().restoreBatch_toRecipeWithUUID(unmeasured, recipes().summariesForAllRecipes()[0].uuid);
+  EXPECT_EQ(itemForExportWithUUID("bare")->stringValue(keys::BatchNotes), "Kept");
+  EXPECT_FALSE(itemForExportWithUUID("nobody"));
 }
 
 // As docs/formats.md says what they hold and what not.

@@ -114,6 +114,7 @@ TEST_F(NativeFileTest, BringsOldBatchesUpToDate) {
       "OG Hydro Reading": "1.050", "MeasuredPreBoil Grav": "1.041", "Measured OG": "1.051",
       "Actual Mash Efficiency": "77", "ABV": "5.5", "ExpectedIBU": "30"})");
   measured.set(keys::RecipeAtCreation, brewed);
+  measured.set(keys::DateLastModified, day(1));
   measured.set(keys::DateBrewed, day(20));
   measured.set(keys::DateRacked, day(10));
   measured.set(keys::DatePackaged, day(30));
@@ -128,6 +129,7 @@ TEST_F(NativeFileTest, BringsOldBatchesUpToDate) {
       PreBoilHydroReading -> absent | OGHydroReading -> absent | MeasuredPreBoilGrav -> absent |
       MeasuredOG -> absent | ExpectedIBU -> absent)");
   EXPECT_FALSE(first.contains(keys::RecipeAtCreation));
+  EXPECT_TRUE(*first.date(keys::DateLastModified) > day(18000));
   EXPECT_TRUE(*first.date(keys::DateRacked) == day(20));
   EXPECT_TRUE(*first.date(keys::DatePackaged) == day(30));
   EXPECT_TRUE(*first.date(keys::DateReady) > day(18000));

@@ -143,13 +143,13 @@ TEST(RecFile, ReadsFermentablesAndOthers) {
     put(file, hops,
         "s0 -> Munich | s0x6e -> Germany | r0xa7 -> 1 | r0xab -> 9 | r0x209 -> 2 | o0xa5 -> " +
             std::to_string(kind) + " | r0xaf -> " +
-            (kind < 3   ? "8"
-             : kind < 5 ? "12.5"
+            (kind < 3   ? "10"
+             : kind < 5 ? "10.05"
                         : "nan"));
     expect(first(file, parsedKeys::FERMENTABLES),
            std::string("NAME -> Munich | ORIGIN -> Germany | YIELD -> 0.000000 | COLOR -> 9.000000 "
                        "| AMOUNT -> 907.180000 | TYPE -> ") +
-               kinds[kind] + " | MOISTURE -> " + (kind < 3 ? "8.000000" : "4.000000"));
+               kinds[kind] + " | MOISTURE -> " + (kind < 3 ? "10.000000" : "4.000000"));
     put(file, hops, "r0xa7 -> 1.0375");  // (1.0375 - 1) / 0.00046
     EXPECT_NEAR(first(file, parsedKeys::FERMENTABLES).doubleValue(parsedKeys::YIELD), 81.5217,
                 1e-3);
@@ -220,14 +220,21 @@ TEST(RecFile, RefusesWhatIsTooShort) {
 }
 
 TEST(RecFile, EndsATextWithItsField) {
-  std::string file = fileOf(1, 0, 0);
+  std::string file = fileOf(1, 1, 1);
   std::fill(file.begin(), file.begin() + 0x55, 'a');
-  std::fill(file.begin() + hops, file.end(), 'b');
+  std::fill(file.begin() + 0x7e, file.end(), 'b');
   put(file, hops, "r0x271 -> inf");
-  put(file, hops + hopSize, "i0x236c -> 0");
-  expect(parsed(file),
-         "RecipeTitle -> " + std::string(0x55, 'a') + " | Notes -> " + std::string(0xfbc, 'b'));
-  expect(first(file, parsedKeys::HOPS), "NAME -> " + std::string(0x37, 'b'));
+  put(file, file.size() - tailSize, "i0x236c -> 1");
+  const std::string name(0x37, 'b');
+  expect(parsed(file), "RecipeTitle -> " + std::string(0x55, 'a') + " | STYLENAME -> " + name +
+                           " | Notes -> " + std::string(0xfbc, 'b'));
+  for (const KeyName list : {parsedKeys::HOPS, parsedKeys::FERMENTABLES, parsedKeys::MISCS}) {
+    expect(first(file, list), "NAME -> " + name);
+  }
+  expect(first(file, parsedKeys::FERMENTABLES), "ORIGIN -> " + name);
+  expect(first(file, parsedKeys::MASHSTEPS), "NAME -> " + std::string(0xff, 'b'));
+  expect(first(file, keys::YeastIngredients),
+         "YEAST NAME -> " + name + " " + std::string(0x19, 'b') + "-" + name);
   EXPECT_EQ(first(file, parsedKeys::HOPS).doubleValue(parsedKeys::AMOUNT), 0);
 }
 
@@ -271,6 +278,20 @@ TEST_F(RecWriterTest, WritesTheRecipe) {
       written(
           R"({"MashType": "Extract", "YeastIngredients": [{"Name": "US-05", "Description": "Floculation:Low"}]})"),
       hops, "s0 -> 05 | s0x37 -> US | s0x6e -> '' | o0x87 -> 0 | o0x88 -> 0 | o0x1d3 -> 2");
+  for (const auto& [type, code] : {std::pair{"Full Mash", "0"},
+                                   {"Extract", "2"},
+                                   {"Extract with Steeped Grains", "2"},
+                                   {"Odd", "0"}}) {
+    expectFields(written(std::string(R"({"MashType": ")") + type + "\"}"), 0,
+                 std::string("o0x7d -> ") + code);
+  }
+  for (const auto& [type, code] : {std::pair{"Full Mash", "0"},
+                                   {"Extract", "2"},
+                                   {"Extract with Steeped Grains", "2"},
+                                   {"Odd", "0"}}) {
+    expectFields(written(std::string(R"({"MashType": ")") + type + "\"}"), 0,
+                 std::string("o0x7d -> ") + code);
+  }
 }
 
 TEST_F(RecWriterTest, WritesAdditions) {

@@ -121,6 +121,9 @@ TEST_F(StoreImportTest, PassesOverWhatCannotBeStored) {
   setNSLogSink([](std::string_view) {});
   ZYMRecipeDataStoreImportOperation operation(
       {{Recipes, PlistArray{tooDeep, deepBatch, recipeNamed("C", {}, "Came")}}});
+  operation.setProgressHandler([&](float) {
+    EXPECT_TRUE(operation.started() && operation.isExecuting() && !operation.isFinished());
+  });
   operation.start();
   setNSLogSink({});
   EXPECT_THAT(titles(), ElementsAre("Came/0", "Kept/1"));
@@ -195,6 +198,9 @@ TEST_F(StoreImportTest, BringsRecordsIntoALibrary) {
                                                             {KeyName("3"), added},
                                                             {KeyName("4"), "none"}});
   const testing::Posts posts{CoreDataModelDidSaveNotification, CoreDataModelReloadNowNotification};
+  const auto token = NSNotificationCenter::defaultCenter().addObserverForName_object(
+      CoreDataModelDidSaveNotification, nullptr,
+      [&](const NSNotification&) { EXPECT_TRUE(operation->isExecuting()); });
   operation->start();
   EXPECT_THAT(posts.names, ElementsAre(CoreDataModelDidSaveNotification));
   EXPECT_EQ(hops.summariesforAllItems().size(), before + 1);

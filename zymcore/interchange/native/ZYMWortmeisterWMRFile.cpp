@@ -56,7 +56,6 @@ void divideRecipes(PlistDictionary& batch, const PlistDictionary& parent) {
   }
   batch.remove(keys::RecipeAtCreation);
   setIfAbsent(batch, keys::ModifiedRecipe, brewed);
-  setIfAbsent(batch, keys::OriginalRecipe, parent);
 }
 
 void upgradeBatch(PlistDictionary& batch, std::size_t number, const PlistDictionary& parent) {

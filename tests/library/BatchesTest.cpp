@@ -117,6 +117,7 @@ TEST_F(Batches, ADocumentThatCannotBeStoredLeavesNothingBehind) {
   }
   EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Bock"),
               ElementsAre(ZYMSummary{"a", "a"}));
+  EXPECT_THAT(*ZYMRecipeBatchEntity::findAllObjects(), SizeIs(1)) << "of no recipe either";
 }
 
 TEST_F(Batches, AreRepairedWhenTheyAreRead) {

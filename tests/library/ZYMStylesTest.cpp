@@ -89,7 +89,9 @@ TEST_F(Styles, WithoutAFileThereAreNoneUntilThereIsOne) {
   write("BJCPStyles-2008", file);
   EXPECT_TRUE(styles.styleWithName_inGuidelines("pils", 0));
   write("BJCPStyles-2015", PlistDictionary{{KeyName{"Styles"}, PlistArray()}});
-  EXPECT_THROW((void)styles.styleWithNameMostSimilarToString_inGuidelines("pils", 1), NSException);
+  EXPECT_EQ(
+      reasonOf([&] { (void)styles.styleWithNameMostSimilarToString_inGuidelines("pils", 1); }),
+      "index -1 beyond bounds for array of styles");
 }
 
 }  // namespace

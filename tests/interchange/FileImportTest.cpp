@@ -165,6 +165,7 @@ TEST_F(FileImportTest, TellsTheFiguresOfItsMatches) {
       {keys::Attenuation, "72.5"}};
   ZYMFileImportOperation operation;
   const PlistDictionary recipe = operation.processParsedRecipe(parsed);
+  EXPECT_EQ(operation.processParsedRecipe(parsed), recipe) << "and tells its matches once";
   const std::vector<ImportMatch>& matches = operation.matches();
   ASSERT_THAT(matches, SizeIs(6));  // the first is the style
   EXPECT_EQ(matches[1].figureInFile, 20);
@@ -206,7 +207,7 @@ TEST(ImportMatch, IsPoorWhereNameOrFigureIsFarOff) {
       {words::Fermentable, 1, 2, 3.5, false},
       {words::Fermentable, 1, 2, 3.55, true},
       {words::Fermentable, 1, 40, 54, false},
-      {words::Fermentable, 1, 40, 54.5, true},
+      {words::Fermentable, 1, 40, 54.2, true},
       {words::Fermentable, 1, 60, 20, true},
       {words::Fermentable, 1, 60, std::nullopt, false},
       {words::Hop, 1, 10, 13.5, false},
@@ -314,6 +315,7 @@ TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
               expected.substr(end + 1))
         << given;
   }
+  EXPECT_TRUE(process({{parsedKeys::STYLENAME, " No Style Chosen"}}).string(keys::StyleUUID));
   // The 14th, the first but one digit; the 15th; the 23rd, by 4.1.
   for (const auto& [days, text] : {std::pair("100", "Matured for 2 weeks"),
                                    {"105", "Matured for 4 months"},
@@ -594,7 +596,7 @@ TEST_F(FileImportTest, AFailureStoresNothing) {
       {file("empty.wm2", ""), ""},
       {file("huge.wm2", ""), "File too large"},
       {file("cut.wm2", ownFile().substr(0, ownFile().size() / 2)), ""},
-      {file("list.wm2", "[{}]"), "list"},
+      {file("list.wm2", "[{}]"), "no recipe, but a list"},
       {file("number.wm2", "7"), ""},
       {file("deep.wm2", deep), ""},
       {file("a.wmr", "x"), "yet"},
@@ -615,6 +617,7 @@ TEST_F(FileImportTest, AFailureStoresNothing) {
     EXPECT_FALSE(context().hasChanges());
     EXPECT_FALSE(undoManager().canUndo());
   }
+  EXPECT_EQ(import(folder / "list.wm2")->failureReason(), "no recipe, but a list");
   ZYMFileImportOperation nowhere;
   nowhere.start();
   EXPECT_NE(nowhere.failureReason(), std::nullopt);

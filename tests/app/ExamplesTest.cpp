@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "tests/app/Program.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecipeKeys.h"

@@ -222,6 +222,25 @@ TEST_F(Sheets, ShowFiguresAndTextsAsTheyAre) {
   EXPECT_EQ(german.at("MaxOG"), "-");
 }
 
+TEST_F(Sheets, ShowWhereAFigureStandsInItsStyle) {
+  const std::string names =
+      "Category MinIBU MaxOG MinColor OriginalGravityPlace BitternessPlace ColorPlace ";
+  const auto places = [&](const char* uuid) {
+    PlistDictionary recipe = fullRecipe();
+    recipe.set(keys::StyleUUID, uuid);
+    std::string text;
+    for (const auto& [name, value] : filledKeys(recipe, 0, names)) text += value + " ";
+    return text;
+  };
+  // 37.1 of 28 to 40, and of 75 to 115; 12.2 IBU of 8 to 12, and of 50 to 90; 3.9 SRM of 2 to 3
+  EXPECT_EQ(places("87ACE380-2736-5B27-B6B9-01D9113821DA"), "78 1A 100 1.040 SG 2.0 SRM 8.0 63 ");
+  EXPECT_EQ(places("FADFE522-2982-5A73-9B00-E19EE9A87EE7"), "0 20C 0 1.115 SG 30.0 SRM 50.0 0 ");
+  EXPECT_EQ(places("gone"), "0.000 SG 0.0 SRM 0 ");
+  set(keys::HopFormula, 4);
+  set(keys::BeerColorFormula, -1);
+  EXPECT_TRUE(filledKeys(fullRecipe(), 0, "Formula ColorFormula ").empty());
+}
+
 TEST_F(Sheets, ForTheClipboardArePlainText) {
   PlistDictionary recipe = fullRecipe();
   recipe.set(keys::RecipeTitle, "<b>&\x01\x03</b> <*KEYNAME=FontName>");

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "app/session/Store.h"
 #include "app/terminal/Faults.h"
@@ -17,6 +18,7 @@
 #include "app/values/StockValues.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/NSStringExtensions.h"
+#include "zymcore/interchange/operations/ZYMFileExportOperation.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/host/NSWorkspace.h"
@@ -73,6 +75,7 @@ std::string suggestionsPage() {
         isDone = true;
       });
   (void)NSRunLoop::mainRunLoop().runUntil([&] { return isDone; }, secondsToSuggest);
+  if (page.empty()) throw InputError(label("what can be brewed can't be worked out"));
   return page;
 }
 
@@ -139,11 +142,7 @@ std::string freePath(const std::string& folder, const std::string& title) {
   std::string name = title;
   std::erase_if(name, [](char c) { return c == '/' || c == '.'; });
   if (name.empty()) name = "page";
-  std::string path = folder + "/" + name + ".pdf";
-  for (int n = 1; NSFileManager::fileExistsAtPath(path); ++n) {
-    path = folder + "/" + name + "-" + std::to_string(n) + ".pdf";
-  }
-  return path;
+  return ZYMFileExportOperation::uniquePathForPath(folder + "/" + name + ".pdf").value();
 }
 
 int printAll(const Options& options) {
@@ -190,7 +189,8 @@ void showText(const Options& options) {
   const std::string text = item.kind == Item::Kind::Batch
                                ? ZYMHTML::renderItemToHTML_type(document, batchText)
                                : ZYMHTML::renderRecipeToStringForClipboard(document);
-  std::cout << withLineFeeds(text);
+  std::istringstream lines(withLineFeeds(text));
+  for (std::string line; std::getline(lines, line);) std::cout << printable(line) << '\n';
 }
 
 CLI::App& add(CLI::App& program, const char* name, const char* description,

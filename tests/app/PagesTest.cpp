@@ -79,7 +79,9 @@ TEST_F(Pages, TextsOfADocumentAreNeverMarkup) {
                           Not(HasSubstr("<script"))));
   (void)output({"print", hostileTitle, "-o", folder / "page.pdf"});
   EXPECT_THAT(saidBy("pdftotext -layout page.pdf -", ""), HasSubstr("Tom & Jerry <3 \"q\" <*KEYN"));
-  EXPECT_THAT(output({"clipboard", hostileTitle}), HasSubstr(hostileTitle));
+  (void)output({"edit", hostileTitle, "Notes=Mash\x1b[2J\nwell"});
+  EXPECT_THAT(output({"clipboard", hostileTitle}),
+              AllOf(HasSubstr(hostileTitle), HasSubstr("Mash [2J\nwell\n")));
 }
 
 TEST_F(Pages, ArePrintedEachAsItsOwnFile) {
@@ -111,6 +113,16 @@ TEST_F(Pages, SayWhatCanBeBrewedAndWhatIsToBeBought) {
   (void)output({"shopping", "Ale", "--order", "The Shop"});
   EXPECT_THAT(output({"stock", "hops"}), HasSubstr("15 g"));
   EXPECT_EQ(zym({"suggest", "--missing", "4"}).exitCode, 2);
+  // A recipe that can't be read is named, and hides no other.
+  EXPECT_EQ(
+      saidBy("python3 -c 'import sqlite3; c = sqlite3.connect(\"data/Wortmeister.sqlite\");"
+             "c.execute(\"update [ZYMRecipeEntity.data] set value = zeroblob(1) where _key ="
+             " (select _key from ZYMRecipeEntity where name like \\\"Ale-%\\\")\"); c.commit()'",
+             ""),
+      "");
+  const Outcome outcome = zym({"suggest", "--tsv"});
+  EXPECT_EQ(outcome.out, "Ale\t15 g of Zymhop\n");
+  EXPECT_THAT(outcome.err, HasSubstr("Ale-copy"));
   EXPECT_EQ(zym({"page", "stock", "beer"}).exitCode, 2);
 }
 

@@ -21,16 +21,17 @@ class Instructions : public WithPages {
   void putTemplates(const std::string& text) const {
     for (const char* name : templates) putTemplate(name, text);
   }
-  /// The lines "key: value" are those of the page; a "|" stands for a line feed.
+  /// The lines "key: value", or "key, key: value, value", are those of the page; a "|" stands for a
+  /// line feed.
   void expect(const PlistDictionary& batch, const std::string& lines) const {
     std::istringstream all(lines);
     std::string text;
     for (std::string line; std::getline(all, line);) {
-      text += listing({line.substr(0, line.find(": "))}) + "\x1e";
+      const std::string names = line.substr(0, line.find(": "));
+      text += names + ": " + std::regex_replace(names, std::regex("\\w+"), marker("$&")) + "\x1e";
     }
     putTemplates(text);
     std::string page = ZYMHTML::renderToHTMLBatchInstructions(batch);
-    page = std::regex_replace(page, std::regex("\n\x1e"), "\x1e");
     std::replace(page.begin(), page.end(), '\n', '|');
     std::replace(page.begin(), page.end(), '\x1e', '\n');
     EXPECT_EQ(page, lines);
@@ -301,7 +302,8 @@ PlistDictionary fullBatch() {
     "PreBoilWortVolume": "31000", "VolumeToFermenter": "24000", "VolumeAtPitching": "24000",
     "FermentationTemperature": "18",
     "RecipeTitle": "Tom & Jerry <3", "MashType": "Full Mash", "TargetWaterProfileUsedUUID": "w",
-    "CaSO4InGrammes": "3.5", "CaCO3InGrammes": "0.000001", "NaClInGrammes": "1.25",
+    "CaSO4InGrammes": "3.5", "MgSO4InGrammes": "0.000001", "NaHCO3InGrammes": "2.5",
+    "NaClInGrammes": "1.25", "CaCl2InGrammes": "4.5", "CaCO3InGrammes": "0.75",
     "MashpH": "5.25", "Acid": "LACTIC <Acid>", "BoilDuration": "90", "CarbonationVolumes": "2.45",
     "Carbonation": "Nothing", "Conditioning": "Lagered for 4 weeks", "ExpectedPreBoilGravity": "1.040",
     "ExpectedOriginalGravity": "1.050", "ExpectedFinalGravity": "1.012",
@@ -352,7 +354,7 @@ FirstRestTime: 60
 FirstRestTemperature: 66 ˚C
 TotalGrain: 4.000 kg
 WaterTreatment: <p>Adjust water profile to match that of Burton.</p>|
-SaltAdditions: <p>Add the following salts.</p>|<ul>|<li>3.50 g of gypsum.</li>|<li>1.25 g of table salt.</li>|</ul>|
+SaltAdditions: <p>Add the following salts.</p>|<ul>|<li>3.50 g of gypsum.</li>|<li>2.50 g of baking soda.</li>|<li>1.25 g of table salt.</li>|<li>4.50 g of calcium chloride.</li>|<li>0.75 g of chalk.</li>|</ul>|
 MashFermentables: <ul>|<li>4.000 kg of Pale &lt;*KEYNAME=FontName&gt;</li>|&nbsp;&nbsp;&nbsp;&nbsp;3.000 kg of &quot;sack &quot;a&quot;&quot; added to inventory Jan 1, 2001<br>|&nbsp;<br></ul>|
 MashOthers: <p>Also add the following during the mash</p>|<ul>|<li>50 g of Rice</li>|<li>1.00 g of M</li>|</ul>|
 MashPH: <p>Mash pH should be 5.3 (adjust if necessary with lactic &lt;acid&gt;).</p>|
@@ -368,43 +370,27 @@ FermentationHops: <p>In your fermenter place the following hops.</p>|<ul>|<li>6.
 FermentationOthers: <p>Also add the following.</p>|<ul>|<li>20 g of Oak</li>|</ul>|
 DryHops: <p>Dry hop with the following hops.</p>|<ul>|<li>7.00 g of D</li>|</ul>|
 Yeasts: |<ul>|<li>500 ml of S</li>|<li>2 packs of P - 1 &lt; 2</li>|&nbsp;&nbsp;&nbsp;&nbsp;1 pack of &quot;y&quot; added to inventory <br>|</ul>|
-Formula: Tinseth
-CarbonationText: 
-AdditionalWaterText: 
-SummaryText: Summary
-GravityBeforeBoilText: Gravity Before Boil
-OriginalGravityText: Original Gravity
-FinalGravityText: Final Gravity
-VolumeBeforeBoilText: Volume Before Boil
-VolumeAfterBoilText: Volume After Boil
-VolumeTransferredText: Volume Transferred
-WaterAddedToDiluteText: Water Added To Dilute
-VolumeAtPitchingText: Volume At Pitching
-VolumeOfFinishedBeerText: Volume Of Finished Beer
-TotalWaterRequiredText: Total Water Required
-TotalGrainText: Total Grain
-BatchCostText: Batch Cost
-PreparationText: Preparation
+CarbonationText, AdditionalWaterText: , 
+Formula, SummaryText, GravityBeforeBoilText, OriginalGravityText: Tinseth, Summary, Gravity Before Boil, Original Gravity
+FinalGravityText, VolumeBeforeBoilText, VolumeAfterBoilText: Final Gravity, Volume Before Boil, Volume After Boil
+VolumeTransferredText, WaterAddedToDiluteText, VolumeAtPitchingText: Volume Transferred, Water Added To Dilute, Volume At Pitching
+VolumeOfFinishedBeerText, TotalWaterRequiredText, TotalGrainText: Volume Of Finished Beer, Total Water Required, Total Grain
+BatchCostText, PreparationText, MashingText, SteepingText, BoilingText: Batch Cost, Preparation, Mashing, Steeping, Boiling
+FermentationText, FermentAtWith, RackingAndPackagingText: Fermentation, Ferment at 18 ˚C with, Racking And Packaging
 YeastStarterText: If using a yeast starter prepare one a couple of days in advance.
 CrushGrainsText: If necessary crush the grains.
 PrepareWaterForTheBoil: Prepare 31.00 l of water for the boil.
 HeatWaterTo: Heat 10.00 l of water to 73 ˚C.
 PrepareWaterAndHeatTo: Prepare 31.00 l of water and heat to 155F/65C.
-MashingText: Mashing
 DoughInTheFollowingFermentables: Dough in the following fermentable ingredients.
 SpargeTheGrainsAndTopUp: Sparge the grains and top up if necessary to obtain 31.00 l of wort (requires 25.00 l).
-SteepingText: Steeping
 SteepingTheFollowingIngredients: Steep the following ingredients for 30 minutes at 155F/65C.
 TakeOutTheGrainsAndRinse: Take out the the grains and rinse to obtain 31.00 l of wort.
-BoilingText: Boiling
 BringTheWaterToBoil: Bring the wort to the boil.
 BoilTheWort: Boil the wort for a total of 90 minutes.
 ChillTheWortToPitching: Chill the wort to the appropriate pitching temperature and rack the wort to your fermenter.
-FermentationText: Fermentation
 TheDesiredVolumeAtPitching: The desired volume at pitching is 24.00 l.
-FermentAtWith: Ferment at 18 ˚C with
 IfUsingASecondary: If using a secondary, transfer when appropriate.
-RackingAndPackagingText: Racking And Packaging
 IfUsingASecondaryTheBeer: If using a secondary, the beer should be lagered for 4 weeks before racking into either bottles or keg.
 IfNotUsingASecondaryTheBeer: If not using a secondary, the beer should be racked directly into bottles or keg and lagered for 4 weeks.
 )");
@@ -415,6 +401,9 @@ IfNotUsingASecondaryTheBeer: If not using a secondary, the beer should be racked
     recipe->set(keys::TargetWaterProfileUsedUUID, water);
     expect(batch, "MashPH: <p>Mash pH should be 5.3.</p>|\nWaterTreatment: \nSpargeVolume: \n");
   }
+  expect({{keys::ModifiedRecipe, R"({"MashType": "Extract", "MgSO4InGrammes": "0.00002"})"_json}},
+         "SaltAdditions: <p>Add the following salts.</p>|<ul>|<li>0.00 g of epsom "
+         "salts.</li>|</ul>|\n");
   expect({{keys::ModifiedRecipe, PlistDictionary{{keys::MashType, words::Extract}}}},
          "SaltAdditions: \nFirstRestTime: \nBoilHops: \nMashOthers: \nYeasts: |<ul>|</ul>|\n");
 }

@@ -48,9 +48,9 @@ PlistDictionary fullRecipe() {
     "MashType": "Full Mash", "MashEfficiency": "75", "BoilDuration": "60", "MashpH": "5.2",
     "PreBoilWortVolume": "30000", "FinalWortVolume": "25000", "VolumeToFermenter": "20000",
     "VolumeAtPitching": "25000", "FinalBatchVolume": "24000", "Acid": "Unadjusted",
-    "FermentationTemperature": "20", "BaseWaterProfileUsedUUID": "base", "CaSO4": "0.0001",
-    "TargetWaterProfileUsedUUID": "none", "NaHCO3": "0.00005", "CaCl2": "0.0002", "NaCl": "0.00004",
-    "CaCO3": "0.00003", "MgSO4": "0.00006", "Notes": "a < b\n\"c\"",
+    "FermentationTemperature": "20", "BaseWaterProfileUsedUUID": "base", "CaSO4": "1",
+    "TargetWaterProfileUsedUUID": "none", "NaHCO3": "0.5", "CaCl2": "2", "NaCl": "0.4",
+    "CaCO3": "0.3", "MgSO4": "0.6", "Notes": "a < b\n\"c\"",
     "FermentableIngredients": [{"Ingredient": "Pale & <*KEYNAME=Amount>", "Amount": "5000",
       "When": "In Mash/Steeped", "Extract": "80", "Color": "3", "IsGrain": "1"},
       {"Ingredient": "Odd", "Amount": "5", "When": "Some <time>"}],
@@ -189,13 +189,14 @@ TEST_F(Sheets, ShowFiguresAndTextsAsTheyAre) {
       {"ColorFormula", "Morey"},
       {"MashType", "Full Mash"},
       {"ScheduleName", "One &amp; all"},
-      // (ion * 30000 / 25000 * 20000 + ion * 5000) / 25000 = 1.16 * ion, and the salts in mg/l
-      {"Sulfate", "137"},    // 58 + 55.76 + 23.46
-      {"Calcium", "154"},    // 46.4 + 23.27 + 72.8 + 12
-      {"Magnesium", "17"},   // 11.6 + 5.82
-      {"Chloride", "175"},   // 23.2 + 127.2 + 24.12
-      {"Sodium", "47"},      // 17.4 + 13.7 + 15.88
-      {"Carbonate", "170"},  // 116 + 35.7 + 18
+      // (ion * 30000 / 25000 * 20000 + ion * 5000) / 25000 = 1.16 * ion, and the salts in mg/l, of
+      // which there are too many to overlook a digit
+      {"Sulfate", "792258"},    // 58 + 557600 + 234600
+      {"Calcium", "1080746"},   // 46.4 + 232700 + 728000 + 120000
+      {"Magnesium", "58212"},   // 11.6 + 58200
+      {"Chloride", "1513223"},  // 23.2 + 1272000 + 241200
+      {"Sodium", "295817"},     // 17.4 + 137000 + 158800
+      {"Carbonate", "537116"},  // 116 + 357000 + 180000
       {"WaterProfileUsed", "Unknown Target Water"},
       {"YeastItems", "[A|1 pack][B|3 packs][C|250 ml]"},
       {"OtherItems", "[Moss|5.00 g|In Boil]"},

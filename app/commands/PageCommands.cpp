@@ -137,12 +137,18 @@ void showInstructions(const Options& options) {
   put(page, options);
 }
 
-/// A name in the folder that nothing there has yet.
-std::string freePath(const std::string& folder, const std::string& title) {
-  std::string name = title;
-  std::erase_if(name, [](char c) { return c == '/' || c == '.'; });
-  if (name.empty()) name = "page";
-  return ZYMFileExportOperation::uniquePathForPath(folder + "/" + name + ".pdf").value();
+/// Prints into the folder under the title, or a free name like it; answers the path.
+std::string printedIn(const std::string& folder, const Item& item) {
+  ZYMFileExportOperation printing(documentOf(item), folder,
+                                  static_cast<std::int32_t>(ZYMExportFileType::PDF));
+  printing.main();
+  if (printing.writtenPath()) return *printing.writtenPath();
+  throw InputError(label("can't print: %1", {printing.failureReason().value_or("")}));
+}
+
+std::string printedAs(const std::string& path, const Item& item) {
+  write(asPDF(sheetOf(item)), path);
+  return path;
 }
 
 int printAll(const Options& options) {
@@ -157,10 +163,10 @@ int printAll(const Options& options) {
     progress.show(i);
     try {
       const Item item = itemNamed(options.names[i]);
-      const std::string path = isFolder ? freePath(options.output, item.name) : options.output;
-      write(asPDF(sheetOf(item)), path);
+      const std::string path =
+          isFolder ? printedIn(options.output, item) : printedAs(options.output, item);
       std::cout << printable(path) << '\n';
-    } catch (const InputError& error) {
+    } catch (const std::exception& error) {
       std::cerr << "zym: " << printable(options.names[i]) << ": " << error.what() << '\n';
       ++failed;
     }

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <regex>
+
 #include "tests/app/Program.h"
 
 namespace zym {
@@ -79,6 +81,17 @@ TEST_F(Pages, TextsOfADocumentAreNeverMarkup) {
                           Not(HasSubstr("<script"))));
   (void)output({"print", hostileTitle, "-o", folder / "page.pdf"});
   EXPECT_THAT(saidBy("pdftotext -layout page.pdf -", ""), HasSubstr("Tom & Jerry <3 \"q\" <*KEYN"));
+  // The glass is full of the beer.
+  static const std::regex colour("--beer:#([0-9a-f]{2})([0-9a-f]{2})([0-9a-f]{2})\"");
+  std::smatch found;
+  ASSERT_TRUE(std::regex_search(page, found, colour));
+  std::string pixels;
+  for (int i = 0; i < 8; ++i) {
+    for (std::size_t part = 1; part <= 3; ++part) {
+      pixels += static_cast<char>(std::stoi(found[part].str(), nullptr, 16));
+    }
+  }
+  EXPECT_THAT(saidBy("pdftoppm -r 60 page.pdf", ""), HasSubstr(pixels));
   (void)output({"edit", hostileTitle, "Notes=Mash\x1b[2J\nwell"});
   EXPECT_THAT(output({"clipboard", hostileTitle}),
               AllOf(HasSubstr(hostileTitle), HasSubstr("Mash [2J\nwell\n")));

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "app/session/Store.h"
 #include "app/terminal/Faults.h"
@@ -17,6 +18,7 @@
 #include "app/values/StockValues.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/NSStringExtensions.h"
+#include "zymcore/interchange/operations/ZYMFileExportOperation.h"
 #include "zymcore/platform/events/NSRunLoop.h"
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/host/NSWorkspace.h"
@@ -73,6 +75,7 @@ std::string suggestionsPage() {
         isDone = true;
       });
   (void)NSRunLoop::mainRunLoop().runUntil([&] { return isDone; }, secondsToSuggest);
+  if (page.empty()) throw InputError(label("what can be brewed can't be worked out"));
   return page;
 }
 
@@ -134,15 +137,17 @@ void showInstructions(const Options& options) {
   put(page, options);
 }
 
-/// A name in the folder that nothing there has yet.
-std::string freePath(const std::string& folder, const std::string& title) {
-  std::string name = title;
-  std::erase_if(name, [](char c) { return c == '/' || c == '.'; });
-  if (name.empty()) name = "page";
-  std::string path = folder + "/" + name + ".pdf";
-  for (int n = 1; NSFileManager::fileExistsAtPath(path); ++n) {
-    path = folder + "/" + name + "-" + std::to_string(n) + ".pdf";
-  }
+/// Prints into the folder under the title, or a free name like it; answers the path.
+std::string printedIn(const std::string& folder, const Item& item) {
+  ZYMFileExportOperation printing(documentOf(item), folder,
+                                  static_cast<std::int32_t>(ZYMExportFileType::PDF));
+  printing.main();
+  if (printing.writtenPath()) return *printing.writtenPath();
+  throw InputError(label("can't print: %1", {printing.failureReason().value_or("")}));
+}
+
+std::string printedAs(const std::string& path, const Item& item) {
+  write(asPDF(sheetOf(item)), path);
   return path;
 }
 
@@ -158,10 +163,10 @@ int printAll(const Options& options) {
     progress.show(i);
     try {
       const Item item = itemNamed(options.names[i]);
-      const std::string path = isFolder ? freePath(options.output, item.name) : options.output;
-      write(asPDF(sheetOf(item)), path);
+      const std::string path =
+          isFolder ? printedIn(options.output, item) : printedAs(options.output, item);
       std::cout << printable(path) << '\n';
-    } catch (const InputError& error) {
+    } catch (const std::exception& error) {
       std::cerr << "zym: " << printable(options.names[i]) << ": " << error.what() << '\n';
       ++failed;
     }
@@ -190,7 +195,8 @@ void showText(const Options& options) {
   const std::string text = item.kind == Item::Kind::Batch
                                ? ZYMHTML::renderItemToHTML_type(document, batchText)
                                : ZYMHTML::renderRecipeToStringForClipboard(document);
-  std::cout << withLineFeeds(text);
+  std::istringstream lines(withLineFeeds(text));
+  for (std::string line; std::getline(lines, line);) std::cout << printable(line) << '\n';
 }
 
 CLI::App& add(CLI::App& program, const char* name, const char* description,

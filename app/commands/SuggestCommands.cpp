@@ -19,6 +19,7 @@
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/StockKeys.h"
 #include "zymcore/library/recipes/ZYMRecipes.h"
+#include "zymcore/platform/values/NSException.h"
 #include "zymcore/stock/ZYMSuggestABeerGenerator.h"
 
 namespace zym::host {
@@ -49,10 +50,15 @@ std::vector<Suggestion> suggestions(std::size_t mostMissing) {
   const Progress progress(recipes.size());
   for (std::size_t i = 0; i < recipes.size(); ++i) {
     progress.show(i);
-    PlistArray missing = ZYMSuggestABeerGenerator::ingredientsNotAvailableForRecipeOrBatchWithUUID(
-        recipes[i].uuid.value_or(""));
-    if (missing.size() > mostMissing) continue;
-    found.push_back({recipes[i].name, std::move(missing)});
+    try {
+      PlistArray missing =
+          ZYMSuggestABeerGenerator::ingredientsNotAvailableForRecipeOrBatchWithUUID(
+              recipes[i].uuid.value_or(""));
+      if (missing.size() > mostMissing) continue;
+      found.push_back({recipes[i].name, std::move(missing)});
+    } catch (const NSException& damage) {
+      std::cerr << "zym: " << printable(recipes[i].name) << ": " << damage.what() << '\n';
+    }
   }
   std::ranges::stable_sort(found, {}, [](const Suggestion& one) { return one.missing.size(); });
   return found;

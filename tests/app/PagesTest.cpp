@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <regex>
+
 #include "tests/app/Program.h"
 
 namespace zym {
@@ -79,7 +81,20 @@ TEST_F(Pages, TextsOfADocumentAreNeverMarkup) {
                           Not(HasSubstr("<script"))));
   (void)output({"print", hostileTitle, "-o", folder / "page.pdf"});
   EXPECT_THAT(saidBy("pdftotext -layout page.pdf -", ""), HasSubstr("Tom & Jerry <3 \"q\" <*KEYN"));
-  EXPECT_THAT(output({"clipboard", hostileTitle}), HasSubstr(hostileTitle));
+  // The glass is full of the beer.
+  static const std::regex colour("--beer:#([0-9a-f]{2})([0-9a-f]{2})([0-9a-f]{2})\"");
+  std::smatch found;
+  ASSERT_TRUE(std::regex_search(page, found, colour));
+  std::string pixels;
+  for (int i = 0; i < 8; ++i) {
+    for (std::size_t part = 1; part <= 3; ++part) {
+      pixels += static_cast<char>(std::stoi(found[part].str(), nullptr, 16));
+    }
+  }
+  EXPECT_THAT(saidBy("pdftoppm -r 60 page.pdf", ""), HasSubstr(pixels));
+  (void)output({"edit", hostileTitle, "Notes=Mash\x1b[2J\nwell"});
+  EXPECT_THAT(output({"clipboard", hostileTitle}),
+              AllOf(HasSubstr(hostileTitle), HasSubstr("Mash [2J\nwell\n")));
 }
 
 TEST_F(Pages, ArePrintedEachAsItsOwnFile) {
@@ -111,6 +126,16 @@ TEST_F(Pages, SayWhatCanBeBrewedAndWhatIsToBeBought) {
   (void)output({"shopping", "Ale", "--order", "The Shop"});
   EXPECT_THAT(output({"stock", "hops"}), HasSubstr("15 g"));
   EXPECT_EQ(zym({"suggest", "--missing", "4"}).exitCode, 2);
+  // A recipe that can't be read is named, and hides no other.
+  EXPECT_EQ(
+      saidBy(
+          "sqlite3 data/Wortmeister.sqlite \"update [ZYMRecipeEntity.data] set value = zeroblob(1)"
+          " where _key = (select _key from ZYMRecipeEntity where name = 'Ale-copy')\"",
+          ""),
+      "");
+  const Outcome outcome = zym({"suggest", "--tsv"});
+  EXPECT_EQ(outcome.out, "Ale\t15 g of Zymhop\n");
+  EXPECT_THAT(outcome.err, HasSubstr("Ale-copy"));
   EXPECT_EQ(zym({"page", "stock", "beer"}).exitCode, 2);
 }
 

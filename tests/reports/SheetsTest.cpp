@@ -48,9 +48,9 @@ PlistDictionary fullRecipe() {
     "MashType": "Full Mash", "MashEfficiency": "75", "BoilDuration": "60", "MashpH": "5.2",
     "PreBoilWortVolume": "30000", "FinalWortVolume": "25000", "VolumeToFermenter": "20000",
     "VolumeAtPitching": "25000", "FinalBatchVolume": "24000", "Acid": "Unadjusted",
-    "FermentationTemperature": "20", "BaseWaterProfileUsedUUID": "base", "CaSO4": "0.0001",
-    "TargetWaterProfileUsedUUID": "none", "NaHCO3": "0.00005", "CaCl2": "0.0002", "NaCl": "0.00004",
-    "CaCO3": "0.00003", "MgSO4": "0.00006", "Notes": "a < b\n\"c\"",
+    "FermentationTemperature": "20", "BaseWaterProfileUsedUUID": "base", "CaSO4": "1",
+    "TargetWaterProfileUsedUUID": "none", "NaHCO3": "0.5", "CaCl2": "2", "NaCl": "0.4",
+    "CaCO3": "0.3", "MgSO4": "0.6", "Notes": "a < b\n\"c\"",
     "FermentableIngredients": [{"Ingredient": "Pale & <*KEYNAME=Amount>", "Amount": "5000",
       "When": "In Mash/Steeped", "Extract": "80", "Color": "3", "IsGrain": "1"},
       {"Ingredient": "Odd", "Amount": "5", "When": "Some <time>"}],
@@ -189,13 +189,14 @@ TEST_F(Sheets, ShowFiguresAndTextsAsTheyAre) {
       {"ColorFormula", "Morey"},
       {"MashType", "Full Mash"},
       {"ScheduleName", "One &amp; all"},
-      // (ion * 30000 / 25000 * 20000 + ion * 5000) / 25000 = 1.16 * ion, and the salts in mg/l
-      {"Sulfate", "137"},    // 58 + 55.76 + 23.46
-      {"Calcium", "154"},    // 46.4 + 23.27 + 72.8 + 12
-      {"Magnesium", "17"},   // 11.6 + 5.82
-      {"Chloride", "175"},   // 23.2 + 127.2 + 24.12
-      {"Sodium", "47"},      // 17.4 + 13.7 + 15.88
-      {"Carbonate", "170"},  // 116 + 35.7 + 18
+      // (ion * 30000 / 25000 * 20000 + ion * 5000) / 25000 = 1.16 * ion, and the salts in mg/l, of
+      // which there are too many to overlook a digit
+      {"Sulfate", "792258"},    // 58 + 557600 + 234600
+      {"Calcium", "1080746"},   // 46.4 + 232700 + 728000 + 120000
+      {"Magnesium", "58212"},   // 11.6 + 58200
+      {"Chloride", "1513223"},  // 23.2 + 1272000 + 241200
+      {"Sodium", "295817"},     // 17.4 + 137000 + 158800
+      {"Carbonate", "537116"},  // 116 + 357000 + 180000
       {"WaterProfileUsed", "Unknown Target Water"},
       {"YeastItems", "[A|1 pack][B|3 packs][C|250 ml]"},
       {"OtherItems", "[Moss|5.00 g|In Boil]"},
@@ -220,6 +221,25 @@ TEST_F(Sheets, ShowFiguresAndTextsAsTheyAre) {
   EXPECT_EQ(german.at("Acid"), "Nicht eingestellt");
   EXPECT_EQ(german.at("OtherItems").substr(0, 13), "[Moss|5,00 g|");
   EXPECT_EQ(german.at("MaxOG"), "-");
+}
+
+TEST_F(Sheets, ShowWhereAFigureStandsInItsStyle) {
+  const std::string names =
+      "Category MinIBU MaxOG MinColor OriginalGravityPlace BitternessPlace ColorPlace ";
+  const auto places = [&](const char* uuid) {
+    PlistDictionary recipe = fullRecipe();
+    recipe.set(keys::StyleUUID, uuid);
+    std::string text;
+    for (const auto& [name, value] : filledKeys(recipe, 0, names)) text += value + " ";
+    return text;
+  };
+  // 37.1 of 28 to 40, and of 75 to 115; 12.2 IBU of 8 to 12, and of 50 to 90; 3.9 SRM of 2 to 3
+  EXPECT_EQ(places("87ACE380-2736-5B27-B6B9-01D9113821DA"), "78 1A 100 1.040 SG 2.0 SRM 8.0 63 ");
+  EXPECT_EQ(places("FADFE522-2982-5A73-9B00-E19EE9A87EE7"), "0 20C 0 1.115 SG 30.0 SRM 50.0 0 ");
+  EXPECT_EQ(places("gone"), "0.000 SG 0.0 SRM 0 ");
+  set(keys::HopFormula, 4);
+  set(keys::BeerColorFormula, -1);
+  EXPECT_TRUE(filledKeys(fullRecipe(), 0, "Formula ColorFormula ").empty());
 }
 
 TEST_F(Sheets, ForTheClipboardArePlainText) {
@@ -264,7 +284,7 @@ TEST_F(Sheets, RecalculateTheDocumentAndStandWhateverItHolds) {
     for (const PlistDictionary& one : {broken, rows}) {
       for (const auto& [key, text] : filledKeys(one, 0, names)) {
         if (text.size() > 1000) continue;
-        for (const char* bad : {"nan", "inf", "NaN", "∞"})
+        for (const char* bad : {"nan", "inf", "NaN", "∞", "- %", "- mins"})
           EXPECT_THAT(text, Not(HasSubstr(bad))) << key;
       }
       (void)filledKeys({{keys::ModifiedRecipe, one}, {keys::Actuals, one}}, 1, names);

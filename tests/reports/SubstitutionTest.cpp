@@ -115,6 +115,7 @@ TEST_F(Helpers, LoadListsAndTrimNumbers) {
       {12345, "12345.0"}, {NAN, "-"},    {"1e300", "-"}};
   for (const auto& [value, text] : rows) EXPECT_EQ(ZYMHTML::trimToOneDecimalPlace(&value), text);
   EXPECT_EQ(ZYMHTML::trimToOneDecimalPlaceAppendingPercent(nullptr), "0.0 %");
+  EXPECT_EQ(ZYMHTML::trimToOneDecimalPlaceAppendingPercent(&rows[6].first), "-");
   useLocale("de_DE");
   EXPECT_EQ(ZYMHTML::trimToOneDecimalPlace(&rows[0].first), "4,2");
 

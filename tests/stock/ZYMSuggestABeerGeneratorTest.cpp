@@ -4,6 +4,7 @@
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/platform/values/ProcessTearDown.h"
 #include "zymcore/reports/PageKeys.h"
+#include "zymcore/reports/ZYMHTML.h"
 #include "zymcore/stock/ZYMSuggestABeerGenerator.h"
 #include "zymcore/store/entities/ZYMInventoryEntity.h"
 #include "zymcore/store/entities/ZYMRecipeEntity.h"
@@ -138,7 +139,14 @@ TEST_F(Suggestions, GroupRecipesAsThePlainAnswerDoes) {
   std::string page;
   generator.generateWithProgressHandler_completionHandler(
       [&](float done) { progress.push_back(done); }, [&](const std::string& html) { page = html; });
-  ASSERT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return !page.empty(); }, 30));
+  // Pages can be made here meanwhile.
+  const PlistArray entries{R"({"RecipeTitle": "A", "Ingredient": [
+      {"IngredientType": "Hop", "Ingredient": "H", "Amount": "28.35"}]})"_json};
+  const auto isDone = [&] {
+    EXPECT_THAT(ZYMHTML::parseSuggestABeerEntry(&entries), HasSubstr(" of H"));
+    return !page.empty();
+  };
+  ASSERT_TRUE(NSRunLoop::mainRunLoop().runUntil(isDone, 30));
   setNSLogSink(nullptr);
   EXPECT_THAT(log, HasSubstr("damaged"));
   expected[0] += "Zzz ";

@@ -124,8 +124,7 @@ std::string costOf(const PlistDictionary& batch) {
 // Within a sentence. A translation is so already, and may have capitals in it.
 std::string conditioningOf(const PlistDictionary& recipe) {
   const std::string_view word = recipe.stringValue(keys::Conditioning);
-  const std::string text =
-      translated(word, words::conditionings, "ZYMHTML.renderToHTMLBatchInstructions", Form::Markup);
+  const std::string text = translated(word, words::conditionings, Form::Markup);
   return text == pageText(word, Form::Markup) ? lowercaseString(text) : text;
 }
 
@@ -193,10 +192,7 @@ void addMashPH(const PlistDictionary& recipe, PlistDictionary& values) {
 }
 
 std::string whenInBrackets(const PlistDictionary& hop) {
-  return " (" +
-         translated(hop.stringValue(keys::When), words::hopWhen,
-                    "ZYMHTML.renderToHTMLBatchInstructions", Form::Markup) +
-         ")";
+  return " (" + translated(hop.stringValue(keys::When), words::hopWhen, Form::Markup) + ")";
 }
 
 std::string usageNote(const PlistDictionary& yeast) {

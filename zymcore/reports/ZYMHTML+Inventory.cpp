@@ -20,8 +20,6 @@ namespace {
 
 using namespace pages;
 
-constexpr std::string_view comment = "ZYMHTML.renderToHTMLInventoryItems.ofIngredientType";
-
 constexpr auto weightInStock = shownAt<ZYMWeightValueTransformer>;
 constexpr auto hopWeightInStock = shownAt<ZYMHopWeightValueTransformer>;
 std::string packsInStock(const PlistDictionary& record, KeyName key) {
@@ -32,23 +30,23 @@ using Amount = std::string (*)(const PlistDictionary& record, KeyName key);
 
 std::string itemText(const PlistDictionary& item, Amount amount) {
   return stringWithFormat(
-      Localized_String("%@ of %@", comment),
+      Localized_String("%@ of %@"),
       {amount(item, keys::AmountInStock), pageTextAt(item, keys::Ingredient, Form::Markup)});
 }
 std::string lotText(const PlistDictionary& lot, Amount amount) {
   return stringWithFormat(
-      Localized_String("%@ of \"%@\" added %@", comment),
+      Localized_String("%@ of \"%@\" added %@"),
       {amount(lot, keys::AmountInStock), pageTextAt(lot, keys::BatchName, Form::Markup),
        dayAt(lot, keys::DeliveredOn)});
 }
 
 std::string hopForm(const PlistDictionary& lot) {
   const std::int64_t found = words::positionOf(lot.stringValue(keys::Form), words::stockForms);
-  return Localized_String(words::stockForms[found == NSNotFound ? 0 : found], comment);
+  return Localized_String(words::stockForms[found == NSNotFound ? 0 : found]);
 }
 std::string hopLotText(const PlistDictionary& lot, Amount amount) {
   return stringWithFormat(
-      Localized_String("%@ of \"%@\" (%@, %@) added %@", comment),
+      Localized_String("%@ of \"%@\" (%@, %@) added %@"),
       {amount(lot, keys::AmountInStock), pageTextAt(lot, keys::BatchName, Form::Markup),
        hopForm(lot), shownAt<ZYMPercentValueTransformer>(lot, keys::Alpha),
        dayAt(lot, keys::DeliveredOn)});
@@ -73,7 +71,7 @@ constexpr StockKind kinds[] = {fermentables, hops, others, yeasts};
 void process(const StockKind& kind, const PlistArray& items, PlistDictionary& values) {
   const PlistValue today = NSDate::date();
   values.set(keys::InventoryHeading,
-             stringWithFormat(Localized_String(kind.heading, comment),
+             stringWithFormat(Localized_String(kind.heading),
                               {ZYMDateValueTransformer::convertForDisplay(&today)}));
   values.set(keys::Stock,
              ZYMHTML::inventoryItems_itemRenderer_batchRenderer(
@@ -123,7 +121,7 @@ std::string ZYMHTML::renderToHTMLInventoryItems_ofIngredientType(const PlistArra
   insertHTMLHeader(values);
   const auto* kind = std::ranges::find(kinds, type, &StockKind::type);
   if (kind != std::end(kinds)) process(*kind, items, values);
-  values.set(keys::IntroText, Localized_String("You currently have the following:", comment));
+  values.set(keys::IntroText, Localized_String("You currently have the following:"));
   return pageOf("Inventory Template", values);
 }
 

@@ -25,7 +25,6 @@ namespace {
 
 using namespace pages;
 
-constexpr std::string_view comment = "ZYMHTML.renderItemToHTML.type";
 /// A gravity up to here was never measured, or predicted of nothing.
 constexpr double gravityOfWater = 1.001;
 
@@ -36,12 +35,13 @@ std::string percentAt(const PlistDictionary& record, KeyName key) {
   return ZYMHTML::trimToOneDecimalPlaceAppendingPercent(record.find(key));
 }
 std::string minutesAt(const PlistDictionary& record, KeyName key) {
-  return oneDecimalAt(record, key) + " " + Localized_String("mins", comment);
+  const std::string number = oneDecimalAt(record, key);
+  return number == noFigure ? number : number + " " + Localized_String("mins");
 }
 std::string measuredGravityAt(const PlistDictionary& actuals, KeyName key) {
   return actuals.doubleValue(key) > gravityOfWater
              ? shownAt<ZYMGravityValueTransformer>(actuals, key)
-             : Localized_String("-No Record-", comment);
+             : Localized_String("-No Record-");
 }
 constexpr auto gravityAt = shownAt<ZYMGravityValueTransformer>;
 constexpr auto volumeAt = shownAt<ZYMVolumeValueTransformer>;
@@ -140,16 +140,15 @@ void addRecipe(const PlistDictionary& recipe, Form form, PlistDictionary& values
   const bool inPlato =
       NSUserDefaults::standardUserDefaults().integerForKey(keys::GravityUnits) == 1;
   const bool inEBC = NSUserDefaults::standardUserDefaults().integerForKey(keys::ColorUnit) == 1;
-  values.set(keys::GravityUnit,
-             Localized_String(inPlato ? "Plato" : "SG", "Measurement of specific gravity"));
-  values.set(keys::ColorUnitName, Localized_String(inEBC ? "EBC" : "SRM", "Measurement of color"));
+  values.set(keys::GravityUnit, Localized_String(inPlato ? "Plato" : "SG"));
+  values.set(keys::ColorUnitName, Localized_String(inEBC ? "EBC" : "SRM"));
   values.set(keys::Formula, nameOfFormula(keys::HopFormula, words::hopFormulas));
   values.set(keys::ColorFormula, nameOfFormula(keys::BeerColorFormula, words::beerColorFormulas));
   addSheetTables(recipe, form, values);
   addSheetWater(recipe, form, values);
-  values.set(keys::Acid, translated(recipe.stringValue(keys::Acid), words::acids, comment, form));
+  values.set(keys::Acid, translated(recipe.stringValue(keys::Acid), words::acids, form));
   values.set(keys::MashType,
-             translated(recipe.stringValue(keys::MashType), words::mashTypes, comment, form));
+             translated(recipe.stringValue(keys::MashType), words::mashTypes, form));
   if (const PlistDictionary* schedule = recipe.dictionary(keys::MashSchedule)) {
     values.set(keys::ScheduleName, pageTextAt(*schedule, keys::ScheduleName, form));
   }

@@ -42,8 +42,9 @@ class Filling {
   }
 
   [[nodiscard]] std::string run() {
-    while (putNextValue() || (readMarker() && readKey())) {
-    }
+    do {
+      putPlainValues();
+    } while (readMarker() && readKey());
     while (!left_.empty()) take(left_.back().size());
     return std::move(written_);
   }
@@ -59,21 +60,26 @@ class Filling {
     if (front.empty()) left_.pop_back();
   }
 
-  /// The usual case: a whole marker before the next seam.
-  bool putNextValue() {
-    if (left_.empty() || begun_ > 0 || putIn_ >= mostPutIn) return false;
-    std::string_view& front = left_.back();
-    const std::size_t at = findMarker(front);
-    if (at == std::string_view::npos) return false;
-    const std::size_t key = at + marker.size();
-    const std::size_t end = front.find('>', key);
-    if (end == std::string_view::npos) return false;
-    const std::string_view name = front.substr(key, end - key);
-    written_.append(front.substr(0, at));
-    front.remove_prefix(end + 1);
+  /// The usual case: whole markers before the next seam, with values that hold none.
+  void putPlainValues() {
+    if (left_.empty() || begun_ > 0) return;
+    std::string_view front = left_.back();
+    while (putIn_ < mostPutIn) {
+      const std::size_t at = findMarker(front);
+      if (at == std::string_view::npos) break;
+      const std::size_t key = at + marker.size();
+      const std::size_t end = front.find('>', key);
+      if (end == std::string_view::npos) break;
+      const std::string* const text = values_.string(KeyName(front.substr(key, end - key)));
+      if (text && text->find(marker[0]) != std::string::npos) break;
+      if (at > 0 && front[at - 1] != '>' && begunAtEndOf(front.substr(0, at)) > 0) break;
+      written_.append(front.substr(0, at));
+      if (text) written_.append(*text);
+      putIn_ += text ? text->size() : 0;
+      front.remove_prefix(end + 1);
+    }
+    left_.back() = front;
     if (front.empty()) left_.pop_back();
-    putValue(name);
-    return true;
   }
 
   bool readMarker() {
@@ -110,16 +116,10 @@ class Filling {
   }
 
   void putValue(std::string_view key) {
-    const PlistValue* found = values_.find(KeyName(key));
-    const std::string* text = found ? found->string() : nullptr;
-    const std::string_view value = text ? std::string_view(*text) : std::string_view();
+    const std::string* const text = values_.string(KeyName(key));
     begun_ = begunAtEndOf(written_);
-    putIn_ += value.size();
-    if (begun_ == 0 && value.find(marker[0]) == std::string_view::npos) {
-      written_.append(value);
-    } else {
-      put(value);
-    }
+    putIn_ += text ? text->size() : 0;
+    if (text) put(*text);
   }
 
   const PlistDictionary& values_;

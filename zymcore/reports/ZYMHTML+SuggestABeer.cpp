@@ -14,8 +14,6 @@ namespace {
 
 using namespace pages;
 
-constexpr std::string_view comment = "ZYMHTML.parseSuggestABeerEntry";
-
 struct Label {
   std::string_view text;
   KeyName key;
@@ -42,9 +40,9 @@ std::string amountOf(const PlistDictionary& row) {
 
 std::string ZYMHTML::parseSuggestABeerEntry(const PlistArray* entries) {
   if (!entries || entries->empty()) {
-    return "<ul><li>" + Localized_String("No Recipes", comment) + "</li></ul>\n";
+    return "<ul><li>" + Localized_String("No Recipes") + "</li></ul>\n";
   }
-  const std::string required = Localized_String("You require %@ of %@", comment);
+  const std::string required = Localized_String("You require %@ of %@");
   std::string list = "<ul>\n";
   for (const PlistDictionary& entry : PlistRows(entries)) {
     list.append("<li>").append(pageTextAt(entry, keys::RecipeTitle, Form::Markup));
@@ -67,7 +65,7 @@ std::string ZYMHTML::parseSuggestABeerEntry(const PlistArray* entries) {
 PlistDictionary ZYMHTML::suggestABeerLocalization() {
   PlistDictionary values;
   for (const Label& label : labels) {
-    values.set(label.key, Localized_String(label.text, "ZYMHTML.suggestABeerLocalization"));
+    values.set(label.key, Localized_String(label.text));
   }
   return values;
 }

@@ -76,7 +76,8 @@ std::string ZYMHTML::trimToOneDecimalPlace(const PlistValue* value) {
 }
 
 std::string ZYMHTML::trimToOneDecimalPlaceAppendingPercent(const PlistValue* value) {
-  return trimToOneDecimalPlace(value) + " %";
+  const std::string number = trimToOneDecimalPlace(value);
+  return number == noFigure ? number : number + " %";
 }
 
 }  // namespace zym

@@ -15,7 +15,8 @@ std::optional<PlistDictionary> resourceDictionary(std::string_view name) {
 }
 
 std::optional<PlistDictionary> dictionaryAtPath(const std::string& path) {
-  const std::optional<std::string> bytes = NSFileManager::contentsAtPath(path, XMLPropertyList::mostBytes);
+  const std::optional<std::string> bytes =
+      NSFileManager::contentsAtPath(path, XMLPropertyList::mostBytes);
   std::optional<PlistValue> list =
       bytes ? NSPropertyListSerialization::propertyListWithData(*bytes) : std::nullopt;
   PlistDictionary* dictionary = list ? list->editDictionary() : nullptr;

@@ -60,7 +60,7 @@ RC_GTEST_PROP(NSString, SurvivesAnyBytes, (const std::string& bytes)) {
 
 TEST(NSString, Formats) {
   EXPECT_EQ(stringWithFormat("Batch %ld of %@", {"3", "%@ 100%"}), "Batch 3 of %@ 100%");
-  EXPECT_EQ(stringWithFormat("%2$@: Sud %1$ld", {"3", "Bock"}), "Bock: Sud 3");
+  EXPECT_EQ(stringWithFormat("%2$@: Sud %1$.0f", {"3", "Bock"}), "Bock: Sud 3");
   EXPECT_EQ(stringWithFormat("100%% %@ %s %9$@%", {}), "100%  %s %");
 }
 

@@ -29,6 +29,7 @@ class Page {
                    .stringValue(KeyName("sessionId"));
   }
   ~Page() {
+    if (isLost_) return;  // with its browser, which is ended
     try {
       browser_.call("Target.closeTarget", {{KeyName("targetId"), target_}});
     } catch (const std::exception&) {
@@ -39,13 +40,17 @@ class Page {
   Page& operator=(const Page&) = delete;
 
   PlistDictionary call(std::string_view method, PlistDictionary parameters) {
-    return browser_.call(method, std::move(parameters), session_);
+    isLost_ = true;
+    PlistDictionary answer = browser_.call(method, std::move(parameters), session_);
+    isLost_ = false;
+    return answer;
   }
 
  private:
   Browser& browser_;
   std::string target_;
   std::string session_;
+  bool isLost_ = false;  // the browser failed to answer
 };
 
 // What a page says of its sheet, for paper, would go before what is asked of the browser.
@@ -59,7 +64,7 @@ void load(Page& page, const std::string& html, double width) {
                                                  {KeyName("uploadThroughput"), 0}});
   page.call("Emulation.setEmulatedMedia", {{KeyName("media"), "print"}});
   page.call("Emulation.setDeviceMetricsOverride", {{KeyName("width"), static_cast<int>(width)},
-                                                   {KeyName("height"), 100},
+                                                   {KeyName("height"), 1},
                                                    {KeyName("deviceScaleFactor"), 1},
                                                    {KeyName("mobile"), false}});
   const PlistDictionary tree = page.call("Page.getFrameTree", {});

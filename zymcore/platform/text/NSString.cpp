@@ -83,7 +83,7 @@ Conversion conversionAt(std::string_view format) {
     argument = static_cast<std::size_t>(rest[0] - '1');
     rest.remove_prefix(2);
   }
-  for (const std::string_view kind : {"@", "ld", "lu"}) {
+  for (const std::string_view kind : {"@", "ld", "lu", ".0f"}) {
     if (rest.starts_with(kind)) return {format.size() - rest.size() + kind.size(), argument};
   }
   return {0, std::nullopt};

@@ -37,9 +37,10 @@ void uppercaseUTF16(std::string_view text, std::u16string& units);
 
 [[nodiscard]] std::u32string UTF32String(std::string_view text);
 
-/// The format with an argument in place of each "%@", "%ld" and "%lu", in order, or of "%1$@" by
-/// its number, as translations want it; "%%" is a "%". The arguments are text already. One that is
-/// missing is empty, and what is none of these stays, so that a wrong translation does no harm.
+/// The format with an argument in place of each "%@", "%ld", "%lu" and "%.0f", in order, or of
+/// "%1$@" by its number, as translations want it; "%%" is a "%". The arguments are text already.
+/// One that is missing is empty, and what is none of these stays, so that a wrong translation does
+/// no harm.
 [[nodiscard]] std::string stringWithFormat(std::string_view format,
                                            std::initializer_list<std::string_view> arguments);
 

@@ -40,7 +40,7 @@ double primingSugar(double volumes, double celsius) {
 
 std::string force(double volumes) {
   const double psi = atLeastNothing((volumes + 1.0375 - 2.165) / 0.07935);
-  return sentence("%@ psi/%@ kPa %@.",
+  return sentence("%.0f psi/%.0f kPa %@.",
                   {whole(psi), whole(psi * 6.8947573), sentence("at 10˚C/50˚F")});
 }
 

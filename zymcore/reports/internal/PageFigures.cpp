@@ -50,9 +50,8 @@ std::string_view nameOfFormula(KeyName preference, words::Vocabulary names) {
 
 std::string packs(const PlistValue* amount) {
   const std::int64_t count = amount ? amount->integerValue() : 0;
-  if (count == 1) return Localized_String("1 pack", "A single yeast pack");
-  return stringWithFormat(Localized_String("%ld packs", "Packs of yeasts"),
-                          {std::to_string(count)});
+  if (count == 1) return Localized_String("1 pack");
+  return stringWithFormat(Localized_String("%ld packs"), {std::to_string(count)});
 }
 
 std::string yeastAmount(const PlistDictionary& yeast) {

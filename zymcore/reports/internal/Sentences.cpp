@@ -6,8 +6,7 @@
 namespace zym::pages {
 
 std::string sentence(std::string_view english, std::initializer_list<std::string_view> arguments) {
-  return stringWithFormat(Localized_String(english, "ZYMHTML.renderToHTMLBatchInstructions"),
-                          arguments);
+  return stringWithFormat(Localized_String(english), arguments);
 }
 
 }  // namespace zym::pages

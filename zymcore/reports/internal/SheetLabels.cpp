@@ -10,8 +10,6 @@
 namespace zym::pages {
 namespace {
 
-constexpr std::string_view comment = "ZYMHTML.renderItemToHTML.type";
-
 // Under their own words, without blanks and hyphens, and "Text".
 constexpr std::string_view labelsWithColon[] = {
     "Minimum OG",
@@ -108,27 +106,26 @@ struct NamedLabel {
   std::string_view text;
   KeyName key;
   bool hasColon;
-  std::string_view comment;
 };
 constexpr NamedLabel namedLabels[] = {
-    {"BU:GU ratio", KeyName("BUGURatioText"), true, comment},
-    {"Approx Color", KeyName("ApproxColorText"), true, comment},
-    {"Target Fermentation Temp", KeyName("TargetFermentationTemperatureText"), true, comment},
-    {"Actual Fermentation Temp", KeyName("ActualFermentationTemperatureText"), true, comment},
-    {"pH Adjusted with", KeyName("PhAdjustedWithText"), true, comment},
-    {"Total Calcium (ppm)", KeyName("TotalCalciumText"), true, comment},
-    {"Total Magnesium (ppm)", KeyName("TotalMagnesiumText"), true, comment},
-    {"Total Sodium (ppm)", KeyName("TotalSodiumText"), true, comment},
-    {"Total Sulfate (ppm)", KeyName("TotalSulfateText"), true, comment},
-    {"Total Chloride (ppm)", KeyName("TotalChlorideText"), true, comment},
-    {"Total Bicarbonate (ppm)", KeyName("TotalBicarbonateText"), true, comment},
-    {"Selected Style and Target Specs", KeyName("SelectedStyleAndTargetSpecs"), false, comment},
-    {"Recipe Overview", KeyName("RecipeOverviewText"), false, comment},
-    {"using", KeyName("UsingText"), false, "eg. (using <color formula>)"},
-    {"Mash pH", KeyName("MashPhText"), false, comment},
-    {"Used", KeyName("YeastUsageText"), false, comment},
-    {"for", KeyName("ForText"), false, comment},
-    {"minutes", KeyName("MinutesText"), false, "time"},
+    {"BU:GU ratio", KeyName("BUGURatioText"), true},
+    {"Approx Color", KeyName("ApproxColorText"), true},
+    {"Target Fermentation Temp", KeyName("TargetFermentationTemperatureText"), true},
+    {"Actual Fermentation Temp", KeyName("ActualFermentationTemperatureText"), true},
+    {"pH Adjusted with", KeyName("PhAdjustedWithText"), true},
+    {"Total Calcium (ppm)", KeyName("TotalCalciumText"), true},
+    {"Total Magnesium (ppm)", KeyName("TotalMagnesiumText"), true},
+    {"Total Sodium (ppm)", KeyName("TotalSodiumText"), true},
+    {"Total Sulfate (ppm)", KeyName("TotalSulfateText"), true},
+    {"Total Chloride (ppm)", KeyName("TotalChlorideText"), true},
+    {"Total Bicarbonate (ppm)", KeyName("TotalBicarbonateText"), true},
+    {"Selected Style and Target Specs", KeyName("SelectedStyleAndTargetSpecs"), false},
+    {"Recipe Overview", KeyName("RecipeOverviewText"), false},
+    {"using", KeyName("UsingText"), false},
+    {"Mash pH", KeyName("MashPhText"), false},
+    {"Used", KeyName("YeastUsageText"), false},
+    {"for", KeyName("ForText"), false},
+    {"minutes", KeyName("MinutesText"), false},
 };
 
 std::string keyOf(std::string_view text) {
@@ -137,9 +134,8 @@ std::string keyOf(std::string_view text) {
   return key + "Text";
 }
 
-void add(PlistDictionary& values, std::string_view text, KeyName key, bool hasColon,
-         std::string_view of) {
-  std::string label = Localized_String(text, of);
+void add(PlistDictionary& values, std::string_view text, KeyName key, bool hasColon) {
+  std::string label = Localized_String(text);
   values.set(key, hasColon ? stringByAppendingColon(label) : label);
 }
 
@@ -147,13 +143,13 @@ void add(PlistDictionary& values, std::string_view text, KeyName key, bool hasCo
 
 void addSheetLabels(PlistDictionary& values) {
   for (const std::string_view text : labelsWithColon) {
-    add(values, text, KeyName(keyOf(text)), true, comment);
+    add(values, text, KeyName(keyOf(text)), true);
   }
   for (const std::string_view text : labelsWithoutColon) {
-    add(values, text, KeyName(keyOf(text)), false, comment);
+    add(values, text, KeyName(keyOf(text)), false);
   }
   for (const NamedLabel& label : namedLabels) {
-    add(values, label.text, label.key, label.hasColon, label.comment);
+    add(values, label.text, label.key, label.hasColon);
   }
 }
 

@@ -14,8 +14,6 @@
 namespace zym::pages {
 namespace {
 
-constexpr std::string_view comment = "ZYMHTML.renderItemToHTML.type";
-
 std::string oneDecimalAt(const PlistDictionary& row, KeyName key) {
   return decimals(row.floatValue(key), 1);
 }
@@ -36,7 +34,6 @@ struct Figure {
 struct Word {
   KeyName key;
   words::Vocabulary vocabulary;
-  std::string_view comment;
 };
 
 constexpr Figure fermentableFigures[] = {
@@ -56,12 +53,10 @@ constexpr Figure stepFigures[] = {
     {keys::StepText, minutesAt},
 };
 
-constexpr Word fermentableWords[] = {
-    {keys::When, words::fermentableWhen, "Fermentable Addition time"}};
-constexpr Word hopWords[] = {{keys::When, words::hopWhen, comment},
-                             {keys::Form, words::hopForms, comment}};
-constexpr Word otherWords[] = {{keys::When, words::otherWhen, comment}};
-constexpr Word stepWords[] = {{keys::StepType, words::stepTypes, comment}};
+constexpr Word fermentableWords[] = {{keys::When, words::fermentableWhen}};
+constexpr Word hopWords[] = {{keys::When, words::hopWhen}, {keys::Form, words::hopForms}};
+constexpr Word otherWords[] = {{keys::When, words::otherWhen}};
+constexpr Word stepWords[] = {{keys::StepType, words::stepTypes}};
 
 struct TableForm {
   KeyName source;
@@ -85,7 +80,7 @@ PlistDictionary rowValues(const PlistDictionary& row, const TableForm& table, Fo
   for (const Figure& figure : table.figures) values.set(figure.key, figure.shown(row, figure.key));
   for (const Word& word : table.words) {
     if (const std::string* text = row.string(word.key)) {
-      values.set(word.key, translated(*text, word.vocabulary, word.comment, form));
+      values.set(word.key, translated(*text, word.vocabulary, form));
     }
   }
   return values;
@@ -115,10 +110,9 @@ void addSheetTables(const PlistDictionary& recipe, Form form, PlistDictionary& v
   }
 }
 
-std::string translated(std::string_view word, words::Vocabulary vocabulary,
-                       std::string_view comment, Form form) {
+std::string translated(std::string_view word, words::Vocabulary vocabulary, Form form) {
   return words::positionOf(word, vocabulary) == NSNotFound ? pageText(word, form)
-                                                           : Localized_String(word, comment);
+                                                           : Localized_String(word);
 }
 
 }  // namespace zym::pages

@@ -14,6 +14,6 @@ void addSheetTables(const PlistDictionary& recipe, Form form, PlistDictionary& v
 
 /// The translation of a word of documents; one that isn't of the vocabulary stays as it is.
 [[nodiscard]] std::string translated(std::string_view word, words::Vocabulary vocabulary,
-                                     std::string_view comment, Form form);
+                                     Form form);
 
 }  // namespace zym::pages

@@ -61,9 +61,8 @@ void addSheetWater(const PlistDictionary& recipe, Form form, PlistDictionary& va
     }
   }
   const auto target = waterUnder(keys::TargetWaterProfileUsedUUID, recipe);
-  values.set(keys::WaterProfileUsed,
-             target ? pageTextAt(*target, keys::Name, form)
-                    : Localized_String("Unknown Target Water", "ZYMHTML.renderItemToHTML.type"));
+  values.set(keys::WaterProfileUsed, target ? pageTextAt(*target, keys::Name, form)
+                                            : Localized_String("Unknown Target Water"));
 }
 
 }  // namespace zym::pages

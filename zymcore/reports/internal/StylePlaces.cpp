@@ -33,9 +33,8 @@ std::string placeOf(double figure, double least, double most) {
 void addStylePlaces(const PlistDictionary& recipe, const PlistDictionary& style,
                     PlistDictionary& values) {
   for (const Range& range : ranges) {
-    values.set(range.place,
-               placeOf(recipe.doubleValue(range.figure), style.doubleValue(range.least),
-                       style.doubleValue(range.most)));
+    values.set(range.place, placeOf(recipe.doubleValue(range.figure),
+                                    style.doubleValue(range.least), style.doubleValue(range.most)));
   }
 }
 

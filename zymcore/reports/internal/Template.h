@@ -8,7 +8,8 @@
 
 namespace zym::pages {
 
-/// The text of a template of the host; absent when it can't be read.
+/// The text of a template of the host; absent when it can't be read or isn't in
+/// UTF-8.
 [[nodiscard]] std::optional<std::string> templateNamed(std::string_view name);
 
 /// That template filled with the values; "" when it can't be read.

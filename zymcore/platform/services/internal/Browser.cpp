@@ -132,14 +132,18 @@ std::unique_ptr<Browser> Browser::start() {
   if (!hasPipes) throw BrowserFailure("no pipe to the browser can be made");
   ::fcntl(commands[1], F_SETFL, O_NONBLOCK);
 
-  std::vector<std::string> line = commandLine(newProfile());
+  const std::string profile = newProfile();
+  std::vector<std::string> line = commandLine(profile);
   std::vector<char*> words;
   for (std::string& word : line) words.push_back(word.data());
   words.push_back(nullptr);
   const pid_t parent = ::getpid();
   const pid_t process = ::fork();
   if (process == 0) becomeWatch(commands[0], answers[1], parent, words.data());
-  if (process < 0) throw BrowserFailure("the browser can't be started");
+  if (process < 0) {
+    ::rmdir(profile.c_str());
+    throw BrowserFailure("the browser can't be started");
+  }
   browser->process_ = process;
   return browser;
 }

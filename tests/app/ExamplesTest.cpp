@@ -1,7 +1,12 @@
+#include <map>
+#include <set>
+
 #include "tests/app/Program.h"
 #include "zymcore/documents/BatchKeys.h"
 #include "zymcore/documents/RecipeKeys.h"
+#include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/SafeJSON.h"
+#include "zymcore/documents/Vocabularies.h"
 
 namespace zym {
 namespace {
@@ -13,12 +18,16 @@ Limits about(double value, double tolerance) {
   return {value - tolerance, value + tolerance};
 }
 
-PlistDictionary recalculated(const char* name) {
-  const test::Outcome outcome = test::run({"calc", "--json", test::example(name)});
+PlistValue treeSaid(const std::vector<std::string>& arguments) {
+  const test::Outcome outcome = test::run(arguments);
   EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
   EXPECT_EQ(outcome.err, "");
-  const auto tree = safeJSONObjectWithData_options(outcome.out, 0);
-  return tree && tree->dictionary() ? *tree->dictionary() : PlistDictionary();
+  return safeJSONObjectWithData_options(outcome.out, 0).value_or(PlistValue(PlistDictionary()));
+}
+
+PlistDictionary recalculated(const char* name) {
+  const PlistValue tree = treeSaid({"calc", "--json", test::example(name)});
+  return tree.dictionary() ? *tree.dictionary() : PlistDictionary();
 }
 
 void expectWithin(const PlistDictionary& document, KeyName key, Limits limits) {
@@ -72,6 +81,119 @@ TEST(Examples, ABatchShowsWhatItsReadingsMean) {
   expectWithin(actuals, keys::ABV, about(4.033, 0.001));
   expectWithin(actuals, keys::RealAttenuation, about(59.92, 0.01));
   expectWithin(actuals, keys::IBU, about(44.73, 0.01));
+}
+
+/// The recipes that `zym examples` brings.
+class ExampleRecipes : public ::testing::Test {
+ protected:
+  ExampleRecipes() { bring(); }
+
+  void bring() const {
+    const test::Outcome outcome = test::run({"examples", "--data", folder / "data"});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  }
+  [[nodiscard]] PlistArray listed(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.end(), {"--json", "--data", folder / "data"});
+    const PlistValue tree = treeSaid(arguments);
+    return tree.array() ? *tree.array() : PlistArray();
+  }
+  /// All of them, worked out anew.
+  [[nodiscard]] PlistArray recipes() const {
+    std::filesystem::create_directory(folder / "out");
+    EXPECT_EQ(test::run({"export", "--all", "--as", "wm2", "-o", folder / "out", "--data",
+                         folder / "data"})
+                  .exitCode,
+              0);
+    std::vector<std::string> arguments{"calc"};
+    for (const auto& file : std::filesystem::directory_iterator(folder / "out")) {
+      arguments.push_back(file.path());
+    }
+    return listed(arguments);
+  }
+  TemporaryFolder folder;
+};
+
+TEST_F(ExampleRecipes, AreBeersOfTheirStyles) {
+  const PlistArray list = listed({"list", "styles"});
+  std::map<std::string_view, const PlistDictionary*> styles;
+  for (const PlistDictionary& style : PlistRows(&list)) {
+    styles[style.stringValue(keys::UUID)] = &style;
+  }
+  const PlistArray made = recipes();
+  std::set<std::string> titles;
+  for (const PlistDictionary& recipe : PlistRows(&made)) {
+    SCOPED_TRACE(recipe.stringValue(keys::RecipeTitle));
+    titles.emplace(recipe.stringValue(keys::RecipeTitle));
+    EXPECT_NE(recipe.stringValue(keys::Notes), "");
+    const auto style = styles.find(recipe.stringValue(keys::StyleUUID));
+    ASSERT_NE(style, styles.end());
+    const struct {
+      KeyName value, least, most;
+    } figures[] = {{keys::ExpectedOriginalGravity, keys::MinOG, keys::MaxOG},
+                   {keys::ExpectedFinalGravity, keys::MinFG, keys::MaxFG},
+                   {keys::ExpectedIBU, keys::MinIBU, keys::MaxIBU},
+                   {keys::ExpectedColor, keys::MinColor, keys::MaxColor},
+                   {keys::ExpectedABV, keys::MinABV, keys::MaxABV}};
+    for (const auto& figure : figures) {
+      expectWithin(
+          recipe, figure.value,
+          {style->second->doubleValue(figure.least), style->second->doubleValue(figure.most)});
+    }
+  }
+  EXPECT_GE(titles.size(), 24U);
+  EXPECT_EQ(titles.size(), made.size());
+}
+
+TEST_F(ExampleRecipes, ShowEachWayOfBrewing) {
+  const PlistArray made = recipes();
+  std::set<std::string> seen;
+  std::size_t brewed = 0;
+  for (const PlistDictionary& recipe : PlistRows(&made)) {
+    seen.emplace(recipe.stringValue(keys::MashType));
+    seen.emplace(recipe.stringValue(keys::Carbonation));
+    seen.emplace(recipe.dictionary(keys::Profile)->stringValue(keys::PreferredSpargeMethod));
+    for (const PlistDictionary& step : recipe.dictionary(keys::MashSchedule)->rows(keys::Steps)) {
+      seen.emplace(step.stringValue(keys::StepType));
+    }
+    for (const PlistDictionary& hop : recipe.rows(keys::HopIngredients)) {
+      seen.emplace(hop.stringValue(keys::When));
+    }
+    brewed += recipe.array(keys::Batches) && recipe.array(keys::Batches)->size() > 0 ? 1 : 0;
+    for (const PlistDictionary& batch : recipe.rows(keys::Batches)) {
+      EXPECT_NE(batch.stringValue(keys::TastingNotes), "");
+      EXPECT_LT(*batch.date(keys::DateBrewed), *batch.date(keys::DateReady));
+      const PlistDictionary& expected = *batch.dictionary(keys::ModifiedRecipe);
+      const PlistDictionary& actuals = *batch.dictionary(keys::Actuals);
+      expectWithin(actuals, keys::OG,
+                   about(expected.doubleValue(keys::ExpectedOriginalGravity), 0.002));
+      expectWithin(actuals, keys::FG,
+                   about(expected.doubleValue(keys::ExpectedFinalGravity), 0.002));
+    }
+  }
+  EXPECT_EQ(brewed, 3U);
+  for (const words::Vocabulary all :
+       {words::Vocabulary(words::mashTypes), words::Vocabulary(words::carbonations),
+        words::Vocabulary(words::spargeMethods), words::Vocabulary(words::hopWhen)}) {
+    for (const std::string_view word : all) {
+      // Of the boil's minutes some are enough.
+      EXPECT_TRUE(word.ends_with("Min From End") || seen.contains(std::string(word))) << word;
+    }
+  }
+  for (const std::string_view word :
+       {words::RaiseByInfusion, words::RaiseByDirectHeating, words::PullDecoction}) {
+    EXPECT_TRUE(seen.contains(std::string(word))) << word;
+  }
+}
+
+TEST_F(ExampleRecipes, AreThereOnceHoweverOftenTheyAreBrought) {
+  const auto all = [this] {
+    return std::vector{listed({"recipes"}), listed({"batches"}), listed({"group", "list"}),
+                       listed({"recipes", "--group", "Lagers"})};
+  };
+  const auto before = all();
+  for (const PlistArray& rows : before) EXPECT_FALSE(rows.empty());
+  bring();
+  EXPECT_EQ(all(), before);
 }
 
 }  // namespace

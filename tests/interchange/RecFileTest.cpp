@@ -137,29 +137,26 @@ TEST(RecFile, ReadsHopsByTheirCodes) {
 }
 
 TEST(RecFile, ReadsFermentablesAndOthers) {
-  const char* const kinds[] = {"absent", "Grain", "Extract", "Sugar", "Adjunct", "absent"};
-  for (int kind = 0; kind < 6; ++kind) {
-    std::string file = fileOf(0, 1, 1);
-    put(file, hops,
-        "s0 -> Munich | s0x6e -> Germany | r0xa7 -> 1 | r0xab -> 9 | r0x209 -> 2 | o0xa5 -> " +
-            std::to_string(kind) + " | r0xaf -> " +
-            (kind < 3   ? "10"
-             : kind < 5 ? "10.05"
-                        : "nan"));
+  const std::tuple<int, const char*, const char*, const char*> malts[] = {
+      {0, "10", "absent", "10.000000"},    {1, "10", "Grain", "10.000000"},
+      {2, "10", "Extract", "10.000000"},   {3, "10.05", "Sugar", "4.000000"},
+      {4, "10.05", "Adjunct", "4.000000"}, {5, "nan", "absent", "4.000000"}};
+  std::string file = fileOf(0, 1, 1);
+  put(file, hops, "s0 -> Munich | s0x6e -> Germany | r0xa7 -> 1 | r0xab -> 9 | r0x209 -> 2");
+  for (const auto& [kind, given, word, moisture] : malts) {
+    put(file, hops, "o0xa5 -> " + std::to_string(kind) + " | r0xaf -> " + given);
     expect(first(file, parsedKeys::FERMENTABLES),
            std::string("NAME -> Munich | ORIGIN -> Germany | YIELD -> 0.000000 | COLOR -> 9.000000 "
                        "| AMOUNT -> 907.180000 | TYPE -> ") +
-               kinds[kind] + " | MOISTURE -> " + (kind < 3 ? "10.000000" : "4.000000"));
-    put(file, hops, "r0xa7 -> 1.0375");  // (1.0375 - 1) / 0.00046
-    EXPECT_NEAR(first(file, parsedKeys::FERMENTABLES).doubleValue(parsedKeys::YIELD), 81.5217,
-                1e-3);
+               word + " | MOISTURE -> " + moisture);
   }
-  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+  put(file, hops, "r0xa7 -> 1.0375");  // (1.0375 - 1) / 0.00046
+  EXPECT_NEAR(first(file, parsedKeys::FERMENTABLES).doubleValue(parsedKeys::YIELD), 81.5217, 1e-3);
+  const std::tuple<const char*, const char*, const char*, const char*> others[] = {
       {"0", "Boil", "0", "56.700000"},  {"1", "Primary", "1", "2.000000"},
       {"2", "Mash", "2", "907.180000"}, {"3", "absent", "3", "10.000000"},
       {"0", "Boil", "4", "40.000000"},  {"0", "Boil", "5", "2.000000"}};
-  for (const auto& [use, word, unit, grams] : cases) {
-    std::string file = fileOf(0, 1, 1);
+  for (const auto& [use, word, unit, grams] : others) {
     put(file, hops + fermentableSize,
         std::string("s0 -> Moss | r0x241 -> 2 | o0x3c -> ") + use + " | o0x3e -> " + unit);
     expect(first(file, parsedKeys::MISCS),
@@ -248,6 +245,17 @@ class RecWriterTest : public ExchangeTest {
         ZYMRecFile::dataForRecipe(*safeJSONObjectWithData_options(recipe, 0).value().dictionary())
             .view());
   }
+  /// Of a recipe with that one addition.
+  static std::string written(KeyName list, const std::string& table) {
+    PlistDictionary addition;
+    for (const auto& [key, value] : rowsOf(table)) addition.set(KeyName(key), value);
+    const PlistDictionary schedule{
+        {keys::Steps, PlistArray{PlistDictionary{{keys::Duration, "45"}}}}};
+    return std::string(ZYMRecFile::dataForRecipe({{keys::BoilDuration, "60"},
+                                                  {keys::MashSchedule, schedule},
+                                                  {list, PlistArray{addition}}})
+                           .view());
+  }
 };
 
 TEST_F(RecWriterTest, WritesTheRecipe) {
@@ -285,67 +293,56 @@ TEST_F(RecWriterTest, WritesTheRecipe) {
     expectFields(written(std::string(R"({"MashType": ")") + type + "\"}"), 0,
                  std::string("o0x7d -> ") + code);
   }
-  for (const auto& [type, code] : {std::pair{"Full Mash", "0"},
-                                   {"Extract", "2"},
-                                   {"Extract with Steeped Grains", "2"},
-                                   {"Odd", "0"}}) {
-    expectFields(written(std::string(R"({"MashType": ")") + type + "\"}"), 0,
-                 std::string("o0x7d -> ") + code);
-  }
 }
 
 TEST_F(RecWriterTest, WritesAdditions) {
-  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
-      {"First Wort Hopped", "4.99", "Loose Whole Hops", "h0x275 -> 61 | o0x50 -> 2 | o0x51 -> 3"},
-      {"In Mash", "5", "Loose Pellet Hops", "h0x275 -> 62 | o0x50 -> 3 | o0x51 -> 35"},
-      {"Dry-Hopped", "8.9", "Bagged Pellet Hops", "h0x275 -> -5 | o0x50 -> 3 | o0x51 -> 35"},
-      {"15 Min From End", "9.0", "Pelletized Hops", "h0x275 -> 15 | o0x50 -> 1 | o0x51 -> 35"}};
-  for (const auto& [when, alpha, form, fields] : cases) {
-    expectFields(
-        written(
-            R"({"BoilDuration": "60", "HopIngredients": [{"Variety": "Saaz", "Minutes": "15", "Amount": "56.7",
-        "When": ")" +
-            std::string(when) + R"(", "Alpha": ")" + alpha + R"(", "Form": ")" + form + "\"}]}"),
-        hops,
-        std::string(fields) + " | s0 -> Saaz | r0x271 -> 2 | r0x52 -> 0.5 | r0x37 -> " + alpha +
-            " | r0x26c -> " + alpha);
+  const struct {
+    KeyName list;
+    std::string given, fields;
+    std::vector<std::pair<std::string, std::string>> cases;
+  } kinds[] = {
+      {keys::HopIngredients,
+       "Variety -> Saaz | Minutes -> 15 | Amount -> 56.7 | ",
+       "s0 -> Saaz | r0x271 -> 2 | r0x52 -> 0.5 | ",
+       {{"When -> First Wort Hopped | Alpha -> 4.99 | Form -> Loose Whole Hops",
+         "h0x275 -> 61 | o0x50 -> 2 | o0x51 -> 3 | r0x37 -> 4.99 | r0x26c -> 4.99"},
+        {"When -> In Mash | Alpha -> 5 | Form -> Loose Pellet Hops",
+         "h0x275 -> 62 | o0x50 -> 3 | o0x51 -> 35 | r0x37 -> 5 | r0x26c -> 5"},
+        {"When -> Dry-Hopped | Alpha -> 8.9 | Form -> Bagged Pellet Hops",
+         "h0x275 -> -5 | o0x50 -> 3 | o0x51 -> 35 | r0x37 -> 8.9 | r0x26c -> 8.9"},
+        {"When -> 15 Min From End | Alpha -> 9.0 | Form -> Pelletized Hops",
+         "h0x275 -> 15 | o0x50 -> 1 | o0x51 -> 35 | r0x37 -> 9 | r0x26c -> 9"}}},
+      {keys::FermentableIngredients,
+       "Extract -> 80 | Color -> 3 | Moisture -> 4 | Amount -> 907.18 | ",
+       "r0xa7 -> 1.0368 | r0xab -> 3 | r0xaf -> 4 | r0x201 -> 0.8 | r0x209 -> 2 | ",
+       {{"Ingredient -> UK Pale Malt | IsGrain -> 1",
+         "s0 -> Pale Malt  | s0x6e -> UK | o0xa5 -> 1 | o0xa6 -> 1"},
+        {"Ingredient -> Vienna | IsGrain -> 1", "s0x6e -> Vienna | o0xa5 -> 1 | o0xa6 -> 1"},
+        {"Ingredient -> '' | IsGrain -> 0", "s0x6e -> '' | o0xa5 -> 4 | o0xa6 -> 0"},
+        {"Ingredient -> Extract - Light Malt | IsGrain -> 0",
+         "s0 -> Light Malt  | s0x6e -> '' | o0xa5 -> 2 | o0xa6 -> 0"},
+        {"Ingredient -> Sugar Candi | IsGrain -> 0",
+         "s0 -> Candi  | s0x6e -> '' | o0xa5 -> 3 | o0xa6 -> 0"},
+        {"Ingredient -> Dry Extract Sugar | IsGrain -> 1",
+         "s0x6e -> Dry | o0xa5 -> 3 | o0xa6 -> 1"},
+        {"IsGrain -> 1 | MustBeMashed -> 0", "o0xa6 -> 0"}}},
+      {keys::OtherIngredients,
+       "Ingredient -> Moss | Amount -> 56.7 | ",
+       "s0 -> Moss | o0x37 -> 3 | o0x3e -> 0 | r0x241 -> 2 | ",
+       {{"When -> In Mash", "i0x38 -> 45 | o0x3c -> 2 | o0x3d -> 1"},
+        {"When -> In Boil", "i0x38 -> 60 | o0x3c -> 0 | o0x3d -> 1"},
+        {"When -> In Dispense Vessel", "i0x38 -> 0 | o0x3c -> 1 | o0x3d -> 0"}}},
+  };
+  NSUserDefaults::standardUserDefaults().setObject_forKey(1, keys::Units);
+  for (const auto& kind : kinds) {
+    for (const auto& [given, fields] : kind.cases) {
+      SCOPED_TRACE(given);
+      expectFields(written(kind.list, kind.given + given), hops, kind.fields + fields);
+    }
   }
-  const std::tuple<const char*, const char*, const char*> malts[] = {
-      {"UK Pale Malt", "1", "s0 -> Pale Malt  | s0x6e -> UK | o0xa5 -> 1"},
-      {"Vienna", "1", "s0x6e -> Vienna | o0xa5 -> 1"},
-      {"", "0", "s0x6e -> '' | o0xa5 -> 4"},
-      {"Extract - Light Malt", "0", "s0 -> Light Malt  | s0x6e -> '' | o0xa5 -> 2"},
-      {"Sugar Candi", "0", "s0 -> Candi  | s0x6e -> '' | o0xa5 -> 3"},
-      {"Dry Extract Sugar", "1", "s0x6e -> Dry | o0xa5 -> 3"}};
-  for (const auto& [name, isGrain, fields] : malts) {
-    expectFields(
-        written(
-            R"({"FermentableIngredients": [{"Extract": "80", "Color": "3", "Moisture": "4", "Amount": "907.18",
-        "Ingredient": ")" +
-            std::string(name) + R"(", "IsGrain": ")" + isGrain + "\"}]}"),
-        hops,
-        std::string(fields) +
-            " | r0xa7 -> 1.0368 | r0xab -> 3 | r0xaf -> 4 | r0x201 -> 0.8 | r0x209 -> 2 | o0xa6 "
-            "-> " +
-            isGrain);
-  }
-  expectFields(written(R"({"FermentableIngredients": [{"IsGrain": "1", "MustBeMashed": "0"}]})"),
-               hops, "o0xa6 -> 0");
-  const std::tuple<const char*, const char*> others[] = {
-      {"In Mash", "i0x38 -> 45 | o0x3c -> 2 | o0x3d -> 1"},
-      {"In Boil", "i0x38 -> 60 | o0x3c -> 0 | o0x3d -> 1"},
-      {"In Dispense Vessel", "i0x38 -> 0 | o0x3c -> 1 | o0x3d -> 0"}};
-  for (const auto& [when, fields] : others) {
-    const std::string recipe =
-        R"({"BoilDuration": "60", "MashSchedule": {"Steps": [{"Duration": "45"}]},
-        "OtherIngredients": [{"Ingredient": "Moss", "Amount": "56.7", "When": ")" +
-        std::string(when) + "\"}]}";
-    NSUserDefaults::standardUserDefaults().setObject_forKey(1, keys::Units);
-    expectFields(written(recipe), hops,
-                 std::string(fields) + " | s0 -> Moss | o0x37 -> 3 | o0x3e -> 0 | r0x241 -> 2");
-    NSUserDefaults::standardUserDefaults().setObject_forKey(2, keys::Units);
-    expectFields(written(recipe), hops, "o0x3e -> 1 | r0x241 -> 56.7");
-  }
+  NSUserDefaults::standardUserDefaults().setObject_forKey(2, keys::Units);
+  expectFields(written(keys::OtherIngredients, kinds[2].given + "When -> In Boil"), hops,
+               "o0x3e -> 1 | r0x241 -> 56.7");
 }
 
 TEST_F(RecWriterTest, WritesTheMash) {

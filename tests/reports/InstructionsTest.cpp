@@ -420,8 +420,14 @@ TEST_F(Instructions, HaveATemplateForEachKindOfMash) {
   for (const auto& [mashType, sparge, name] : rows) {
     EXPECT_EQ(ZYMHTML::renderToHTMLBatchInstructions(Brew{{}, mashType, sparge, {}}.batch()), name);
   }
-  putTemplate(templates[2], "in ISO-8859-1: \xE4");
-  EXPECT_EQ(ZYMHTML::renderToHTMLBatchInstructions(Brew{{}, words::Extract, "", {}}.batch()), "");
+  const std::pair<std::string, bool> odd[] = {{std::string(32U << 20U, 'x'), true},
+                                              {std::string((32U << 20U) + 1, 'x'), false},
+                                              {"in ISO-8859-1: \xE4", false}};
+  for (const auto& [text, isPage] : odd) {
+    putTemplate(templates[2], text);
+    const Brew brew{{}, words::Extract, "", {}};
+    EXPECT_EQ(ZYMHTML::renderToHTMLBatchInstructions(brew.batch()) == text, isPage);
+  }
 }
 
 TEST_F(Instructions, ShowNoNumberThatIsNone) {

@@ -93,6 +93,26 @@ TEST_F(Suggestions, CompareARecipeOrABatchWithTheShelf) {
   EXPECT_FALSE(record.contains(keys::Batches));
 }
 
+// Before the next one, which works after the process was torn down.
+TEST_F(Suggestions, CallNobodyOnceTheGeneratorIsGone) {
+  for (int i = 0; i < 300; ++i) store(recipe(std::to_string(i)));
+  model().save();
+  bool isFinished = false;
+  auto generator = std::make_unique<Generator>();
+  generator->generateWithProgressHandler_completionHandler(
+      [&](float done) {
+        ASSERT_TRUE(generator);
+        if (done > 0) generator.reset();
+      },
+      [&](const std::string&) { isFinished = true; });
+  ASSERT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return !generator; }, 30));
+  Generator another;
+  another.generateWithProgressHandler_completionHandler(nullptr, nullptr);
+  tearDownProcess();
+  EXPECT_FALSE(isFinished);
+  EXPECT_EQ(another.html(), "");
+}
+
 TEST_F(Suggestions, GroupRecipesAsThePlainAnswerDoes) {
   std::mt19937 random(3);
   std::map<std::string, double> shelf;
@@ -168,25 +188,6 @@ TEST_F(Suggestions, GroupRecipesAsThePlainAnswerDoes) {
   EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
   EXPECT_EQ(generator.html(), page);
   EXPECT_FALSE(generator.completionHandler());
-}
-
-TEST_F(Suggestions, CallNobodyOnceTheGeneratorIsGone) {
-  for (int i = 0; i < 300; ++i) store(recipe(std::to_string(i)));
-  model().save();
-  bool isFinished = false;
-  auto generator = std::make_unique<Generator>();
-  generator->generateWithProgressHandler_completionHandler(
-      [&](float done) {
-        ASSERT_TRUE(generator);
-        if (done > 0) generator.reset();
-      },
-      [&](const std::string&) { isFinished = true; });
-  ASSERT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return !generator; }, 30));
-  Generator another;
-  another.generateWithProgressHandler_completionHandler(nullptr, nullptr);
-  tearDownProcess();
-  EXPECT_FALSE(isFinished);
-  EXPECT_EQ(another.html(), "");
 }
 
 }  // namespace

@@ -75,6 +75,7 @@ TEST_F(Suggestions, CompareARecipeOrABatchWithTheShelf) {
             PlistArray());
   EXPECT_EQ(shown(Generator::ingredientsNotAvailableForRecipeOrBatchWithUUID("?")), "");
   EXPECT_EQ(Generator::missingIngredients_inContext({"no row"}, context()), PlistArray());
+  EXPECT_EQ(Generator::missingIngredientsArray_missingIngredients({}, 0), PlistArray());
   // A sack can't serve both; each slurry is a pack, and what has no uuid is like no other.
   const PlistDictionary both{
       {keys::Ingredient, Generator::ingredientsNotAvailableForRecipesWithUUIDs({"r", "b", "?"})}};

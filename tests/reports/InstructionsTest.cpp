@@ -243,6 +243,14 @@ HeatWaterTo: Heat 13.50 l of water to 58 ˚C.
 )");
 }
 
+TEST_F(Instructions, AddTheLastMillilitreOfASparge) {
+  // 20000 - (27999.1 - 8000)
+  const Brew brew{{8000, 3.4998875, 0, 20, 20000, 0}, words::FullMash, words::BatchSparge, {}};
+  expect(brew.batch(),
+         "BatchSpargeSteps: <p>Run off the hot wort and collect.</p>|"
+         "<p>Add a further 1 ml of water at 0 ˚C and mix.</p>|\n");
+}
+
 TEST_F(Instructions, SpeakTheUnitsAndLanguageOfTheUser) {
   const Brew brew{{5000, 2.5, 0, 20, 27000, 2000},
                   words::ExtractWithMiniMash,
@@ -269,6 +277,7 @@ TotalGrain: 11lb 0oz
       R"(SubsequentMashSteps: <p>Die Temperatur auf 70 ˚C erhöhen durch direktes Heizen über 12 Minuten, und dann bei 70 ˚C 30 Minuten rasten.</p><p>Die Temperatur auf 77 ˚C erhöhen über 5 Minuten und abmaischen.</p>
 AdditionalWaterText:  Dazu voraussichtlich mit 2,00 l Wasser verdünnen.
 BatchSpargeMashFinalLine: <p>Abläutern, bis insgesamt 27,00 l Würze gewonnen sind.</p>
+CarbonationText: Auf 2,5 Volumen karbonisieren mit 17 psi/119 kPa bei 10 °C.
 )");
 }
 
@@ -420,8 +429,14 @@ TEST_F(Instructions, HaveATemplateForEachKindOfMash) {
   for (const auto& [mashType, sparge, name] : rows) {
     EXPECT_EQ(ZYMHTML::renderToHTMLBatchInstructions(Brew{{}, mashType, sparge, {}}.batch()), name);
   }
-  putTemplate(templates[2], "in ISO-8859-1: \xE4");
-  EXPECT_EQ(ZYMHTML::renderToHTMLBatchInstructions(Brew{{}, words::Extract, "", {}}.batch()), "");
+  const std::pair<std::string, bool> odd[] = {{std::string(32U << 20U, 'x'), true},
+                                              {std::string((32U << 20U) + 1, 'x'), false},
+                                              {"in ISO-8859-1: \xE4", false}};
+  for (const auto& [text, isPage] : odd) {
+    putTemplate(templates[2], text);
+    const Brew brew{{}, words::Extract, "", {}};
+    EXPECT_EQ(ZYMHTML::renderToHTMLBatchInstructions(brew.batch()) == text, isPage);
+  }
 }
 
 TEST_F(Instructions, ShowNoNumberThatIsNone) {

@@ -213,9 +213,16 @@ TEST_F(Sheets, ShowFiguresAndTextsAsTheyAre) {
                               "%\\|[1-9][0-9].[0-9]\\]"));
   // 5 kg of 80 % at 75 %: 3000 g in 25 l, thinned to 0.8, times 386.5: 1.0371
   EXPECT_EQ(values.at("ExpectedOriginalGravity"), "1.037 SG");
-  useLocale("de_DE");
+  const auto units = [&] {
+    PlistDictionary recipe = fullRecipe();
+    putTemplate("HTMLTemplate-Recipe", marker("Gravity Unit") + " " + marker("Color Unit"));
+    return ZYMHTML::renderRecipeToHTMLForWeb(recipe);
+  };
+  EXPECT_EQ(units(), "SG SRM");
   set(keys::GravityUnits, 1);
   set(keys::ColorUnit, 1);
+  EXPECT_EQ(units(), "Plato EBC");
+  useLocale("de_DE");
   const auto german = filledKeys(fullRecipe(), 0, std::string(valueKeys) + "MashTypeText ");
   EXPECT_EQ(german.at("MashTypeText"), "Art des Rezepts");
   EXPECT_EQ(german.at("Acid"), "Nicht eingestellt");

@@ -75,6 +75,7 @@ TEST_F(Suggestions, CompareARecipeOrABatchWithTheShelf) {
             PlistArray());
   EXPECT_EQ(shown(Generator::ingredientsNotAvailableForRecipeOrBatchWithUUID("?")), "");
   EXPECT_EQ(Generator::missingIngredients_inContext({"no row"}, context()), PlistArray());
+  EXPECT_EQ(Generator::missingIngredientsArray_missingIngredients({}, 0), PlistArray());
   // A sack can't serve both; each slurry is a pack, and what has no uuid is like no other.
   const PlistDictionary both{
       {keys::Ingredient, Generator::ingredientsNotAvailableForRecipesWithUUIDs({"r", "b", "?"})}};
@@ -91,6 +92,26 @@ TEST_F(Suggestions, CompareARecipeOrABatchWithTheShelf) {
   EXPECT_EQ(record.doubleValue(keys::AmountInStock), 1000.5);
   EXPECT_TRUE(record.contains(keys::DateLastModified));
   EXPECT_FALSE(record.contains(keys::Batches));
+}
+
+// Before the next one, which works after the process was torn down.
+TEST_F(Suggestions, CallNobodyOnceTheGeneratorIsGone) {
+  for (int i = 0; i < 300; ++i) store(recipe(std::to_string(i)));
+  model().save();
+  bool isFinished = false;
+  auto generator = std::make_unique<Generator>();
+  generator->generateWithProgressHandler_completionHandler(
+      [&](float done) {
+        ASSERT_TRUE(generator);
+        if (done > 0) generator.reset();
+      },
+      [&](const std::string&) { isFinished = true; });
+  ASSERT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return !generator; }, 30));
+  Generator another;
+  another.generateWithProgressHandler_completionHandler(nullptr, nullptr);
+  tearDownProcess();
+  EXPECT_FALSE(isFinished);
+  EXPECT_EQ(another.html(), "");
 }
 
 TEST_F(Suggestions, GroupRecipesAsThePlainAnswerDoes) {
@@ -168,25 +189,6 @@ TEST_F(Suggestions, GroupRecipesAsThePlainAnswerDoes) {
   EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
   EXPECT_EQ(generator.html(), page);
   EXPECT_FALSE(generator.completionHandler());
-}
-
-TEST_F(Suggestions, CallNobodyOnceTheGeneratorIsGone) {
-  for (int i = 0; i < 300; ++i) store(recipe(std::to_string(i)));
-  model().save();
-  bool isFinished = false;
-  auto generator = std::make_unique<Generator>();
-  generator->generateWithProgressHandler_completionHandler(
-      [&](float done) {
-        ASSERT_TRUE(generator);
-        if (done > 0) generator.reset();
-      },
-      [&](const std::string&) { isFinished = true; });
-  ASSERT_TRUE(NSRunLoop::mainRunLoop().runUntil([&] { return !generator; }, 30));
-  Generator another;
-  another.generateWithProgressHandler_completionHandler(nullptr, nullptr);
-  tearDownProcess();
-  EXPECT_FALSE(isFinished);
-  EXPECT_EQ(another.html(), "");
 }
 
 }  // namespace

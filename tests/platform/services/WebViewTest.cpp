@@ -76,10 +76,13 @@ class WebViewTest : public ::testing::Test {
 TEST_F(WebViewTest, PrintsOneSheetOfThePagesOwnHeight) {
   for (const int height : {31, 335, 775, 4999}) {
     const auto pdf = pdfOf(
-        "<style>@page{margin:5cm;size:A6}</style><body style='margin:0;background:#ff8000'><div "
+        "<style>@page{margin:5cm;size:A6}@media screen{p{height:9cm}}</style><body "
+        "style='margin:0;background:#ff8000'><div "
         "style='height:" +
-        std::to_string(height) + "px'>Br\xC3\xA4u " + std::to_string(height) + "</div>");
+        std::to_string(height) + "px'>Br\xC3\xA4u " + std::to_string(height) +
+        "</div><p style='margin:0'></p>");
     ASSERT_TRUE(pdf);
+    EXPECT_LT(pdf->size(), pdf->rfind("%%EOF") + 8);
     EXPECT_THAT(seenBy("pdfinfo page.pdf", *pdf), HasSubstr("Pages:           1\n"));
     EXPECT_THAT(
         seenBy("pdfinfo page.pdf", *pdf),
@@ -126,6 +129,19 @@ TEST_F(WebViewTest, WhatIsNoTextFailsWithAReason) {
   NSError error;
   EXPECT_FALSE(pdfOf("\xFF", &error));
   EXPECT_EQ(error.localizedDescription, "The page is no text in UTF-8.");
+}
+
+TEST_F(WebViewTest, ABrowserThatAlwaysEndsFailsWithAReason) {
+  const std::string path = ::getenv("PATH");
+  const std::string program = folder_ / "chromium-headless-shell";
+  putFile(program, "#!/bin/sh\necho >>\"$TMPDIR/starts\"\n");
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  ::setenv("PATH", (folder_.path() + ":" + path).c_str(), 1);
+  NSError error;
+  EXPECT_FALSE(pdfOf("one", &error));
+  ::setenv("PATH", path.c_str(), 1);
+  EXPECT_EQ(error.localizedDescription, "The page can't be made a PDF: the browser has ended.");
+  EXPECT_EQ(std::filesystem::file_size(folder_ / "starts"), 2U) << "started once more";
 }
 
 TEST_F(WebViewTest, AMachineWithoutTheBrowserIsToldThePackage) {

@@ -1,11 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-
-#include <algorithm>
-#include <functional>
-#include <iterator>
-#include <sstream>
 
 #include "tests/app/Program.h"
 #include "zymcore/documents/BatchKeys.h"
@@ -17,8 +10,6 @@ namespace {
 
 using test::example;
 using test::run;
-using testing::HasSubstr;
-using testing::Not;
 
 PlistValue tree(const std::string& json) {
   const auto value = safeJSONObjectWithData_options(json, 0);

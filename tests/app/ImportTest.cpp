@@ -1,8 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-
-#include <regex>
 
 #include "tests/app/Program.h"
 
@@ -11,8 +7,6 @@ namespace {
 
 using test::Outcome;
 using ::testing::AllOf;
-using ::testing::HasSubstr;
-using ::testing::Not;
 
 constexpr const char* ale =
     "<?xml version='1.0' encoding='ISO-8859-1'?><RECIPES><RECIPE><NAME>K\xF6lsch & Co</NAME>"
@@ -26,14 +20,7 @@ std::string withColour(const std::string& degrees) {
   return std::regex_replace(std::string(ale), std::regex("<COLOR>3<"), "<COLOR>" + degrees + "<");
 }
 
-class Import : public ::testing::Test {
- protected:
-  Outcome zym(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.end(), {"--data", folder / "data"});
-    return test::run(arguments);
-  }
-  TemporaryFolder folder;
-};
+using Import = test::WithProgram;
 
 TEST_F(Import, GoesOnAfterAFileThatFails) {
   const std::string good = folder.file("ale.xml", ale);

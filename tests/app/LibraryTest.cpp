@@ -1,8 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <fstream>
-
 #include "tests/app/Program.h"
 #include "zymcore/platform/formats/NSJSONSerialization.h"
 
@@ -10,24 +5,9 @@ namespace zym {
 namespace {
 
 using test::Outcome;
-using ::testing::HasSubstr;
-using ::testing::Not;
 using ::testing::StartsWith;
 
-class Library : public ::testing::Test {
- protected:
-  Outcome zym(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.end(), {"--data", data});
-    return test::run(arguments);
-  }
-  std::string output(std::vector<std::string> arguments) const {
-    const Outcome outcome = zym(std::move(arguments));
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-    return outcome.out;
-  }
-  TemporaryFolder folder;
-  std::string data = folder / "data";
-};
+using Library = test::WithProgram;
 
 TEST_F(Library, IsFilledOnTheFirstRunAndSaysSo) {
   const Outcome first = zym({"list", "waters"});

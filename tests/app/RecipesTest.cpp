@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/app/Program.h"
 
 namespace zym {
@@ -8,23 +5,9 @@ namespace {
 
 using test::Outcome;
 using ::testing::AllOf;
-using ::testing::HasSubstr;
-using ::testing::Not;
 using ::testing::StartsWith;
 
-class RecipeCommands : public ::testing::Test {
- protected:
-  Outcome zym(std::vector<std::string> arguments, std::string_view input = "") const {
-    arguments.insert(arguments.end(), {"--data", folder / "data"});
-    return test::run(arguments, input);
-  }
-  std::string output(std::vector<std::string> arguments) const {
-    const Outcome outcome = zym(std::move(arguments));
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-    return outcome.out;
-  }
-  TemporaryFolder folder;
-};
+using RecipeCommands = test::WithProgram;
 
 TEST_F(RecipeCommands, ARecipeIsWrittenBrewedMeasuredAndPromoted) {
   (void)output({"new", "recipe", "Burton Ale", "Boil=60", "Before the boil=27 l"});

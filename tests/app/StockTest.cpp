@@ -1,32 +1,21 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/app/Program.h"
 
 namespace zym {
 namespace {
 
 using test::Outcome;
-using ::testing::HasSubstr;
-using ::testing::Not;
 using ::testing::StartsWith;
 
-class Stock : public ::testing::Test {
+class Stock : public test::WithProgram {
  protected:
   Stock() {
     (void)output({"new", "hop", "Zymhop", "Alpha=5"});
     (void)output({"new", "fermentable", "Zymmalt", "Extract=80"});
     (void)output({"new", "supplier", "The Shop"});
   }
-  Outcome zym(std::vector<std::string> arguments, const std::string& locale = "C") const {
-    arguments.insert(arguments.end(), {"--data", data});
-    return test::run(arguments, "", locale);
-  }
   std::string output(std::vector<std::string> arguments) const {
-    const Outcome outcome = zym(std::move(arguments));
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    std::string text = WithProgram::output(std::move(arguments));
     // Sums of money have blanks that don't break.
-    std::string text = outcome.out;
     for (std::size_t at; (at = text.find("\u00a0")) != std::string::npos;) text.replace(at, 2, " ");
     return text;
   }
@@ -36,9 +25,6 @@ class Stock : public ::testing::Test {
     (void)output({"add", "Ale", "fermentable", "Zymmalt", "4 kg"});
     (void)output({"add", "Ale", "hop", "Zymhop", "60 g"});
   }
-
-  TemporaryFolder folder;
-  std::string data = folder / "data";
 };
 
 TEST_F(Stock, LotsComeAndGo) {
@@ -60,7 +46,7 @@ TEST_F(Stock, LotsComeAndGo) {
   EXPECT_EQ(output({"stock", "--low", "--tsv"}), "Zymmalt\t200 g\t0.00 g\t$ 0.30\n");
   (void)output({"stock", "edit", "Sack", "cost=2/kg", "amount=1 kg", "name=Rest"});
   EXPECT_THAT(output({"stock", "--tsv"}), StartsWith("Zymmalt\t1.000 kg\t0.00 g\t$ 2.00\n"));
-  EXPECT_THAT(zym({"stock", "--tsv"}, "de_DE.UTF-8").out, HasSubstr("2,00"));
+  EXPECT_THAT(zym({"stock", "--tsv"}, "", "de_DE.UTF-8").out, HasSubstr("2,00"));
   (void)output({"stock", "remove", "Rest"});
   EXPECT_EQ(output({"stock", "fermentables"}), "");
 }

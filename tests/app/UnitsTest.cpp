@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <sstream>
-
 #include "tests/app/Program.h"
 
 namespace zym {

@@ -1,5 +1,6 @@
 #include <sys/stat.h>
 
+#include "tests/support/Child.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/Store.h"
 #include "tests/support/TextTable.h"
@@ -164,6 +165,7 @@ TEST_F(FileImportTest, TellsTheFiguresOfItsMatches) {
       {keys::Attenuation, "72.5"}};
   ZYMFileImportOperation operation;
   const PlistDictionary recipe = operation.processParsedRecipe(parsed);
+  EXPECT_EQ(operation.processParsedRecipe(parsed), recipe) << "and tells its matches once";
   const std::vector<ImportMatch>& matches = operation.matches();
   ASSERT_THAT(matches, SizeIs(6));  // the first is the style
   EXPECT_EQ(matches[1].figureInFile, 20);
@@ -205,7 +207,7 @@ TEST(ImportMatch, IsPoorWhereNameOrFigureIsFarOff) {
       {words::Fermentable, 1, 2, 3.5, false},
       {words::Fermentable, 1, 2, 3.55, true},
       {words::Fermentable, 1, 40, 54, false},
-      {words::Fermentable, 1, 40, 54.5, true},
+      {words::Fermentable, 1, 40, 54.2, true},
       {words::Fermentable, 1, 60, 20, true},
       {words::Fermentable, 1, 60, std::nullopt, false},
       {words::Hop, 1, 10, 13.5, false},
@@ -297,31 +299,28 @@ TEST_F(FileImportTest, NamesHaveABoundTogether) {
 }
 
 TEST_F(FileImportTest, ReadsTheRestOfARecipe) {
-  const struct {
-    KeyName key;
-    const char* text;
-    KeyName resultKey;
-    const char* result;
-  } cases[] = {
-      {parsedKeys::TYPE, "All Grain", keys::MashType, "Full Mash"},
-      {parsedKeys::TYPE, "partial mash", keys::MashType, "Extract with Mini-mash"},
-      {parsedKeys::TYPE, "Extract", keys::MashType, "Extract"},
-      {parsedKeys::FORCED_CARBONATION, "FALSE", keys::Carbonation, "Force Carbonated"},
-      {parsedKeys::PRIMING_SUGAR_NAME, "Honey", keys::Carbonation, "Primed With Honey"},
-      {keys::MgSO4, "0.1", keys::Carbonation, "Nothing"},
-      {keys::MgSO4, "0.1", keys::Conditioning, "Matured for 4 weeks"},
-      {parsedKeys::AGE, "100", keys::Conditioning,
-       "Matured for 2 weeks"},  // 14, the first but one digit
-      {parsedKeys::AGE, "105", keys::Conditioning, "Matured for 4 months"},  // 15
-      {parsedKeys::AGE, "161", keys::Conditioning, "Matured for 6 months"},  // 23, by 4.1
-      {parsedKeys::AGE, "28", keys::Conditioning, "Matured for 4 weeks"},
-      {parsedKeys::STYLENAME, " No Style Chosen", keys::StyleUUID, ""},
-      {parsedKeys::STYLENAME, "Munich Helles", keys::StyleUUID,
-       "5006A889-A9E2-56DC-9C1C-BF7694BECA9D"},
-      {keys::FermentationTemperature, "11.5", keys::FermentationTemperature, "11.5"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(process({{c.key, c.text}}).stringValue(c.resultKey), c.result) << c.text;
+  const char* const rows = R"(
+      TYPE=All Grain -> MashType=Full Mash | TYPE=partial mash -> MashType=Extract with Mini-mash
+      TYPE=Extract -> MashType=Extract | FORCED_CARBONATION=FALSE -> Carbonation=Force Carbonated
+      PRIMING_SUGAR_NAME=Honey -> Carbonation=Primed With Honey | X=1 -> Carbonation=Nothing
+      X=1 -> Conditioning=Matured for 4 weeks | AGE=28 -> Conditioning=Matured for 4 weeks
+      STYLENAME= No Style Chosen -> StyleUUID=
+      STYLENAME=Munich Helles -> StyleUUID=5006A889-A9E2-56DC-9C1C-BF7694BECA9D
+      FermentationTemperature=11.5 -> FermentationTemperature=11.5)";
+  for (const auto& [given, expected] : rowsOf(rows)) {
+    const std::size_t at = given.find('=');
+    const std::size_t end = expected.find('=');
+    EXPECT_EQ(process({{KeyName(given.substr(0, at)), given.substr(at + 1)}})
+                  .stringValue(KeyName(expected.substr(0, end))),
+              expected.substr(end + 1))
+        << given;
+  }
+  EXPECT_TRUE(process({{parsedKeys::STYLENAME, " No Style Chosen"}}).string(keys::StyleUUID));
+  // The 14th, the first but one digit; the 15th; the 23rd, by 4.1.
+  for (const auto& [days, text] : {std::pair("100", "Matured for 2 weeks"),
+                                   {"105", "Matured for 4 months"},
+                                   {"161", "Matured for 6 months"}}) {
+    EXPECT_EQ(process({{parsedKeys::AGE, days}}).stringValue(keys::Conditioning), text);
   }
   for (const auto& [degrees, text] :
        {std::pair("7.9", "Lagered for 4 weeks"), {"8", "Matured for 4 weeks"}}) {
@@ -475,6 +474,39 @@ TEST_F(FileImportTest, AnImportThatFailsHalfWayLeavesNothing) {
   EXPECT_TRUE(import(most)->uuidOfRecipe());
 }
 
+TEST_F(FileImportTest, KilledAtAnyMomentIsWholeOrNotAtAll) {
+  const std::string own = file("own.wm2", ownFile());
+  ZYMCoreDataModel::tearDown();
+  for (int i = 0; i < 12; ++i) {
+    const std::string data = folder / ("data" + std::to_string(i));
+    fs::copy(folder / "data", data, fs::copy_options::recursive);
+    Child child([&](int pipe) {
+      model().setDataFolder(data);
+      (void)context();
+      Child::tell(pipe, 1);
+      (void)import(own);
+      Child::tell(pipe, 2);
+      ::pause();
+    });
+    ASSERT_EQ(child.hear(30000), 1);
+    // Somewhere from its first step to behind its last.
+    (void)child.hear(8 * i);
+    child.kill();
+    model().setDataFolder(data);
+    const auto rows = recipes().summariesForAllRecipes();
+    const std::size_t images = ZYMImageEntity::findAllObjects()->size();
+    EXPECT_EQ(images, rows.empty() ? 0U : 3U);
+    EXPECT_EQ(ZYMRecipeBatchEntity::findAllObjects()->size(), rows.size());
+    // A record whose file is missing would go now.
+    for (const ZYMSummary& row : rows) (void)recipes().imageUUIDsForItemWithUUID(*row.uuid);
+    for (const ZYMSummary& row : recipes().allBatchSummariesNewestFirst()) {
+      (void)recipes().imageUUIDsForItemWithUUID(*row.uuid);
+    }
+    EXPECT_EQ(ZYMImageEntity::findAllObjects()->size(), images);
+    ZYMCoreDataModel::tearDown();
+  }
+}
+
 TEST_F(FileImportTest, WhatAnObserverOfTheSaveDoesTakesNothingBack) {
   const std::string own = file("own.wm2", ownFile());
   const std::function<void()> deeds[] = {[] { throw std::runtime_error("an observer"); },
@@ -564,7 +596,7 @@ TEST_F(FileImportTest, AFailureStoresNothing) {
       {file("empty.wm2", ""), ""},
       {file("huge.wm2", ""), "File too large"},
       {file("cut.wm2", ownFile().substr(0, ownFile().size() / 2)), ""},
-      {file("list.wm2", "[{}]"), "list"},
+      {file("list.wm2", "[{}]"), "no recipe, but a list"},
       {file("number.wm2", "7"), ""},
       {file("deep.wm2", deep), ""},
       {file("a.wmr", "x"), ""},
@@ -587,6 +619,7 @@ TEST_F(FileImportTest, AFailureStoresNothing) {
     EXPECT_FALSE(context().hasChanges());
     EXPECT_FALSE(undoManager().canUndo());
   }
+  EXPECT_EQ(import(folder / "list.wm2")->failureReason(), "no recipe, but a list");
   ZYMFileImportOperation nowhere;
   nowhere.start();
   EXPECT_NE(nowhere.failureReason(), std::nullopt);

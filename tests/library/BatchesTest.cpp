@@ -117,6 +117,7 @@ TEST_F(Batches, ADocumentThatCannotBeStoredLeavesNothingBehind) {
   }
   EXPECT_THAT(*recipes().batchSummariesForRecipeWithUUID("Bock"),
               ElementsAre(ZYMSummary{"a", "a"}));
+  EXPECT_THAT(*ZYMRecipeBatchEntity::findAllObjects(), SizeIs(1)) << "of no recipe either";
 }
 
 TEST_F(Batches, AreRepairedWhenTheyAreRead) {
@@ -261,7 +262,8 @@ TEST_F(Batches, PromotionMakesARecipeAndMovesTheBatchUnderIt) {
   EXPECT_EQ(*group.array(keys::KeysOfContents), (PlistArray{recipeUUID}));
   EXPECT_GE(*group.date(keys::DateLastModified), *recipe.date(keys::DateLastModified));
 
-  EXPECT_THROW(recipes().promoteBatchWithUUID_addToGroupWithUUID(uuid, ""), NSException);
+  EXPECT_EQ(reasonOf([&] { recipes().promoteBatchWithUUID_addToGroupWithUUID(uuid, ""); }),
+            "there is no batch " + uuid);
   EXPECT_EQ(undoManager().groupingLevel(), 0);
   undoManager().undo();
   EXPECT_EQ(recipes().parentRecipeUUIDForBatchWithUUID(uuid), "Bock");

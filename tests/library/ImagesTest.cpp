@@ -103,6 +103,14 @@ TEST_F(ImagesTest, KeepsColoursOpacityAndWhichSideIsUp) {
           fixture("grey.png")->image(), {2, 1}, {-1, 0, 0, 1, 2, 0}, false, kCGInterpolationMedium);
   EXPECT_EQ(bytesOf(mirrored, 0, 0), (Bytes{0xE0, 0xE0, 0xE0, 255}));
 
+  const auto halved = [](CGInterpolationQuality quality) {
+    return int{bytesOf(
+        resizedImageToSize_interpolationQuality(*fixture("grey.png"), {1, 1}, quality)->image(), 0,
+        0)[0]};
+  };
+  EXPECT_NEAR(halved(kCGInterpolationMedium), 0x80, 1);
+  EXPECT_THAT(halved(kCGInterpolationNone), ::testing::AnyOf(0x20, 0xE0));
+
   const CGImage scaled = written(plain(900, 450, {200, 100, 50, 64}));
   EXPECT_EQ(scaled.width(), 128);
   EXPECT_EQ(bytesOf(scaled, 127, 63), (Bytes{200, 100, 50, 64}));
@@ -124,7 +132,7 @@ TEST_F(ImagesTest, BelongToARecipeABatchOrNobody) {
   const auto images = recipes().orderedImageEntitiesForItemWithUUID("r");
   ASSERT_THAT(images, SizeIs(2));
   EXPECT_EQ(images[1]->valueForKey(attributes::index)->integerValue(), 1);
-  EXPECT_GT(*images[1]->dateLastModified(), longAgo);
+  EXPECT_GT(images[1]->dateLastModified().value_or(longAgo), longAgo);
   EXPECT_EQ(images[0]->objectForKey(relationships::recipe), &recipe);
   EXPECT_EQ(images[0]->objectForKey(relationships::recipeBatch), nullptr);
   EXPECT_THAT(recipes().orderedImageDataForItemWithUUID("b"), SizeIs(1));

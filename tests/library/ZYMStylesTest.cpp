@@ -36,7 +36,7 @@ class Styles : public testing::WithDefaults {
       {KeyName{"Styles"},
        PlistArray{style("10A", "Weizen"), style("2B", "pils"), style("9A", "Wee Heavy"), "odd",
                   style("10B", "Altbier"), style("2B", "Kellerbier"), style("", "Free"),
-                  style("2A", "Lager"), style("C1", "Cider")}}};
+                  style("2A", "Lager"), style("C1", "Cider"), style("2B9", "Aged")}}};
 };
 
 TEST_F(Styles, PreferredGuidelines) {
@@ -63,8 +63,8 @@ TEST_F(Styles, SortByCategoryAsABrewerWould) {
   write("BJCPStyles-2015", file);
   EXPECT_THAT(styles.allStyleNamesInGuidelines(1),
               ElementsAre("Free", "C1 - Cider", "2A - Lager", "2B - Kellerbier", "2B - pils",
-                          "9A - Wee Heavy", "10A - Weizen", "10B - Altbier"));
-  EXPECT_EQ(styles.allStyleNamesInGuidelines(99).size(), 8U);
+                          "2B9 - Aged", "9A - Wee Heavy", "10A - Weizen", "10B - Altbier"));
+  EXPECT_EQ(styles.allStyleNamesInGuidelines(99).size(), 9U);
   EXPECT_THAT(styles.allStyleNamesInGuidelines(0), IsEmpty());
 }
 
@@ -89,7 +89,9 @@ TEST_F(Styles, WithoutAFileThereAreNoneUntilThereIsOne) {
   write("BJCPStyles-2008", file);
   EXPECT_TRUE(styles.styleWithName_inGuidelines("pils", 0));
   write("BJCPStyles-2015", PlistDictionary{{KeyName{"Styles"}, PlistArray()}});
-  EXPECT_THROW((void)styles.styleWithNameMostSimilarToString_inGuidelines("pils", 1), NSException);
+  EXPECT_EQ(
+      reasonOf([&] { (void)styles.styleWithNameMostSimilarToString_inGuidelines("pils", 1); }),
+      "index -1 beyond bounds for array of styles");
 }
 
 }  // namespace

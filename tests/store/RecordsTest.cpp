@@ -167,8 +167,11 @@ TEST_F(Records, ARecipeWithoutADocumentIsAbsentAndADamagedOneThrows) {
   EXPECT_FALSE(recipe.dictionaryRepresentation());
   recipe.setDocument_forKey(NSData(), attributes::data);
   EXPECT_FALSE(recipe.dictionaryRepresentation());
-  const NSData text(*BinaryPropertyList::write(PlistValue("text")));
-  for (const NSData& damaged : {NSData("bplist00"), NSData("bplist00\xff\xff\xff"), text}) {
+  recipe.setDocument_forKey(NSData(*BinaryPropertyList::write(PlistValue("text"))),
+                            attributes::data);
+  EXPECT_THAT(reasonOf([&] { (void)recipe.dictionaryRepresentation(); }),
+              ::testing::EndsWith("can't be read: it is no dictionary"));
+  for (const NSData& damaged : {NSData("bplist00"), NSData("bplist00\xff\xff\xff")}) {
     recipe.setDocument_forKey(damaged, attributes::data);
     EXPECT_THAT(reasonOf([&] { (void)recipe.dictionaryRepresentation(); }),
                 ::testing::StartsWith("the document of an object without uuid can't be read: "));

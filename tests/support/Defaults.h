@@ -1,11 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
+#include "tests/support/Test.h"
 #include "zymcore/documents/DefaultsKeys.h"
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/platform/host/NSUserDefaults.h"
 #include "zymcore/platform/text/NSLocale.h"
+#include "zymcore/platform/values/NSException.h"
 
 namespace zym::testing {
 
@@ -20,6 +20,16 @@ class WithDefaults : public ::testing::Test {
   ~WithDefaults() override {
     defaults().reset();
     useLocale("");
+  }
+
+  /// Of the exception that it throws.
+  static std::string reasonOf(const std::function<void()>& fault) {
+    try {
+      fault();
+    } catch (const NSException& exception) {
+      return exception.reason();
+    }
+    return "none";
   }
 
   static NSUserDefaults& defaults() { return NSUserDefaults::standardUserDefaults(); }

@@ -81,15 +81,6 @@ class WithStore : public WithDefaults {
     const std::string text = zym::bytesOf(std::string(ZYM_FIXTURES "/") + name);
     return operator""_json(text.data(), text.size());
   }
-  /// Of the exception that it throws.
-  static std::string reasonOf(const std::function<void()>& fault) {
-    try {
-      fault();
-    } catch (const NSException& exception) {
-      return exception.reason();
-    }
-    return "none";
-  }
   /// What can be undone, once the turn has ended.
   static std::string undoName() {
     endTurn();

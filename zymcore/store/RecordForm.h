@@ -89,7 +89,6 @@ struct RecordChildren {
   KeyName relationship;
   KeyName key;
   std::string_view entity;
-  KeyName parent;  // the relationship back
   Order order;
   bool haveIndex;  // numbered from 0 as they stand
   bool getUUIDs;   // a record without a UUID gets one

@@ -226,21 +226,18 @@ using Order = RecordChildren::Order;
 constexpr RecordChildren steps = {.relationship = relationships::steps,
                                   .key = keys::Steps,
                                   .entity = ZYMMashStepEntity::entityName,
-                                  .parent = relationships::schedule,
                                   .order = Order::ByIndex,
                                   .haveIndex = true,
                                   .getUUIDs = true};
 constexpr RecordChildren lots = {.relationship = relationships::batches,
                                  .key = keys::Batches,
                                  .entity = ZYMInventoryBatchEntity::entityName,
-                                 .parent = relationships::item,
                                  .order = Order::ByExpiryDescending,
                                  .haveIndex = true,
                                  .getUUIDs = false};
 constexpr RecordChildren orderItems = {.relationship = relationships::items,
                                        .key = keys::OrderItems,
                                        .entity = ZYMOrderItemEntity::entityName,
-                                       .parent = relationships::order,
                                        .order = Order::None,
                                        .haveIndex = false,
                                        .getUUIDs = true};

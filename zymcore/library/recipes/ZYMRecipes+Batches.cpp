@@ -30,13 +30,6 @@ constexpr KeyName gravities[] = {keys::PreBoilHydroReading,
                                  keys::PreBoilGrav,
                                  keys::OG,
                                  keys::FG};
-constexpr KeyName results[] = {keys::ApparentAttenuation,
-                               keys::RealAttenuation,
-                               keys::ActualMashEfficiency,
-                               keys::ABV,
-                               keys::ABW,
-                               keys::Color,
-                               keys::IBU};
 constexpr KeyName sampleTemperatures[] = {keys::PreBoilTemp, keys::OGTemp, keys::FGTemp,
                                           keys::HydrometerCalibratedAt};
 constexpr KeyName dates[] = {keys::DateLastModified, keys::DateBrewed, keys::DateRacked,
@@ -49,7 +42,6 @@ PlistDictionary actualsOf(const PlistDictionary& recipe) {
   PlistDictionary actuals;
   for (const KeyName key : planned) actuals.setOrRemove(key, recipe.find(key));
   for (const KeyName key : gravities) actuals.set(key, "1.000");
-  for (const KeyName key : results) actuals.set(key, "0.0");
   const float calibration =
       NSUserDefaults::standardUserDefaults().floatForKey(keys::HydrometerCalibrationTemp);
   for (const KeyName key : sampleTemperatures) actuals.setNumber(key, calibration);

@@ -286,6 +286,8 @@ TEST_F(RecWriterTest, WritesTheRecipe) {
       written(
           R"({"MashType": "Extract", "YeastIngredients": [{"Name": "US-05", "Description": "Floculation:Low"}]})"),
       hops, "s0 -> 05 | s0x37 -> US | s0x6e -> '' | o0x87 -> 0 | o0x88 -> 0 | o0x1d3 -> 2");
+  expectFields(written(keys::YeastIngredients, "Name -> US-05 | Description -> Floculation:High"),
+               hops, "o0x1d3 -> 0");
   for (const auto& [type, code] :
        rowsOf("Full Mash -> 0 | Extract -> 2 | Extract with Steeped Grains -> 2 | Odd -> 0")) {
     expectFields(written(R"({"MashType": ")" + type + "\"}"), 0, "o0x7d -> " + code);
@@ -318,6 +320,7 @@ TEST_F(RecWriterTest, WritesAdditions) {
         {"Ingredient -> '' | IsGrain -> 0", "s0x6e -> '' | o0xa5 -> 4 | o0xa6 -> 0"},
         {"Ingredient -> Extract - Light Malt | IsGrain -> 0",
          "s0 -> Light Malt  | s0x6e -> '' | o0xa5 -> 2 | o0xa6 -> 0"},
+        {"Ingredient -> Sugar | IsGrain -> 0", "s0 ->   | s0x6e -> '' | o0xa5 -> 3"},
         {"Ingredient -> Sugar Candi | IsGrain -> 0",
          "s0 -> Candi  | s0x6e -> '' | o0xa5 -> 3 | o0xa6 -> 0"},
         {"Ingredient -> Dry Extract Sugar | IsGrain -> 1",

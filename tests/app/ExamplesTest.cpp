@@ -84,33 +84,25 @@ TEST(Examples, ABatchShowsWhatItsReadingsMean) {
 }
 
 /// The recipes that `zym examples` brings.
-class ExampleRecipes : public ::testing::Test {
+class ExampleRecipes : public test::WithProgram {
  protected:
-  ExampleRecipes() { bring(); }
+  ExampleRecipes() { (void)output({"examples"}); }
 
-  void bring() const {
-    const test::Outcome outcome = test::run({"examples", "--data", folder / "data"});
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-  }
   [[nodiscard]] PlistArray listed(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.end(), {"--json", "--data", folder / "data"});
+    arguments.insert(arguments.end(), {"--json", "--data", data});
     const PlistValue tree = treeSaid(arguments);
     return tree.array() ? *tree.array() : PlistArray();
   }
   /// All of them, worked out anew.
   [[nodiscard]] PlistArray recipes() const {
     std::filesystem::create_directory(folder / "out");
-    EXPECT_EQ(test::run({"export", "--all", "--as", "wm2", "-o", folder / "out", "--data",
-                         folder / "data"})
-                  .exitCode,
-              0);
+    (void)output({"export", "--all", "--as", "wm2", "-o", folder / "out"});
     std::vector<std::string> arguments{"calc"};
     for (const auto& file : std::filesystem::directory_iterator(folder / "out")) {
       arguments.push_back(file.path());
     }
     return listed(arguments);
   }
-  TemporaryFolder folder;
 };
 
 TEST_F(ExampleRecipes, AreBeersOfTheirStyles) {
@@ -192,7 +184,7 @@ TEST_F(ExampleRecipes, AreThereOnceHoweverOftenTheyAreBrought) {
   };
   const auto before = all();
   for (const PlistArray& rows : before) EXPECT_FALSE(rows.empty());
-  bring();
+  (void)output({"examples"});
   EXPECT_EQ(all(), before);
 }
 

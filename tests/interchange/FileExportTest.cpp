@@ -83,28 +83,21 @@ TEST_F(FileExportTest, SaysInTheLogWhatIsWrong) {
   const PlistDictionary recipe;
   const PlistArray list{PlistDictionary{{keys::Alpha, "1"}}};
   const std::string prefix = "-[ZYMFileExportOperation main] ";
-  const auto item = [](const char* kind) {
-    return std::string("Item is required to be an NSDcitionary for ") + kind + " export";
-  };
-  const auto path = [](const char* kind) {
-    return std::string("path is required to be a directory for ") + kind + " export";
-  };
-  const struct {
-    int type;
-    std::string item, path;
-  } cases[] = {{0, item("WMR"), path("WMR")}, {1, item("WMR"), path("WMR")},
-               {4, item("REC"), path("REC")}, {5, item("REC"), path("REC")},
-               {6, item("HTM"), path("REC")}, {7, item("PDF"), path("PDF")}};
-  for (const auto& c : cases) {
+  const std::tuple<int, std::string, std::string> cases[] = {{0, "WMR", "WMR"}, {1, "WMR", "WMR"},
+                                                             {4, "REC", "REC"}, {5, "REC", "REC"},
+                                                             {6, "HTM", "REC"}, {7, "PDF", "PDF"}};
+  for (const auto& [type, itemKind, pathKind] : cases) {
+    const std::string item = "Item is required to be an NSDcitionary for " + itemKind + " export";
+    const std::string path = "path is required to be a directory for " + pathKind + " export";
     for (const std::string& place : {file, folder / "gone"}) {
       log.clear();
-      EXPECT_EQ(failure(recipe, place, c.type), c.path);
-      EXPECT_EQ(log, prefix + c.path + "\n") << c.type;
+      EXPECT_EQ(failure(recipe, place, type), path);
+      EXPECT_EQ(log, prefix + path + "\n") << type;
     }
     log.clear();
-    EXPECT_EQ(failure(list, file, c.type), c.path);
-    EXPECT_EQ(log, prefix + c.item + "\n" + prefix + c.path + "\n");
-    EXPECT_EQ(failure(list, folder.path(), c.type), c.item);
+    EXPECT_EQ(failure(list, file, type), path);
+    EXPECT_EQ(log, prefix + item + "\n" + prefix + path + "\n");
+    EXPECT_EQ(failure(list, folder.path(), type), item);
   }
   log.clear();
   EXPECT_TRUE(failure(list, folder.path(), 3));
@@ -291,23 +284,18 @@ TEST_F(FileExportTest, OtherFormatsKeepWhatTheyHold) {
 }
 
 TEST_F(FileExportTest, OthersReadOurPropertyLists) {
-  if (std::system("plistutil --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "no plistutil";
-  fs::rename(exported(randomRecipe(3), Type::NativePropertyList), folder / "ours.wmr");
+  const auto runs = [](const std::string& command) {
+    return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+  };
+  if (!runs("plistutil --version")) GTEST_SKIP() << "no plistutil";
   const std::string ours = folder / "ours.wmr";
-  EXPECT_EQ(std::system(("plistutil -i " + ours + " -f json -o " + (folder / "theirs") +
-                         " >/dev/null 2>&1; "
-                         "plistutil -i " +
-                         ours + " -f bin -o " + (folder / "theirs.wmr"))
-                            .c_str()),
-            0);
+  fs::rename(exported(randomRecipe(3), Type::NativePropertyList), ours);
+  EXPECT_TRUE(runs("plistutil -i " + ours + " -f bin -o " + (folder / "theirs.wmr")));
   EXPECT_EQ(withoutIdentity(imported(ours)), withoutIdentity(imported(folder / "theirs.wmr")));
-  if (std::system("python3 -c 'import plistlib' 2>/dev/null") != 0) return;
-  EXPECT_EQ(
-      std::system(("python3 -c 'import plistlib,sys; assert plistlib.load(open(sys.argv[1],\"rb\"))"
-                   "[\"RecipeTitle\"] == \"Brew & <3>\"' " +
-                   ours)
-                      .c_str()),
-      0);
+  const std::string title = R"(plistlib.load(open(sys.argv[1],"rb"))["RecipeTitle"])";
+  EXPECT_TRUE(
+      !runs("python3 -c 'import plistlib'") ||
+      runs("python3 -c 'import plistlib,sys; assert " + title + R"( == "Brew & <3>"' )" + ours));
 }
 
 }  // namespace

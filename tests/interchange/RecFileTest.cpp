@@ -286,12 +286,11 @@ TEST_F(RecWriterTest, WritesTheRecipe) {
       written(
           R"({"MashType": "Extract", "YeastIngredients": [{"Name": "US-05", "Description": "Floculation:Low"}]})"),
       hops, "s0 -> 05 | s0x37 -> US | s0x6e -> '' | o0x87 -> 0 | o0x88 -> 0 | o0x1d3 -> 2");
-  for (const auto& [type, code] : {std::pair{"Full Mash", "0"},
-                                   {"Extract", "2"},
-                                   {"Extract with Steeped Grains", "2"},
-                                   {"Odd", "0"}}) {
-    expectFields(written(std::string(R"({"MashType": ")") + type + "\"}"), 0,
-                 std::string("o0x7d -> ") + code);
+  expectFields(written(keys::YeastIngredients, "Name -> US-05 | Description -> Floculation:High"),
+               hops, "o0x1d3 -> 0");
+  for (const auto& [type, code] :
+       rowsOf("Full Mash -> 0 | Extract -> 2 | Extract with Steeped Grains -> 2 | Odd -> 0")) {
+    expectFields(written(R"({"MashType": ")" + type + "\"}"), 0, "o0x7d -> " + code);
   }
 }
 
@@ -321,6 +320,7 @@ TEST_F(RecWriterTest, WritesAdditions) {
         {"Ingredient -> '' | IsGrain -> 0", "s0x6e -> '' | o0xa5 -> 4 | o0xa6 -> 0"},
         {"Ingredient -> Extract - Light Malt | IsGrain -> 0",
          "s0 -> Light Malt  | s0x6e -> '' | o0xa5 -> 2 | o0xa6 -> 0"},
+        {"Ingredient -> Sugar | IsGrain -> 0", "s0 ->   | s0x6e -> '' | o0xa5 -> 3"},
         {"Ingredient -> Sugar Candi | IsGrain -> 0",
          "s0 -> Candi  | s0x6e -> '' | o0xa5 -> 3 | o0xa6 -> 0"},
         {"Ingredient -> Dry Extract Sugar | IsGrain -> 1",
@@ -376,9 +376,9 @@ TEST_F(RecWriterTest, KeepsToTheFields) {
   }
   std::string steps;
   for (int i = 0; i < 200; ++i) steps += R"({"StepType": "Rest at", "Duration": "1e30"},)";
-  const std::string bytes = written(
-      R"({"BoilDuration": "-99999999999", "MashSchedule": {"ScheduleName": "Mine", "Steps": [)" +
-      steps + "7]}}");
+  const std::string bytes = written(R"({"BoilDuration": "-99999999999",
+      "MashSchedule": {"ScheduleName": "Mine", "Steps": [)" +
+                                    steps + "7]}}");
   EXPECT_EQ(bytes.size(), hops + tailSize);
   expectFields(bytes, 0, "i0x75 -> -2147483648");
   expectFields(bytes, hops, "i0x236c -> 50 | s0x5c80 -> Mine");

@@ -8,6 +8,7 @@ namespace zym {
 class GDataXMLElement final : public GDataXMLNode {
  public:
   using Element = std::shared_ptr<GDataXMLElement>;
+  using GDataXMLNode::GDataXMLNode;
 
   /// The root of the document that the text is. Null, with an error, when it is none.
   [[nodiscard]] static Element initWithXMLString(std::string_view text, NSError* error = nullptr);
@@ -41,10 +42,6 @@ class GDataXMLElement final : public GDataXMLNode {
   [[nodiscard]] std::optional<std::string> resolvePrefixForNamespaceURI(std::string_view uri) const;
 
  private:
-  template <class Wrapper>
-  friend std::shared_ptr<Wrapper> wrapped(_xmlNode* node, bool owns);
-
-  GDataXMLElement(_xmlNode* node, bool owns) noexcept : GDataXMLNode(node, owns) {}
   void releaseCachedValues() override;
   [[nodiscard]] Pointer cachedAttribute(const void* attribute) const;
 

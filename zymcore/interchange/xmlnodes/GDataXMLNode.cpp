@@ -251,7 +251,7 @@ std::size_t GDataXMLNode::childCount() const noexcept {
 
 const std::vector<GDataXMLNode::Pointer>& GDataXMLNode::children() const {
   if (!cachedChildren_) {
-    cachedChildren_.emplace();
+    cachedChildren_.emplace().reserve(childCount());
     for (xmlNode* child = firstChild(xmlNode_); child; child = child->next) {
       cachedChildren_->push_back(nodeBorrowingXMLNode(child));
     }

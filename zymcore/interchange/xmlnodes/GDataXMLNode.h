@@ -77,6 +77,15 @@ class GDataXMLNode {
   /// What is before the first colon; absent where there is none.
   [[nodiscard]] static std::optional<std::string> prefixForName(std::string_view name);
 
+  /// What only the operations above have.
+  class Key {
+    Key() = default;
+    template <class Wrapper>
+    friend std::shared_ptr<Wrapper> wrapped(_xmlNode* node, bool owns);
+  };
+  GDataXMLNode(Key, _xmlNode* node, bool owns) noexcept
+      : xmlNode_(node), shouldFreeXMLNode_(owns) {}
+
   virtual ~GDataXMLNode();
   GDataXMLNode(const GDataXMLNode&) = delete;
   GDataXMLNode& operator=(const GDataXMLNode&) = delete;
@@ -129,14 +138,9 @@ class GDataXMLNode {
   [[nodiscard]] static std::size_t hash() noexcept { return 0; }
 
  protected:
-  GDataXMLNode(_xmlNode* node, bool owns) noexcept : xmlNode_(node), shouldFreeXMLNode_(owns) {}
-
   virtual void releaseCachedValues();
 
  private:
-  template <class Wrapper>
-  friend std::shared_ptr<Wrapper> wrapped(_xmlNode* node, bool owns);
-
   _xmlNode* xmlNode_;
   bool shouldFreeXMLNode_;
   mutable std::shared_ptr<const std::string> cachedName_;

@@ -10,7 +10,7 @@ namespace zym {
 
 template <class Wrapper>
 std::shared_ptr<Wrapper> wrapped(_xmlNode* node, bool owns) {
-  return std::shared_ptr<Wrapper>(new Wrapper(node, owns));
+  return std::make_shared<Wrapper>(GDataXMLNode::Key(), node, owns);
 }
 
 /// The declaration of a wrapper that is one.

@@ -249,6 +249,19 @@ TEST_F(Sheets, ShowWhereAFigureStandsInItsStyle) {
   EXPECT_TRUE(filledKeys(fullRecipe(), 0, "Formula ColorFormula ").empty());
 }
 
+TEST_F(Sheets, RowsSpeakTheLanguageOfTheUser) {
+  useLocale("de_DE");
+  std::string text;
+  for (const auto& [name, value] :
+       filledKeys(fullRecipe(), 0, "FermentableItems HopItems OtherItems ScheduleSteps ")) {
+    text += value;
+  }
+  for (const char* word :
+       {"|In der Maische/eingeweicht|", "|60 Min. vor Ende|", "|Beim Kochen]", "[Rast bei|"}) {
+    EXPECT_THAT(text, ::testing::HasSubstr(word));
+  }
+}
+
 TEST_F(Sheets, ForTheClipboardArePlainText) {
   PlistDictionary recipe = fullRecipe();
   recipe.set(keys::RecipeTitle, "<b>&\x01\x03</b> <*KEYNAME=FontName>");

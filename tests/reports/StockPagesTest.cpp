@@ -8,7 +8,8 @@ using testing::WithPages;
 using StockPages = WithPages;
 
 TEST_F(StockPages, ListItemsWithTheirLots) {
-  putTemplate("Inventory Template", listing({"InventoryHeading", "IntroText", "Stock", "haveAll"}));
+  putTemplate("Inventory Template", listing({"InventoryHeading", "IntroText", "Stock", "haveAll"}) +
+                                        marker("ZoomFactor"));
   const PlistValue day = NSDate::dateWithTimeIntervalSinceReferenceDate(0);
   const auto page = [&](std::string_view type, std::string_view amount, const char* form) {
     PlistDictionary lot = R"({"AmountInStock": "1", "BatchName": "L<1>", "Alpha": "4.5"})"_json;
@@ -60,6 +61,7 @@ TEST_F(StockPages, ListItemsWithTheirLots) {
     EXPECT_EQ(values.stringValue(keys::Stock).find("1 pack") != std::string::npos,
               name == "Yeasts");
   }
+  EXPECT_THAT(page("Beer", "1", nullptr), ::testing::EndsWith("0.75"));
   EXPECT_THAT(page("Beer", "1", nullptr), HasSubstr("InventoryHeading: \nIntroText: You currently "
                                                     "have the following:\nStock: \n"));
   set(keys::HopUnits, 0);

@@ -109,14 +109,20 @@ std::string exported(const Item& item, const Options& options, const Kind& kind)
   PlistValue document = documentFor(item, kind);
   if (NSFileManager::isDirectoryAtPath(options.output))
     return written(std::move(document), options.output, kind);
-  const fs::path parent = fs::absolute(options.output).parent_path();
+  // What a link leads to is replaced, never the link, and nothing but a file.
+  const fs::path target = fs::weakly_canonical(fs::absolute(options.output));
+  if (fs::exists(target) && !fs::is_regular_file(target)) {
+    throw InputError(
+        label("can't write '%1': %2", {printable(options.output), "Not a regular file"}));
+  }
+  const fs::path parent = target.parent_path();
   std::string folder = (parent / ".zym-XXXXXX").string();
   if (!mkdtemp(folder.data())) {
     throw InputError(label("'%1' is no folder to write into", {printable(parent.string())}));
   }
   std::error_code ignored;
   try {
-    fs::rename(written(std::move(document), folder, kind), options.output);
+    fs::rename(written(std::move(document), folder, kind), target);
   } catch (...) {
     fs::remove_all(folder, ignored);
     throw;

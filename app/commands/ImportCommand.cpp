@@ -18,8 +18,10 @@
 #include "zymcore/documents/LocalizedNumbers.h"
 #include "zymcore/documents/RecordKeys.h"
 #include "zymcore/documents/Vocabularies.h"
+#include "zymcore/interchange/native/ZYMIngFile.h"
 #include "zymcore/interchange/operations/ZYMFileImportOperation.h"
 #include "zymcore/platform/events/NSOperationQueue.h"
+#include "zymcore/platform/text/NSString.h"
 
 namespace zym::host {
 namespace {
@@ -89,9 +91,7 @@ Outcome tryPackage(const std::string& file) {
   const auto package = operation.packageInFile();
   Outcome outcome{file, std::nullopt, {}, operation.failureReason().value_or(""), 0};
   if (!package) return outcome;
-  for (const PlistEntry& entry : *package) {
-    if (const PlistArray* records = entry.value.array()) outcome.ingredients += records->size();
-  }
+  outcome.ingredients = ZYMIngFile::countOfIngredients(*package);
   if (outcome.ingredients == 0) outcome.reason = label("no ingredients");
   return outcome;
 }
@@ -175,7 +175,7 @@ void print(const Outcome& outcome, bool withMatches) {
 }
 
 PlistDictionary recordOf(const Outcome& outcome) {
-  PlistDictionary record{{KeyName("File"), outcome.file}};
+  PlistDictionary record{{KeyName("File"), stringByDroppingInvalidUTF8(outcome.file)}};
   if (outcome.recipe) {
     record.set(KeyName("Recipe"), *outcome.recipe);
   } else if (outcome.ingredients > 0) {

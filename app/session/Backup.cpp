@@ -22,6 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* preferences = "Preferences.plist";
+constexpr const char* workshopName = ".zym-";
 // Pictures come and go while others use the store.
 constexpr int mostAttempts = 10;
 
@@ -29,10 +30,10 @@ constexpr int mostAttempts = 10;
 class Workshop {
  public:
   explicit Workshop(const fs::path& beside) {
-    std::string name = (fs::absolute(beside).parent_path() / ".zym-XXXXXX").string();
+    const fs::path parent = fs::absolute(beside).parent_path();
+    std::string name = (parent / (std::string(workshopName) + "XXXXXX")).string();
     if (!mkdtemp(name.data())) {
-      throw InputError(label("'%1' is no folder to write into",
-                             {printable(fs::absolute(beside).parent_path().string())}));
+      throw InputError(label("'%1' is no folder to write into", {printable(parent.string())}));
     }
     path_ = name;
   }
@@ -53,20 +54,30 @@ bool isOfProcesses(const std::string& name) {
   return name.ends_with(".lock") || name.starts_with(kDataManagerSQLiteName);
 }
 
-/// What lies in the data folder beside the store.
+/// What lies in the data folder beside the store, and in no workshop.
 std::set<fs::path> filesBeside(const fs::path& folder) {
   std::set<fs::path> files;
-  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-    if (entry.is_regular_file() && !isOfProcesses(entry.path().filename().string())) {
-      files.insert(fs::relative(entry.path(), folder));
+  for (auto at = fs::recursive_directory_iterator(folder); at != fs::recursive_directory_iterator();
+       ++at) {
+    const std::string name = at->path().filename().string();
+    if (at->is_directory() && name.starts_with(workshopName)) {
+      at.disable_recursion_pending();
+    } else if (at->is_regular_file() && !isOfProcesses(name)) {
+      files.insert(fs::relative(at->path(), folder));
     }
   }
   return files;
 }
 
-void copyFile(const fs::path& from, const fs::path& to) {
+/// Answers whether it was still there.
+bool copyFile(const fs::path& from, const fs::path& to) {
   fs::create_directories(to.parent_path());
-  fs::copy_file(from, to, fs::copy_options::overwrite_existing);
+  std::error_code fault;
+  fs::copy_file(from, to, fs::copy_options::overwrite_existing, fault);
+  if (fault && (fault != std::errc::no_such_file_or_directory || fs::exists(from))) {
+    throw fs::filesystem_error("copy", from, to, fault);
+  }
+  return !fault;
 }
 
 /// Answers whether nothing came or went meanwhile.
@@ -80,9 +91,10 @@ bool collect(const fs::path& folder) {
   if (!coordinator->copyStoreToPath((folder / kDataManagerSQLiteName).string(), &error)) {
     throw InputError(error.localizedDescription);
   }
-  for (const fs::path& file : files) copyFile(data / file, folder / file);
-  const fs::path settings = NSUserDefaults::standardUserDefaults().persistentFile();
-  if (fs::exists(settings)) copyFile(settings, folder / preferences);
+  for (const fs::path& file : files) {
+    if (!copyFile(data / file, folder / file)) return false;
+  }
+  copyFile(NSUserDefaults::standardUserDefaults().persistentFile(), folder / preferences);
   return filesBeside(data) == files;
 }
 
@@ -102,14 +114,61 @@ void checkStore(const fs::path& folder) {
 
 /// Only what processes leave may be there, and it goes.
 void clear(const fs::path& folder) {
-  std::error_code none;
-  for (const auto& entry : fs::directory_iterator(folder, none)) {
+  if (!fs::exists(folder)) return;
+  for (const auto& entry : fs::directory_iterator(folder)) {
     if (!entry.path().filename().string().ends_with(".lock")) {
       throw InputError(label("'%1' holds data already; another folder can be named with --into",
                              {printable(folder.string())}));
     }
   }
   fs::remove_all(folder);
+}
+
+/// The folder that links lead to, without a slash at its end: what stands beside it is on the same
+/// file system.
+fs::path itself(const fs::path& folder) {
+  const fs::path path = fs::weakly_canonical(fs::absolute(folder));
+  return path.has_filename() ? path : path.parent_path();
+}
+
+// Whole or not at all, for it isn't overwritten the next time.
+void bringSettings(const fs::path& from) {
+  constexpr std::size_t mostBytes = 64U << 20U;
+  const std::string settings = NSUserDefaults::standardUserDefaults().persistentFile();
+  if (fs::exists(settings)) return;
+  const auto bytes = NSFileManager::contentsAtPath(from.string(), mostBytes);
+  if (!bytes) return;
+  NSError error;
+  if (!NSFileManager::createDirectoryAtPath(fs::path(settings).parent_path(), &error) ||
+      !NSFileManager::writeData_toPath(*bytes, settings, &error)) {
+    throw InputError(error.localizedDescription);
+  }
+}
+
+void replace(const fs::path& target, const std::string& file, bool isDataFolder) {
+  fs::create_directories(target.parent_path());
+  const Workshop workshop(target);
+  const fs::path found = workshop.path() / "data";
+  fs::create_directories(found);
+  NSError error;
+  if (!FolderArchive::readPath_intoFolder(file, found.string(), &error)) {
+    throw InputError(
+        label("'%1' is no backup: %2", {printable(file), error.localizedFailureReason}));
+  }
+  try {
+    checkStore(found);
+    NSFileManager::synchronizeFileSystemAtPath(found.string());
+    // Whoever fills a new store holds the lock until it is there.
+    ZYMCoreDataModel::Lock lock;
+    if (isDataFolder && fs::exists(target)) {
+      lock = ZYMCoreDataModel::sharedInstance().lockDataFolder();
+    }
+    clear(target);
+    fs::rename(found, target);
+    if (isDataFolder) bringSettings(target / preferences);
+  } catch (const InputError& reason) {
+    throw InputError(printable(file) + ": " + reason.what());
+  }
 }
 
 }  // namespace
@@ -132,29 +191,11 @@ void backUp(const std::string& file) {
 }
 
 void restore(const std::string& file, const std::string& folder) {
-  const fs::path target = folder.empty() ? fs::path(storePath()).parent_path() : fs::path(folder);
-  const Workshop workshop(target);
-  const fs::path found = workshop.path() / "data";
-  fs::create_directories(found);
-  NSError error;
-  if (!FolderArchive::readPath_intoFolder(file, found.string(), &error)) {
-    throw InputError(
-        label("'%1' is no backup: %2", {printable(file), error.localizedFailureReason}));
-  }
+  const std::string named = folder.empty() ? fs::path(storePath()).parent_path().string() : folder;
   try {
-    checkStore(found);
-    clear(target);
-    NSFileManager::synchronizeFileSystemAtPath(found.string());
-    fs::rename(found, target);
-    const fs::path settings = NSUserDefaults::standardUserDefaults().persistentFile();
-    const bool areElsewhere = folder.empty() && settings.parent_path() != target;
-    if (areElsewhere && !fs::exists(settings) && fs::exists(target / preferences)) {
-      copyFile(target / preferences, settings);
-    }
-  } catch (const InputError& reason) {
-    throw InputError(printable(file) + ": " + reason.what());
+    replace(itself(named), file, folder.empty());
   } catch (const fs::filesystem_error& fault) {
-    throw InputError(printable(target.string()) + ": " + fault.code().message());
+    throw InputError(printable(named) + ": " + fault.code().message());
   }
 }
 

@@ -86,6 +86,11 @@ TEST_F(Exchange, GoesOnWhereOneFails) {
     EXPECT_EQ(failed.exitCode, 1);
     EXPECT_THAT(failed.err, HasSubstr("Ale: "));
   }
+  EXPECT_THAT(zym({"import", folder.file("\xff.xml", "x"), "--json"}).out, HasSubstr("/.xml\""));
+  EXPECT_THAT(zym({"import", "--dry-run", folder.file("n.ing", R"({"IngredientType": "Nut",
+      "Ingredients": [{}]})")})
+                  .out,
+              HasSubstr("no ingredients"));
   for (const char* name : {"a.XML", "b.bsmx", "c.json"}) {
     EXPECT_THAT(zym({"import", folder.file(name, "x")}).out, HasSubstr("what is read ends in"));
   }
@@ -112,6 +117,40 @@ TEST_F(Exchange, ABackupBringsAllBack) {
   EXPECT_THAT(zym({"restore", folder / "all.tar.gz"}).err, HasSubstr("holds data already"));
   EXPECT_EQ(zym({"restore", folder / "all.tar.gz", "--into", folder / "third"}).exitCode, 0);
   EXPECT_TRUE(fs::exists(folder / "third/Wortmeister.sqlite"));
+}
+
+TEST_F(Exchange, ABackupFindsItsPlace) {
+  (void)output({"new", "recipe", "Ale"});
+  // Its own folder is no trap, nor is one that a link or a longer way leads to.
+  (void)output({"backup", data + "/all.tar.gz"});
+  shell("mkdir sub there && ln -s there link && ! tar tzf data/all.tar.gz | grep zym");
+  for (const char* place : {"sub/../up", "link/one", "slash/", "sub/", "a/b/c"}) {
+    const Outcome restored =
+        zymOn(folder / "any", {"restore", data + "/all.tar.gz", "--into", folder / place});
+    EXPECT_EQ(restored.exitCode, 0) << place << restored.err;
+    EXPECT_THAT(zymOn(folder / place, {"recipes"}).out, HasSubstr("Ale"));
+  }
+}
+
+TEST_F(Exchange, OnlyAFileIsReplaced) {
+  (void)output({"new", "recipe", "Ale"});
+  (void)output({"backup", folder / "all.tar.gz"});
+  shell("mkfifo pipe && echo mine >notes");
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"restore", folder / "all.tar.gz", "--into", folder / "notes"},
+        {"restore", folder / "pipe", "--into", folder / "new"},
+        {"backup", folder / "pipe"},
+        {"backup", data},
+        {"export", "Ale", "--as", "xml", "-o", folder / "pipe"}}) {
+    const Outcome refused = zym(arguments);
+    EXPECT_EQ(refused.exitCode, 1) << arguments[0] << refused.out;
+    EXPECT_THAT(refused.err, HasSubstr("zym: "));
+  }
+  shell(
+      "test -p pipe && grep -q mine notes && test ! -e new && : >real.xml && ln -s real.xml "
+      "link.xml");
+  (void)output({"export", "Ale", "--as", "xml", "-o", folder / "link.xml"});
+  EXPECT_TRUE(fs::is_symlink(folder / "link.xml") && fs::file_size(folder / "real.xml") > 0);
 }
 
 TEST_F(Exchange, WhatIsNoSoundBackupChangesNothing) {

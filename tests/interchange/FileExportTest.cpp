@@ -1,4 +1,5 @@
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -136,6 +137,15 @@ TEST_F(FileExportTest, LeavesNothingHalfWritten) {
   EXPECT_THAT(files(), IsEmpty());
 }
 
+TEST_F(FileExportTest, TwoProcessesTakeDifferentNames) {
+  constexpr int each = 20;
+  const pid_t other = ::fork();
+  for (int i = 0; i < each; ++i) (void)failure(PlistDictionary(), folder.path(), 0);
+  if (other == 0) ::_exit(0);
+  ::waitpid(other, nullptr, 0);
+  EXPECT_THAT(files(), SizeIs(2 * each));
+}
+
 TEST_F(FileExportTest, QueuesItemsAndTellsOfTheQueue) {
   ZYMFileImportExportManager& manager = ZYMFileImportExportManager::sharedInstance();
   std::vector<std::int64_t> counts;
@@ -212,6 +222,10 @@ TEST_F(FileExportTest, OurOwnFormatsLoseNothing) {
     const PlistDictionary item = *inWholeSeconds(*itemForExportWithUUID(uuid)).dictionary();
     EXPECT_EQ(count(item, keys::Batches), 1U);
     EXPECT_EQ(count(item, keys::Images), 1U);
+    for (const KeyName key : {keys::ModifiedRecipe, keys::OriginalRecipe}) {
+      const PlistDictionary* brewed = item.rows(keys::Batches).begin()->dictionary(key);
+      EXPECT_EQ(brewed->dictionary(keys::MashSchedule)->stringValue(keys::Version), "3");
+    }
     for (const Type type : {Type::NativePropertyList, Type::NativeJSON}) {
       const PlistDictionary back = travelled(item, type);
       const PlistDictionary again = *itemForExportWithUUID(back.stringValue(keys::UUID));

@@ -188,10 +188,12 @@ TEST(RecFile, ReadsTheMash) {
         "s0 -> S" + number + " | o0xff -> " + number + " | o0x100 -> " + (i == 0 ? "20" : "168") +
             " | o0x10c -> 30 | o0x110 -> 10");
   }
+  // More minutes than a signed number holds.
+  put(file, hops + 0x2378 + 3 * 0x124, "i0x10c -> 4294967295 | o0x110 -> 10");
   put(file, hops, "o0x236c -> 4");
   EXPECT_EQ(stepsOf(file),
             "S0,Infusion,-6,10,S0,Rest,-6,30,S1,Direct Heat,75,10,S1,Rest,75,30,"
-            "S2,Decoction,75,10,S2,Rest,75,30,S3,,75,10,S3,Rest,75,30,");
+            "S2,Decoction,75,10,S2,Rest,75,30,S3,,75,10,S3,Rest,75,-1,");
 }
 
 // Every prefix is a recipe or none; counts that lie are found out before they cost anything.

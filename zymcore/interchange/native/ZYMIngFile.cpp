@@ -43,6 +43,11 @@ const Kind& kindOf(const PlistDictionary* record) {
   return found == std::end(kinds) ? *std::rbegin(kinds) : *found;
 }
 
+const Kind* kindNamed(std::string_view type) {
+  const auto* found = std::ranges::find(kinds, type, &Kind::type);
+  return found == std::end(kinds) ? nullptr : found;
+}
+
 }  // namespace
 
 PlistDictionary ZYMIngFile::packageIngredients(const PlistArray& records) {
@@ -53,11 +58,14 @@ PlistDictionary ZYMIngFile::packageIngredients(const PlistArray& records) {
 
 std::size_t ZYMIngFile::installIngredients(const PlistDictionary& package) {
   const PlistArray* records = package.array(Ingredients);
-  const auto* kind =
-      std::ranges::find(kinds, package.stringValue(keys::IngredientType), &Kind::type);
-  if (!records || kind == std::end(kinds)) return 0;
-  kind->library().addItemsFromArray(*records);
-  return records->size();
+  const Kind* kind = kindNamed(package.stringValue(keys::IngredientType));
+  if (records && kind) kind->library().addItemsFromArray(*records);
+  return countOfIngredients(package);
+}
+
+std::size_t ZYMIngFile::countOfIngredients(const PlistDictionary& package) {
+  const PlistArray* records = package.array(Ingredients);
+  return records && kindNamed(package.stringValue(keys::IngredientType)) ? records->size() : 0;
 }
 
 std::optional<PlistDictionary> ZYMIngFile::parseFileData(const NSData& data, NSError* error) {

@@ -19,6 +19,8 @@ class ZYMIngFile {
   /// with the present time as their date, and saves. Nothing for a kind that there isn't. Answers
   /// how many records were meant for a library.
   static std::size_t installIngredients(const PlistDictionary& package);
+  /// How many records of the package are meant for a library; 0 for a kind that there isn't.
+  [[nodiscard]] static std::size_t countOfIngredients(const PlistDictionary& package);
 
   /// Absent, with an error, for what is no JSON or no dictionary.
   [[nodiscard]] static std::optional<PlistDictionary> parseFileData(const NSData& data,

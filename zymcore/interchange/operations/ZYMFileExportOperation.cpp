@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "zymcore/documents/BatchKeys.h"
+#include "zymcore/documents/NSStringExtensions.h"
 #include "zymcore/documents/SafeJSON.h"
 #include "zymcore/interchange/beerxml/ZYMBeerXML.h"
 #include "zymcore/interchange/native/ZYMIngFile.h"
@@ -16,6 +17,7 @@
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/services/WebView.h"
 #include "zymcore/platform/text/NSString.h"
+#include "zymcore/platform/values/NSCocoaErrors.h"
 #include "zymcore/platform/values/NSException.h"
 #include "zymcore/platform/values/NSLog.h"
 #include "zymcore/reports/ZYMHTML.h"
@@ -81,6 +83,22 @@ std::string nameOf(const PlistDictionary& item) {
     name.resize(lengthOfValidUTF8(std::string_view(name).substr(0, mostNameBytes)));
   }
   return name.empty() ? std::string(noTitle) : name;
+}
+
+// The file is whole before it gets its name. Another process may take the free one meanwhile.
+std::optional<std::string> writtenTo(const std::string& path, const std::string& bytes,
+                                     NSError& error) {
+  constexpr int mostAttempts = 100;
+  const auto folder = std::filesystem::path(path).parent_path();
+  const std::string unfinished = (folder / ("." + uuid())).string();
+  if (!NSFileManager::writeData_toPath(bytes, unfinished, &error)) return std::nullopt;
+  for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+    std::string target = ZYMFileExportOperation::uniquePathForPath(path).value();
+    if (NSFileManager::moveItemAtPath_toPath(unfinished, target, &error)) return target;
+    if (error.code != NSFileWriteFileExistsError) break;
+  }
+  NSFileManager::removeItemAtPath(unfinished);
+  return std::nullopt;
 }
 
 void log(std::string_view message) {
@@ -155,12 +173,8 @@ void ZYMFileExportOperation::exportItem() {
   const std::string path =
       goesToFolder ? path_ + "/" + nameOf(*item_.dictionary()) + "." + std::string(kind->extension)
                    : path_;
-  std::string target = uniquePathForPath(path).value();
-  if (!NSFileManager::writeData_toPath(*bytes, target, &error)) {
-    return refuse(error.localizedFailureReason.empty() ? error.localizedDescription
-                                                       : error.localizedFailureReason);
-  }
-  writtenPath_ = std::move(target);
+  writtenPath_ = writtenTo(path, *bytes, error);
+  if (!writtenPath_) refuse(error.localizedFailureReason);
 }
 
 void ZYMFileExportOperation::refuse(std::string reason) {

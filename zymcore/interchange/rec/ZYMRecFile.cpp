@@ -136,9 +136,11 @@ void readWater(const RecTail& tail, PlistDictionary& recipe) {
 PlistDictionary step(std::string_view name, std::string_view type, std::uint32_t fahrenheit,
                      std::uint32_t minutes) {
   const std::int64_t celsius = integerValue(Units::convertFahrenheitToCelcius(fahrenheit));
-  PlistDictionary record{{parsedKeys::NAME, name},
-                         {parsedKeys::STEP_TEMP, std::to_string(celsius)},
-                         {parsedKeys::STEP_TIME, std::to_string(minutes)}};
+  PlistDictionary record{
+      {parsedKeys::NAME, name},
+      {parsedKeys::STEP_TEMP, std::to_string(celsius)},
+      // Signed in the notes, whatever they are in the file.
+      {parsedKeys::STEP_TIME, std::to_string(static_cast<std::int32_t>(minutes))}};
   if (!type.empty()) record.set(parsedKeys::TYPE, type);
   return record;
 }

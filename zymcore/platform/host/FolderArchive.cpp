@@ -2,14 +2,20 @@
 
 #include <archive.h>
 #include <archive_entry.h>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
+#include <system_error>
 #include <vector>
 
-#include "zymcore/platform/host/NSFileManager.h"
+#include "zymcore/platform/host/FileDescriptor.h"
 #include "zymcore/platform/values/NSCocoaErrors.h"
 
 namespace zym {
@@ -44,35 +50,47 @@ void check(archive* of, int code) {
 
 void append(archive* out, const fs::path& file, const std::string& name) {
   const std::unique_ptr<archive_entry, EntryFreed> entry(archive_entry_new());
-  NSError error;
-  const auto bytes = NSFileManager::contentsAtPath(
-      file.string(), static_cast<std::size_t>(FolderArchive::mostBytes), &error);
-  if (!bytes) throw ArchiveFailure(error.localizedDescription);
   archive_entry_set_pathname_utf8(entry.get(), name.c_str());
-  archive_entry_set_size(entry.get(), static_cast<la_int64_t>(bytes->size()));
+  archive_entry_set_size(entry.get(), static_cast<la_int64_t>(fs::file_size(file)));
   archive_entry_set_filetype(entry.get(), AE_IFREG);
   archive_entry_set_perm(entry.get(), 0600);
   check(out, archive_write_header(out, entry.get()));
-  if (archive_write_data(out, bytes->data(), bytes->size()) < 0) throw ArchiveFailure(out);
+  std::ifstream bytes(file, std::ios::binary);
+  std::vector<char> block(blockSize);
+  do {
+    bytes.read(block.data(), static_cast<std::streamsize>(block.size()));
+    const auto count = static_cast<std::size_t>(bytes.gcount());
+    if (archive_write_data(out, block.data(), count) < 0) throw ArchiveFailure(out);
+  } while (bytes);
+  // What is missing would be filled up with zeros.
+  if (!bytes.eof()) throw ArchiveFailure(name + ": unreadable");
 }
 
-void write(const fs::path& folder, const std::string& path) {
+void write(const fs::path& folder, int file) {
   const Archive<archive_write_free> out(archive_write_new());
   check(out.get(), archive_write_add_filter_gzip(out.get()));
   check(out.get(), archive_write_set_format_pax_restricted(out.get()));
-  check(out.get(), archive_write_open_filename(out.get(), path.c_str()));
+  check(out.get(), archive_write_open_fd(out.get(), file));
   std::vector<fs::path> files;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     if (entry.is_regular_file() && !entry.is_symlink()) files.push_back(entry.path());
   }
   std::ranges::sort(files);
-  for (const fs::path& file : files) {
-    append(out.get(), file, fs::relative(file, folder).generic_string());
+  for (const fs::path& each : files) {
+    append(out.get(), each, fs::relative(each, folder).generic_string());
   }
   check(out.get(), archive_write_close(out.get()));
 }
 
+// A pipe would be waited for, and a device replaced.
+void refuseWhatIsNoFile(const std::string& path) {
+  if (fs::exists(path) && !fs::is_regular_file(path)) throw ArchiveFailure("Not a regular file");
+}
+
 void read(const std::string& path, const std::string& folder) {
+  refuseWhatIsNoFile(path);
+  // The checks of ".." and of links below are of the whole path, and the folder's own is ours.
+  const std::string root = fs::canonical(folder).string();
   const Archive<archive_read_free> in(archive_read_new());
   check(in.get(), archive_read_support_filter_gzip(in.get()));
   check(in.get(), archive_read_support_format_tar(in.get()));
@@ -92,8 +110,9 @@ void read(const std::string& path, const std::string& folder) {
       throw ArchiveFailure("it holds more than plain files");
     }
     if (++files > FolderArchive::mostFiles) throw ArchiveFailure("it holds too many files");
-    // The check of ".." is libarchive's, of the whole path.
-    archive_entry_set_pathname_utf8(entry, (folder + "/" + name).c_str());
+    if (archive_entry_size(entry) > left) throw ArchiveFailure("it holds too much");
+    archive_entry_set_pathname_utf8(entry, (root + "/" + name).c_str());
+    archive_entry_set_perm(entry, type == AE_IFDIR ? 0700 : 0600);
     check(out.get(), archive_write_header(out.get(), entry));
     const void* block = nullptr;
     std::size_t size = 0;
@@ -119,11 +138,14 @@ bool failAs(NSError* error, std::int64_t code, const std::string& path, const ch
 
 bool FolderArchive::writeFolder_toPath(const std::string& folder, const std::string& path,
                                        NSError* error) {
-  const std::string unfinished = path + ".part";
+  std::string unfinished = (fs::path(path).parent_path() / ".archive-XXXXXX").string();
   std::error_code ignored;
   try {
-    write(folder, unfinished);
-    NSFileManager::synchronizeFileSystemAtPath(unfinished);
+    refuseWhatIsNoFile(path);
+    const FileDescriptor file(::mkostemp(unfinished.data(), O_CLOEXEC));
+    if (!file) throw ArchiveFailure(std::generic_category().message(errno));
+    write(folder, file.get());
+    if (::fsync(file.get()) != 0) throw ArchiveFailure(std::generic_category().message(errno));
     fs::rename(unfinished, path);
     return true;
   } catch (const std::exception& failure) {

@@ -15,12 +15,12 @@ class FolderArchive {
   static constexpr std::int64_t mostFiles = 1'000'000;
 
   /// Writes all regular files below the folder. The file comes into being whole or not at all, and
-  /// takes the place of one that is there.
+  /// takes the place of one that is there, though of nothing but a file.
   static bool writeFolder_toPath(const std::string& folder, const std::string& path,
                                  NSError* error = nullptr);
   /// Writes what the archive holds into the folder, which must be there. Refuses one with anything
   /// but plain files and folders, or with a name that leads out of the folder; what was written
-  /// before stays then.
+  /// before stays then. Only the owner may read what was written.
   static bool readPath_intoFolder(const std::string& path, const std::string& folder,
                                   NSError* error = nullptr);
 };

@@ -14,6 +14,7 @@
 #include "zymcore/platform/host/NSFileManager.h"
 #include "zymcore/platform/host/NSUserDefaults.h"
 #include "zymcore/platform/objects/NSPersistentStoreCoordinator.h"
+#include "zymcore/platform/values/NSCocoaErrors.h"
 #include "zymcore/store/ZYMCoreDataModel.h"
 
 namespace zym::host {
@@ -152,6 +153,10 @@ void replace(const fs::path& target, const std::string& file, bool isDataFolder)
   fs::create_directories(found);
   NSError error;
   if (!FolderArchive::readPath_intoFolder(file, found.string(), &error)) {
+    if (error.code == NSFileWriteOutOfSpaceError) {
+      throw InputError(label("can't write '%1': %2",
+                             {printable(target.string()), error.localizedFailureReason}));
+    }
     throw InputError(
         label("'%1' is no backup: %2", {printable(file), error.localizedFailureReason}));
   }

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <filesystem>
 
 #include "tests/app/Program.h"
@@ -151,6 +153,23 @@ TEST_F(Exchange, OnlyAFileIsReplaced) {
       "link.xml");
   (void)output({"export", "Ale", "--as", "xml", "-o", folder / "link.xml"});
   EXPECT_TRUE(fs::is_symlink(folder / "link.xml") && fs::file_size(folder / "real.xml") > 0);
+}
+
+TEST_F(Exchange, ABackupThatHasNoRoomIsNotBlamed) {
+  (void)output({"new", "recipe", "Ale"});
+  (void)output({"backup", folder / "all.tar.gz"});
+  fs::create_directory(folder / "place");
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit least{65536, before.rlim_max};
+  ::setrlimit(RLIMIT_FSIZE, &least);
+  const Outcome full = zym({"restore", folder / "all.tar.gz", "--into", folder / "place/data"});
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  (void)std::signal(SIGXFSZ, handler);
+  EXPECT_EQ(full.exitCode, 1);
+  EXPECT_THAT(full.err, AllOf(HasSubstr("data': File too large"), Not(HasSubstr("no backup"))));
+  EXPECT_EQ(entriesOf(folder / "place"), 0U);
 }
 
 TEST_F(Exchange, WhatIsNoSoundBackupChangesNothing) {

@@ -180,6 +180,7 @@ TEST_F(NativeFileTest, MovesMeasurementsAndFillsInTheRest) {
   EXPECT_EQ(*empty.find(keys::MTThermalMass),
             *ZYMProfiles::sharedInstance().defaultProfile().find(keys::MTThermalMass));
   EXPECT_FALSE(empty.dictionary(keys::ModifiedRecipe)->contains(keys::Batches));
+  EXPECT_TRUE(empty.date(keys::DateLastModified));
 }
 
 // Cut anywhere, a file is what it was or a failure with a reason.

@@ -50,6 +50,8 @@ class StoreImportTest : public ExchangeTest {
     recipes().unbundleRecipesFromDictionary_progressHandler_completionHandler(
         bundle, [&](float fraction) { told.push_back(fraction); }, [&] { told.push_back(-1); });
     EXPECT_THAT(told, IsEmpty()) << "later, in the queue";
+    const PlistValue* groups = bundle.find(Groups);
+    EXPECT_FALSE(groups && groups->isNumber()) << "numbers have become text";
     NSOperationQueue::mainQueue().waitUntilAllOperationsAreFinished();
     return told;
   }

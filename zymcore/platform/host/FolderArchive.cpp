@@ -29,8 +29,23 @@ constexpr std::size_t blockSize = 64U << 10U;
 class ArchiveFailure : public std::runtime_error {
  public:
   explicit ArchiveFailure(archive* of)
-      : std::runtime_error(archive_error_string(of) ? archive_error_string(of) : "unreadable") {}
+      : std::runtime_error(reasonOf(of)), isForRoom_(lacksRoom(archive_errno(of))) {}
   explicit ArchiveFailure(const std::string& reason) : std::runtime_error(reason) {}
+
+  /// The archive may be sound.
+  [[nodiscard]] bool isForRoom() const noexcept { return isForRoom_; }
+
+ private:
+  static bool lacksRoom(int code) noexcept {
+    return code == ENOSPC || code == EDQUOT || code == EFBIG;
+  }
+  static std::string reasonOf(archive* of) {
+    if (lacksRoom(archive_errno(of))) return std::generic_category().message(archive_errno(of));
+    const char* text = archive_error_string(of);
+    return text ? text : "unreadable";
+  }
+
+  bool isForRoom_ = false;
 };
 
 template <int (*end)(archive*)>
@@ -159,6 +174,10 @@ bool FolderArchive::readPath_intoFolder(const std::string& path, const std::stri
   try {
     read(path, folder);
     return true;
+  } catch (const ArchiveFailure& failure) {
+    return failAs(error,
+                  failure.isForRoom() ? NSFileWriteOutOfSpaceError : NSFileReadCorruptFileError,
+                  path, failure.what());
   } catch (const std::exception& failure) {
     return failAs(error, NSFileReadCorruptFileError, path, failure.what());
   }

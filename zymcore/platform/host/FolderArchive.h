@@ -20,7 +20,8 @@ class FolderArchive {
                                  NSError* error = nullptr);
   /// Writes what the archive holds into the folder, which must be there. Refuses one with anything
   /// but plain files and folders, or with a name that leads out of the folder; what was written
-  /// before stays then. Only the owner may read what was written.
+  /// before stays then. The error is `NSFileWriteOutOfSpaceError` where there was no room for it.
+  /// Only the owner may read what was written.
   static bool readPath_intoFolder(const std::string& path, const std::string& folder,
                                   NSError* error = nullptr);
 };

@@ -20,9 +20,5 @@ class ZYMLocalization {
 
 /// The translation of the key.
 [[nodiscard]] std::string Localized_String(std::string_view key);
-/// The same; the comment is for translators.
-[[nodiscard]] inline std::string Localized_String(std::string_view key, std::string_view) {
-  return Localized_String(key);
-}
 
 }  // namespace zym

@@ -86,15 +86,15 @@ void ZYMRecordEntity::writeFields(PlistDictionary& record, const PlistDictionary
 void ZYMRecordEntity::readFields(const PlistDictionary& record) {
   for (const RecordField& field : form().fields) {
     if (!field.read) continue;
-    const NSAttributeDescription& attribute =
-        entity().attributes()[entity().attributeIndex(field.attribute).value()];
+    const std::size_t index = entity().attributeIndex(field.attribute).value();
+    const NSAttributeDescription& attribute = entity().attributes()[index];
     const PlistValue* given = record.find(field.readKey);
     if (!given) given = record.find(field.otherwise);
-    const PlistValue* stored = valueForKey(field.attribute);
+    const PlistValue* stored = valueAtIndex(index);
     std::optional<PlistValue> value = field.read(given, stored);
     // What the attribute can't hold counts as not given.
     if (value && !attribute.accepts(*value)) value = field.read(nullptr, stored);
-    setValue_forKey(std::move(value), field.attribute);
+    setValue_atIndex(std::move(value), index);
   }
 }
 

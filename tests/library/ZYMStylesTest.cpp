@@ -36,7 +36,8 @@ class Styles : public testing::WithDefaults {
       {KeyName{"Styles"},
        PlistArray{style("10A", "Weizen"), style("2B", "pils"), style("9A", "Wee Heavy"), "odd",
                   style("10B", "Altbier"), style("2B", "Kellerbier"), style("", "Free"),
-                  style("2A", "Lager"), style("C1", "Cider"), style("2B9", "Aged")}}};
+                  style("2A", "Lager"), style("C1", "Cider"), style("2B9", "Aged"),
+                  style("2B0", "Aalt"), style("2Z", "Aal")}}};
 };
 
 TEST_F(Styles, PreferredGuidelines) {
@@ -61,10 +62,11 @@ TEST_F(Styles, NoChoice) {
 
 TEST_F(Styles, SortByCategoryAsABrewerWould) {
   write("BJCPStyles-2015", file);
-  EXPECT_THAT(styles.allStyleNamesInGuidelines(1),
-              ElementsAre("Free", "C1 - Cider", "2A - Lager", "2B - Kellerbier", "2B - pils",
-                          "2B9 - Aged", "9A - Wee Heavy", "10A - Weizen", "10B - Altbier"));
-  EXPECT_EQ(styles.allStyleNamesInGuidelines(99).size(), 9U);
+  EXPECT_THAT(
+      styles.allStyleNamesInGuidelines(1),
+      ElementsAre("Free", "C1 - Cider", "2A - Lager", "2B - Kellerbier", "2B - pils", "2B0 - Aalt",
+                  "2B9 - Aged", "2Z - Aal", "9A - Wee Heavy", "10A - Weizen", "10B - Altbier"));
+  EXPECT_EQ(styles.allStyleNamesInGuidelines(99).size(), 11U);
   EXPECT_THAT(styles.allStyleNamesInGuidelines(0), IsEmpty());
 }
 

@@ -1,7 +1,5 @@
 #include "app/commands/ExportCommand.h"
 
-#include <stdlib.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
@@ -9,6 +7,7 @@
 #include <memory>
 
 #include "app/session/Store.h"
+#include "app/session/Workshop.h"
 #include "app/terminal/Faults.h"
 #include "app/terminal/Progress.h"
 #include "app/terminal/Text.h"
@@ -115,19 +114,8 @@ std::string exported(const Item& item, const Options& options, const Kind& kind)
     throw InputError(
         label("can't write '%1': %2", {printable(options.output), "Not a regular file"}));
   }
-  const fs::path parent = target.parent_path();
-  std::string folder = (parent / ".zym-XXXXXX").string();
-  if (!mkdtemp(folder.data())) {
-    throw InputError(label("'%1' is no folder to write into", {printable(parent.string())}));
-  }
-  std::error_code ignored;
-  try {
-    fs::rename(written(std::move(document), folder, kind), target);
-  } catch (...) {
-    fs::remove_all(folder, ignored);
-    throw;
-  }
-  fs::remove_all(folder, ignored);
+  const Workshop workshop(target);
+  fs::rename(written(std::move(document), workshop.path().string(), kind), target);
   return options.output;
 }
 

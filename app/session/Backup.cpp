@@ -1,12 +1,11 @@
 #include "app/session/Backup.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <set>
 
 #include "app/session/Store.h"
+#include "app/session/Workshop.h"
 #include "app/terminal/Faults.h"
 #include "app/terminal/Text.h"
 #include "app/terminal/Words.h"
@@ -23,33 +22,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* preferences = "Preferences.plist";
-constexpr const char* workshopName = ".zym-";
 // Pictures come and go while others use the store.
 constexpr int mostAttempts = 10;
-
-/// A new folder beside a path, so that what is made there can take its place; gone with this.
-class Workshop {
- public:
-  explicit Workshop(const fs::path& beside) {
-    const fs::path parent = fs::absolute(beside).parent_path();
-    std::string name = (parent / (std::string(workshopName) + "XXXXXX")).string();
-    if (!mkdtemp(name.data())) {
-      throw InputError(label("'%1' is no folder to write into", {printable(parent.string())}));
-    }
-    path_ = name;
-  }
-  ~Workshop() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
-  Workshop(const Workshop&) = delete;
-  Workshop& operator=(const Workshop&) = delete;
-
-  [[nodiscard]] const fs::path& path() const { return path_; }
-
- private:
-  fs::path path_;
-};
 
 bool isOfProcesses(const std::string& name) {
   return name.ends_with(".lock") || name.starts_with(kDataManagerSQLiteName);
@@ -61,7 +35,7 @@ std::set<fs::path> filesBeside(const fs::path& folder) {
   for (auto at = fs::recursive_directory_iterator(folder); at != fs::recursive_directory_iterator();
        ++at) {
     const std::string name = at->path().filename().string();
-    if (at->is_directory() && name.starts_with(workshopName)) {
+    if (at->is_directory() && name.starts_with(Workshop::prefix)) {
       at.disable_recursion_pending();
     } else if (at->is_regular_file() && !isOfProcesses(name)) {
       files.insert(fs::relative(at->path(), folder));
